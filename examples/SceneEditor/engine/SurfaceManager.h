@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Orvek/CrossPlatform/DisplaySurfaceManagerInterface.h>
+
+#include <QtCore/QHash>
+#include <QtCore/QObject>
+#include <QtCore/QSize>
+#include <QtGui/QImage>
+
+#include <memory>
+
+class QOffscreenSurface;
+class QOpenGLContext;
+class QWindow;
+
+namespace sceneeditor
+{
+class SceneRenderer;
+
+//! Shows renderers in native widgets through OpenGL 3.3. All windows share one context, which lives from the first
+//! frame to the removal of the last window. Every renderer given to AddWindow() has to be a SceneRenderer.
+//!
+//! Where OpenGL fails, the view shows the reason instead. It is tried once per window, not again for each frame.
+class SurfaceManager final : public QObject, public orvek::crossplatform::DisplaySurfaceManagerInterface
+{
+    Q_OBJECT
+public:
+    explicit SurfaceManager(QObject* parent = nullptr);
+    ~SurfaceManager() override;
+
+    void RemoveWindow(HWND window) override;
+    void Render(HWND window) override;
+    void AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int viewId) override;
+    void ResizeSurface(HWND window) override;
+    //! Numbers from 0 in the order of registration; -1 for an unknown window.
+    int GetWindowViewId(HWND window) override;
+
+    //! Why the window shows no scene; empty when it does, is unknown, or was not drawn yet.
+    QString errorText(HWND window) const;
+    //! Draws a frame and returns it, in device pixels with their ratio set. Needs no visible window. Null when the
+    //! window is unknown, has no renderer, or errorText() says why not.
+    QImage grabFrame(HWND window);
+    //! Vendor's name of the graphics driver; empty before the first frame.
+    QString graphicsName() const;
+    //! Time of the last frame of the window in milliseconds, including the swap; 0 before the first.
+    double frameTime(HWND window) const;
+
+Q_SIGNALS:
+    //! From inside the paint event in which the text came up; connect queued to change widgets.
+    void errorOccurred(WId window, const QString& text);
+
+private:
+    struct View
+    {
+        SceneRenderer* renderer = nullptr; // not owned
+        int id = 0;
+        QSize size; // device pixels
+        QString error;
+        double frameTime = 0.0;
+    };
+
+    bool prepareContext(View& view, HWND window, QWindow* surface);
+    bool createContext(QString* error);
+    void dropRenderer(SceneRenderer* renderer);
+    void releaseContext();
+    void fail(View& view, HWND window, const QString& text);
+
+    QHash<HWND, View> m_views;
+    std::unique_ptr<QOffscreenSurface> m_offscreen; // to release and to grab without a window
+    std::unique_ptr<QOpenGLContext> m_context;
+    QString m_contextError; // of the one attempt to create the context
+    QString m_graphicsName;
+    int m_nextId = 0;
+};
+} // namespace sceneeditor
