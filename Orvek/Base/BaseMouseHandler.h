@@ -1,0 +1,38 @@
+#pragma once
+
+namespace orvek
+{
+namespace base
+{
+//! Receives the input of a view. Implemented by the engine, owned by the host, called on the GUI thread. It has to
+//! outlive every widget that it was given to, or be taken away from it first.
+//!
+//! Positions are in device pixels from the top left corner of the view and can lie outside it during a drag. A button is
+//! the value of its Qt::MouseButton: 1 left, 2 right, 4 middle and so on.
+//!
+//! Engines are built apart from this library, so the order of the operations is binary interface: none may be added,
+//! removed or moved. For the same reason the destructor is not virtual, as compilers differ in the slots it would take.
+class BaseMouseHandler
+{
+public:
+    //! Never called; holds its position.
+    virtual void Reserved0() {}
+    virtual void MouseDown(int button, int x, int y) = 0;
+    virtual void MouseUp(int button, int x, int y) = 0;
+    //! Comes in place of the second MouseDown of a double click.
+    virtual void MouseDoubleClick(int button, int x, int y) = 0;
+    //! Comes with and without a button held.
+    virtual void MouseMove(int x, int y) = 0;
+    //! Never called; holds its position.
+    virtual void Reserved5() {}
+    //! The delta is in eighths of a degree, 120 for a notch of most wheels, positive away from the user. The modifiers
+    //! are a sum of 1 for Shift, 2 for Alt and 4 for Control.
+    virtual void MouseWheel(int delta, int modifiers) = 0;
+    //! The key is the platform's virtual-key code. The third value is always 0.
+    virtual void KeyboardInput(unsigned int key, bool pressed, int reserved) = 0;
+
+protected:
+    ~BaseMouseHandler() = default;
+};
+} // namespace base
+} // namespace orvek

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Orvek/CrossPlatform/WindowHandle.h>
+
+namespace orvek
+{
+namespace crossplatform
+{
+class PlatformRendererInterface;
+
+//! Keeps the drawing surfaces of the windows that the engine renders to. Implemented by the engine, owned by the host,
+//! called on the GUI thread. It has to outlive every widget that it was given to, or be taken away from it first.
+//!
+//! Engines are built apart from this library, so the order of the operations is binary interface: none may be added,
+//! removed or moved. For the same reason the destructor is not virtual, as compilers differ in the slots it would take.
+class DisplaySurfaceManagerInterface
+{
+public:
+    //! Never called; holds its position.
+    virtual void Reserved0() {}
+    //! The window is no longer rendered to; its surface can be released. The window itself still exists.
+    virtual void RemoveWindow(HWND window) = 0;
+    //! Draws one frame. Called inside the paint event of the window's widget.
+    virtual void Render(HWND window) = 0;
+    //! From now on the window shows what the renderer draws. Comes again for a known window, then replacing its
+    //! renderer. The renderer may be null: nothing is drawn. The view id is always -1, which leaves it to the engine.
+    virtual void AddWindow(HWND window, PlatformRendererInterface* renderer, int viewId) = 0;
+    //! Never called; holds its position.
+    virtual void Reserved4() {}
+    //! The size of the window has changed; read the new one from the window, in device pixels.
+    virtual void ResizeSurface(HWND window) = 0;
+    //! The engine's number for the view in this window.
+    virtual int GetWindowViewId(HWND window) = 0;
+
+protected:
+    ~DisplaySurfaceManagerInterface() = default;
+};
+} // namespace crossplatform
+} // namespace orvek

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
+#include <QtWidgets/QBoxLayout>
+
+#include <initializer_list>
+
+// A layout item for one widget with others around it: they share the space that the layout gives to the item, and those
+// that are hidden take none. To the layout it is the item of the one widget alone.
+class CompanionItem : public QWidgetItem
+{
+public:
+    // The widgets stand in the given direction; the main one is among them. None is owned.
+    CompanionItem(QWidget* main, QBoxLayout::Direction direction, std::initializer_list<QWidget*> widgets)
+        : QWidgetItem(main), m_direction(direction)
+    {
+        for (QWidget* widget : widgets)
+            m_widgets.append(widget);
+    }
+
+    QSize sizeHint() const override
+    {
+        return Line(*this).sizeHint();
+    }
+    QSize minimumSize() const override
+    {
+        return Line(*this).minimumSize();
+    }
+    QSize maximumSize() const override
+    {
+        return Line(*this).maximumSize();
+    }
+    Qt::Orientations expandingDirections() const override
+    {
+        return Line(*this).expandingDirections();
+    }
+    bool isEmpty() const override
+    {
+        return Line(*this).isEmpty();
+    }
+    // None of the widgets has a height that depends on its width.
+    bool hasHeightForWidth() const override
+    {
+        return false;
+    }
+    int heightForWidth(int) const override
+    {
+        return -1;
+    }
+    void setGeometry(const QRect& rect) override
+    {
+        m_rect = rect;
+        Line(*this).setGeometry(rect);
+    }
+    QRect geometry() const override
+    {
+        return m_rect;
+    }
+
+private:
+    Q_DISABLE_COPY(CompanionItem)
+
+    // Lives for one question only, so it never misses that one of the widgets has changed or gone.
+    class Line : public QBoxLayout
+    {
+    public:
+        explicit Line(const CompanionItem& item) : QBoxLayout(item.m_direction)
+        {
+            // A layout without a parent widget does not turn round by itself.
+            if (item.m_direction == LeftToRight && item.wid->isRightToLeft())
+                setDirection(RightToLeft);
+            setContentsMargins(0, 0, 0, 0);
+            setSpacing(1);
+            for (const QPointer<QWidget>& widget : item.m_widgets)
+                if (widget)
+                    addItem(new QWidgetItem(widget));
+        }
+    };
+
+    const QBoxLayout::Direction m_direction;
+    QVector<QPointer<QWidget>> m_widgets;
+    QRect m_rect;
+};

@@ -1,0 +1,163 @@
+#include "QAccordion.h"
+
+#include "EditorSupport.h"
+
+#include <QtCore/QChildEvent>
+#include <QtCore/QSettings>
+#include <QtGui/QPainter>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOption>
+
+namespace
+{
+// What the search compares. The class must be exactly one of the two: a derived button gives itself a window title.
+QString searchLabel(const QWidget* child)
+{
+    QString label = child->windowTitle();
+    if (!label.isEmpty())
+        return label;
+    const char* className = child->metaObject()->className();
+    if (qstrcmp(className, "QPushButton") == 0 || qstrcmp(className, "QCheckBox") == 0)
+        label = static_cast<const QAbstractButton*>(child)->text();
+    return label;
+}
+
+void applyStyleAgain(QStyle* style, QWidget* widget)
+{
+    style->unpolish(widget);
+    style->polish(widget);
+}
+} // namespace
+
+QAccordion::QAccordion(QWidget* parent) : QWidget(parent)
+{
+    m_ui.setupUi(this);
+    m_checkBox = m_ui.accordionCheckBox;
+    on_accordionCheckBox_toggled();
+    setWindowTitle(title());
+    m_constructed = true;
+}
+
+QString QAccordion::title() const
+{
+    return m_checkBox ? m_checkBox->text() : windowTitle();
+}
+
+void QAccordion::setTitle(QString title)
+{
+    if (m_checkBox)
+        m_checkBox->setText(title);
+    setWindowTitle(this->title());
+}
+
+bool QAccordion::isOpen() const
+{
+    return m_checkBox && m_checkBox->isChecked();
+}
+
+void QAccordion::setOpen(bool open)
+{
+    if (m_checkBox)
+        m_checkBox->setChecked(open);
+}
+
+void QAccordion::readSettings(QSettings& settings)
+{
+    setOpen(settings.value(objectName()).toBool());
+}
+
+void QAccordion::writeSettings(QSettings& settings)
+{
+    settings.setValue(objectName(), isOpen());
+}
+
+void QAccordion::on_accordionCheckBox_toggled()
+{
+    hookupContentsWidget();
+    if (!m_contentsWidget)
+        return;
+    const EditorSupport::SignalMute mute(this);
+    if (isOpen())
+    {
+        m_contentsWidget->setAttribute(Qt::WA_DontShowOnScreen, false);
+        if (QLayout* contentsLayout = m_contentsWidget->layout())
+            contentsLayout->update();
+        m_contentsWidget->show();
+    }
+    else
+    {
+        m_contentsWidget->setAttribute(Qt::WA_DontShowOnScreen, true);
+        m_contentsWidget->hide();
+    }
+}
+
+void QAccordion::setSearchText(const QString& text)
+{
+    const QString ownTitle = windowTitle();
+    hookupContentsWidget();
+    if (!m_contentsWidget)
+        return;
+    const QList<QWidget*> children = m_contentsWidget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    bool found = false;
+    if (text.isEmpty() || ownTitle.contains(text, Qt::CaseInsensitive))
+    {
+        for (QWidget* child : children)
+            child->show();
+        found = true;
+    }
+    else
+    {
+        for (QWidget* child : children)
+        {
+            const bool matches = searchLabel(child).contains(text, Qt::CaseInsensitive);
+            found = found || matches;
+            child->setVisible(matches);
+            child->setProperty("highlighted", matches);
+            applyStyleAgain(style(), child);
+        }
+    }
+    if (found && m_checkBox && !m_checkBox->isChecked())
+        m_checkBox->setChecked(true);
+    const bool highlight = found && !text.isEmpty();
+    setProperty("highlighted", highlight);
+    setStyleSheet(highlight ? QStringLiteral("QAccordion {border: 1px solid yellow;}") : QString());
+    applyStyleAgain(style(), this);
+    update();
+}
+
+void QAccordion::childEvent(QChildEvent* event)
+{
+    if (!m_constructed || event->type() != QEvent::ChildAdded)
+        return;
+    if (event->child()->isWidgetType() && !m_contentsWidget && event->child() != m_checkBox)
+    {
+        m_contentsWidget = static_cast<QWidget*>(event->child());
+        if (QLayout* rows = layout())
+            rows->addWidget(m_contentsWidget);
+    }
+    updateGeometry();
+    update();
+}
+
+void QAccordion::paintEvent(QPaintEvent*)
+{
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+}
+
+// The last widget of the layout besides the check box, if the section has no contents yet.
+void QAccordion::hookupContentsWidget()
+{
+    const QLayout* rows = layout();
+    if (m_contentsWidget || !rows)
+        return;
+    for (int i = 0; i < rows->count(); ++i)
+    {
+        QWidget* widget = rows->itemAt(i)->widget();
+        if (widget && widget != m_checkBox)
+            m_contentsWidget = widget;
+    }
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/OrvekQtWidgetsExport.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/ui_QAccordion.h>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+QT_BEGIN_NAMESPACE
+class QSettings;
+QT_END_NAMESPACE
+
+//! A section that folds: a check box with the title and below it one contents widget, whose direct children are the
+//! editors and further sections that a search filters.
+//!
+//! The contents are the first widget created with the section as its parent, or the last one that the host put into the
+//! section's layout. The section does not own them beyond Qt's parent and child; after their destruction it takes the next
+//! ones. Contents adopted while the section is closed stay visible until it is opened or closed again.
+//!
+//! A search marks what it found with the dynamic property "highlighted" (bool), for style sheets to draw.
+class ORVEKQTWIDGETS_EXPORT QAccordion : public QWidget
+{
+    Q_OBJECT
+    //! Text of the check box, and the window title, which the search of an enclosing section compares. Default "Accordion".
+    Q_PROPERTY(QString title READ title WRITE setTitle)
+    //! Whether the contents are shown. Default true.
+    Q_PROPERTY(bool open READ isOpen WRITE setOpen)
+
+public:
+    explicit QAccordion(QWidget* parent = nullptr);
+
+    QString title() const;
+    void setTitle(QString title);
+    bool isOpen() const;
+    void setOpen(bool open);
+
+    //! Opens or closes the section as the settings say under its object name, in their current group. Without an entry it
+    //! is closed.
+    void readSettings(QSettings& settings);
+    //! Stores under the same key whether the section is open, as a bool. Sections of one object name share an entry.
+    void writeSettings(QSettings& settings);
+
+public Q_SLOTS:
+    //! Shows or hides the contents as the check box says.
+    void on_accordionCheckBox_toggled();
+    //! Shows the children of the contents whose window title contains the text, in any case, and hides the others; of a
+    //! push button or check box without window title the text counts. If the section's own title contains the text, all
+    //! are shown. Opens the section when there is a match, and gives it a yellow border in place of its own style sheet.
+    //! An empty text shows everything and takes the border away. Does nothing without contents.
+    void setSearchText(const QString& text);
+
+protected:
+    void childEvent(QChildEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void hookupContentsWidget();
+
+    Ui::Accordion m_ui; // the children belong to the section
+    QPointer<QCheckBox> m_checkBox; // the form's; a host may delete it
+    bool m_constructed = false;
+    QPointer<QWidget> m_contentsWidget; // not owned; null until there is one
+};

@@ -1,0 +1,132 @@
+#include "QPropertyPanel.h"
+
+#include <QtCore/QChildEvent>
+#include <QtCore/QMetaMethod>
+#include <QtGui/QPainter>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOption>
+
+#include <cstdio>
+
+namespace
+{
+bool hasSearchSlot(const QObject* object)
+{
+    const QMetaObject* metaObject = object->metaObject();
+    const int index =
+        metaObject->indexOfMethod(QMetaObject::normalizedSignature("setSearchText(const QString &)").constData());
+    return index >= 0 && metaObject->method(index).methodType() == QMetaMethod::Slot;
+}
+
+void printChildNames(const QObject* parent)
+{
+    for (const QObject* child : parent->children())
+    {
+        const QByteArray name = child->objectName().toUtf8();
+        std::fwrite(name.constData(), 1, size_t(name.size()), stdout);
+    }
+}
+} // namespace
+
+QPropertyPanel::QPropertyPanel(QWidget* parent) : QWidget(parent)
+{
+    m_ui.setupUi(this);
+    m_search = m_ui.search;
+    m_constructed = true;
+    installEventFilter(this);
+}
+
+void QPropertyPanel::setSearchText()
+{
+    Q_EMIT setSearchText(m_search ? m_search->text() : QString());
+}
+
+bool QPropertyPanel::isContainer() const
+{
+    return true;
+}
+
+bool QPropertyPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!m_scrollArea || event->type() != QEvent::Resize || !m_scrollContents)
+        return false;
+    const int contentsHeight = m_scrollContents->minimumSizeHint().height();
+    if (contentsHeight > 0)
+        m_scrollContents->setMinimumHeight(qMax(contentsHeight, 16));
+    if (watched != m_scrollContents)
+        return false;
+    return m_scrollArea->minimumSizeHint().height() < m_scrollContents->minimumSizeHint().height();
+}
+
+void QPropertyPanel::on_search_textChanged(const QString& text)
+{
+    if (!m_searchConnected)
+    {
+        if (m_scrollContents)
+        {
+            // A widget comes before those inside it, so outer sections hear each text first.
+            const QList<QWidget*> widgets = m_scrollContents->findChildren<QWidget*>();
+            for (const QWidget* widget : widgets)
+                if (widget != m_searchEdit)
+                    connectSearch(widget);
+        }
+        m_searchConnected = true;
+    }
+    Q_EMIT setSearchText(text);
+}
+
+void QPropertyPanel::childEvent(QChildEvent* event)
+{
+    if (!m_constructed)
+    {
+        update();
+        return;
+    }
+    QLayout* rows = layout();
+    if (event->type() == QEvent::ChildAdded)
+    {
+        if (m_search && rows && rows->count() == 0)
+            rows->addWidget(m_search);
+        if (event->child()->isWidgetType())
+        {
+            // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their slot.
+            const auto* child = static_cast<const QWidget*>(event->child());
+            const QList<QWidget*> widgets = child->findChildren<QWidget*>();
+            for (const QWidget* widget : widgets)
+                connectSearch(widget);
+            connectSearch(child);
+        }
+    }
+    printChildNames(this);
+    if (!m_searchEdit)
+        m_searchEdit = findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!m_scrollArea)
+    {
+        m_scrollArea = findChild<QScrollArea*>(QString(), Qt::FindDirectChildrenOnly);
+        if (m_scrollArea && rows)
+            rows->addWidget(m_scrollArea);
+    }
+    if (m_scrollArea)
+    {
+        // The viewport of a standard scroll area, within which all sections lie.
+        m_scrollContents = m_scrollArea->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        if (m_scrollContents)
+            m_scrollContents->installEventFilter(this);
+    }
+    update();
+}
+
+void QPropertyPanel::paintEvent(QPaintEvent*)
+{
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+}
+
+void QPropertyPanel::connectSearch(const QWidget* widget)
+{
+    // By signature, as any class may have the slot; not unique, so who is reached twice hears each text twice.
+    if (hasSearchSlot(widget))
+        connect(this, SIGNAL(setSearchText(QString)), widget, SLOT(setSearchText(QString)));
+}

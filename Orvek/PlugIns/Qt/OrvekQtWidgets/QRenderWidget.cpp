@@ -1,0 +1,282 @@
+#include "QRenderWidget.h"
+
+#include <QtCore/QTimer>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QWheelEvent>
+
+#include <limits>
+
+using orvek::base::BaseMouseHandler;
+using orvek::crossplatform::DisplaySurfaceManagerInterface;
+using orvek::crossplatform::PlatformRendererInterface;
+
+namespace
+{
+constexpr int AnyViewId = -1;
+
+QPointF localPosition(const QMouseEvent* event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->position();
+#else
+    return event->localPos();
+#endif
+}
+
+int truncated(double coordinate)
+{
+    using Limits = std::numeric_limits<int>;
+    return static_cast<int>(qBound(double(Limits::min()), coordinate, double(Limits::max())));
+}
+
+// Handlers expect one number: the axis that was turned further, the vertical one when in doubt.
+int wheelDelta(const QWheelEvent* event)
+{
+    const QPoint angle = event->angleDelta();
+    return qAbs(angle.x()) > qAbs(angle.y()) ? angle.x() : angle.y();
+}
+
+int modifierBits(Qt::KeyboardModifiers modifiers)
+{
+    int bits = 0;
+    if (modifiers & Qt::ShiftModifier)
+        bits |= 1;
+    if (modifiers & Qt::AltModifier)
+        bits |= 2;
+    if (modifiers & Qt::ControlModifier)
+        bits |= 4;
+    return bits;
+}
+} // namespace
+
+QRenderWidget::QRenderWidget(QWidget* parent) : QWidget(parent)
+{
+    m_hwnd = readHandle();
+    setWindowTitle(tr("Graphics"));
+    setAttribute(Qt::WA_PaintOnScreen);
+    setAttribute(Qt::WA_MouseTracking);
+    setFocusPolicy(Qt::ClickFocus);
+    setMouseTracking(true);
+}
+
+QRenderWidget::~QRenderWidget()
+{
+    shutdown();
+}
+
+HWND QRenderWidget::GetHWND()
+{
+    return m_hwnd;
+}
+
+PlatformRendererInterface* QRenderWidget::GetPlatformRendererInterface()
+{
+    return m_platformRenderer;
+}
+
+void QRenderWidget::SetPlatformRendererInterface(PlatformRendererInterface* renderer)
+{
+    if (renderer != m_platformRenderer)
+    {
+        m_platformRenderer = renderer;
+        m_surfaceRegistered = false;
+    }
+    registerWindow();
+}
+
+void QRenderWidget::SetDisplaySurfaceManagerInterface(DisplaySurfaceManagerInterface* manager)
+{
+    if (m_displaySurfaceManager && m_displaySurfaceManager != manager)
+    {
+        if (m_hwnd)
+            m_displaySurfaceManager->RemoveWindow(m_hwnd);
+        m_surfaceRegistered = false;
+    }
+    m_displaySurfaceManager = manager;
+    registerWindow();
+}
+
+void QRenderWidget::SetHandleMouseInterface(BaseMouseHandler* handler)
+{
+    m_mouseHandler = handler;
+}
+
+void QRenderWidget::setContinuousUpdate(bool continuous)
+{
+    if (continuous && !m_updateTimer)
+    {
+        m_updateTimer = new QTimer(this);
+        connect(m_updateTimer, &QTimer::timeout, this, &QRenderWidget::Update);
+        m_updateTimer->start(1);
+    }
+    else if (!continuous)
+    {
+        delete m_updateTimer;
+        m_updateTimer = nullptr;
+    }
+}
+
+int QRenderWidget::GetViewId() const
+{
+    return m_hwnd && m_displaySurfaceManager ? m_displaySurfaceManager->GetWindowViewId(m_hwnd) : -1;
+}
+
+void QRenderWidget::shutdown()
+{
+    m_surfaceRegistered = false;
+    if (m_displaySurfaceManager)
+    {
+        SetPlatformRendererInterface(nullptr);
+        m_hwnd = readHandle();
+        if (m_hwnd)
+            m_displaySurfaceManager->RemoveWindow(m_hwnd);
+    }
+    m_surfaceWidth = 0;
+    m_surfaceHeight = 0;
+}
+
+QPaintEngine* QRenderWidget::paintEngine() const
+{
+    return nullptr;
+}
+
+void QRenderWidget::Update()
+{
+    update();
+}
+
+void QRenderWidget::mousePressEvent(QMouseEvent* event)
+{
+    const QPoint position = devicePosition(event);
+    if (m_mouseHandler)
+        m_mouseHandler->MouseDown(int(event->button()), position.x(), position.y());
+    Update();
+}
+
+void QRenderWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    const QPoint position = devicePosition(event);
+    if (m_mouseHandler)
+        m_mouseHandler->MouseUp(int(event->button()), position.x(), position.y());
+    Update();
+}
+
+void QRenderWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QPoint position = devicePosition(event);
+    if (m_mouseHandler)
+        m_mouseHandler->MouseDoubleClick(int(event->button()), position.x(), position.y());
+    Update();
+}
+
+void QRenderWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint position = devicePosition(event);
+    if (m_mouseHandler)
+        m_mouseHandler->MouseMove(position.x(), position.y());
+    Update();
+}
+
+void QRenderWidget::wheelEvent(QWheelEvent* event)
+{
+    if (m_mouseHandler)
+        m_mouseHandler->MouseWheel(wheelDelta(event), modifierBits(event->modifiers()));
+    Update();
+    event->ignore();
+}
+
+void QRenderWidget::keyPressEvent(QKeyEvent* event)
+{
+    if (m_mouseHandler)
+        m_mouseHandler->KeyboardInput(event->nativeVirtualKey(), true, 0);
+    Update();
+}
+
+void QRenderWidget::keyReleaseEvent(QKeyEvent* event)
+{
+    if (m_mouseHandler)
+        m_mouseHandler->KeyboardInput(event->nativeVirtualKey(), false, 0);
+    Q_EMIT keyReleased(event);
+    Update();
+}
+
+void QRenderWidget::paintEvent(QPaintEvent*)
+{
+    if (m_surfaceRegistered && m_displaySurfaceManager)
+        paintFrame();
+    else
+        paintMessage();
+}
+
+void QRenderWidget::resizeEvent(QResizeEvent* event)
+{
+    if (width() != m_surfaceWidth || height() != m_surfaceHeight)
+    {
+        m_pendingWidth = width();
+        m_pendingHeight = height();
+        m_hwnd = readHandle();
+    }
+    QWidget::resizeEvent(event);
+}
+
+// Also creates the window if the widget has none.
+HWND QRenderWidget::readHandle() const
+{
+    return reinterpret_cast<HWND>(winId());
+}
+
+void QRenderWidget::registerWindow()
+{
+    if (!m_hwnd || !m_displaySurfaceManager || m_surfaceRegistered)
+        return;
+    m_displaySurfaceManager->AddWindow(m_hwnd, m_platformRenderer, AnyViewId);
+    m_surfaceRegistered = true;
+}
+
+QPoint QRenderWidget::devicePosition(const QMouseEvent* event) const
+{
+    const QPointF position = localPosition(event) * devicePixelRatioF();
+    return {truncated(position.x()), truncated(position.y())};
+}
+
+void QRenderWidget::paintFrame()
+{
+    m_hwnd = readHandle();
+    if (m_pendingWidth != m_surfaceWidth || m_pendingHeight != m_surfaceHeight)
+    {
+        m_surfaceWidth = m_pendingWidth;
+        m_surfaceHeight = m_pendingHeight;
+        if (m_hwnd)
+            m_displaySurfaceManager->ResizeSurface(m_hwnd);
+        if (!m_updateTimer)
+        {
+            Update();
+            return;
+        }
+    }
+    m_displaySurfaceManager->Render(m_hwnd);
+    Q_EMIT viewUpdated();
+    Q_EMIT deferredUpdate();
+}
+
+void QRenderWidget::paintMessage()
+{
+    const bool wasOnScreen = testAttribute(Qt::WA_PaintOnScreen);
+    setAttribute(Qt::WA_PaintOnScreen, false);
+    // In a paint that began on screen only a redirected device can be painted on; the next paint finds the attribute off.
+    if (wasOnScreen && !redirected(nullptr))
+    {
+        Update();
+        return;
+    }
+    QPainter painter(this);
+    const QColor grey(125, 125, 125, 255);
+    painter.setBrush(QBrush(grey, Qt::SolidPattern));
+    painter.setPen(grey);
+    painter.drawRect(0, 0, width(), height());
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QColor(255, 224, 0, 255));
+    painter.drawText(16, 32, QStringLiteral("Renderer is not enabled"));
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <Orvek/Base/BaseMouseHandler.h>
+#include <Orvek/CrossPlatform/DisplaySurfaceManagerInterface.h>
+#include <Orvek/CrossPlatform/PlatformRendererInterface.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/OrvekQtWidgetsExport.h>
+
+#include <QtWidgets/QWidget>
+
+QT_BEGIN_NAMESPACE
+class QTimer;
+QT_END_NAMESPACE
+
+//! A widget with a native window that an engine draws on.
+//!
+//! The widget registers its window with the host's display-surface manager, asks the manager for a frame at each paint,
+//! tells it of a new size and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the host,
+//! which takes them away, or deletes the widget, before it deletes them. Without a manager the widget shows the message
+//! "Renderer is not enabled".
+//!
+//! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then on,
+//! and Qt then paints beneath the engine's frames. All of the widget's ancestors become native windows too, unless the
+//! host sets Qt::WA_DontCreateNativeAncestors on them first.
+class ORVEKQTWIDGETS_EXPORT QRenderWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit QRenderWidget(QWidget* parent = nullptr);
+    //! Detaches the window from the manager, see shutdown().
+    ~QRenderWidget() override;
+
+    //! The window's handle as the widget last knew it; 0 is none.
+    HWND GetHWND();
+    //! The renderer, not owned, or null.
+    orvek::crossplatform::PlatformRendererInterface* GetPlatformRendererInterface();
+    //! Sets what draws this view; null draws nothing. With a manager there, the window is registered for it at once.
+    void SetPlatformRendererInterface(orvek::crossplatform::PlatformRendererInterface* renderer);
+    //! Registers the window with the manager, after removing it from an earlier one; null only removes it.
+    void SetDisplaySurfaceManagerInterface(orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
+    //! Sets what receives the input of this view; null for none.
+    void SetHandleMouseInterface(orvek::base::BaseMouseHandler* handler);
+    //! Whether a repaint is requested every millisecond instead of on demand. Off by default.
+    void setContinuousUpdate(bool continuous);
+    //! The manager's number for this view, or -1 without a manager or window.
+    int GetViewId() const;
+    //! Removes the window from the manager, after registering it once more without a renderer. The manager itself stays
+    //! set. Harmless when repeated.
+    void shutdown();
+
+    //! Null: what is drawn comes from the engine.
+    QPaintEngine* paintEngine() const override;
+
+Q_SIGNALS:
+    //! A frame was rendered. Comes within the paint event.
+    void viewUpdated();
+    //! A key was released over the view; the mouse handler has been told before. The event is valid during the signal only.
+    void keyReleased(QKeyEvent* event);
+    //! Comes after viewUpdated().
+    void deferredUpdate();
+
+public Q_SLOTS:
+    //! Requests a repaint; several requests before it are one.
+    void Update();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    HWND readHandle() const;
+    void registerWindow();
+    QPoint devicePosition(const QMouseEvent* event) const;
+    void paintFrame();
+    void paintMessage();
+
+    HWND m_hwnd = 0;
+    int m_surfaceWidth = 0;
+    int m_surfaceHeight = 0;
+    int m_pendingWidth = 0;
+    int m_pendingHeight = 0;
+    bool m_surfaceRegistered = false;
+    QTimer* m_updateTimer = nullptr; // a child; null unless updating continuously
+    // Owned by the host; null until it sets them.
+    orvek::crossplatform::DisplaySurfaceManagerInterface* m_displaySurfaceManager = nullptr;
+    orvek::crossplatform::PlatformRendererInterface* m_platformRenderer = nullptr;
+    orvek::base::BaseMouseHandler* m_mouseHandler = nullptr;
+};

@@ -1,0 +1,17 @@
+# Settings that all targets of this project share, and no host that adds the project to its own build.
+add_library(OrvekCompiler INTERFACE)
+target_compile_definitions(OrvekCompiler INTERFACE
+    QT_NO_FOREACH
+    QT_DEPRECATED_WARNINGS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+if(NOT MSVC)
+    target_compile_options(OrvekCompiler INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+    if(ORVEK_WARNINGS_AS_ERRORS)
+        target_compile_options(OrvekCompiler INTERFACE -Werror)
+    endif()
+endif()
+if(ORVEK_SANITIZE)
+    set(_sanitize -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
+    target_compile_options(OrvekCompiler INTERFACE ${_sanitize} -fno-omit-frame-pointer)
+    target_link_options(OrvekCompiler INTERFACE ${_sanitize})
+endif()

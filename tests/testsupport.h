@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QtTest/QtTest>
+#include <QtWidgets/QWidget>
+
+// The child of an editor's or container's form by its fixed name; fails hard when there is none.
+template <typename T>
+T* child(const QObject& parent, const char* name)
+{
+    T* found = parent.findChild<T*>(QLatin1String(name));
+    if (!found)
+        qFatal("%s has no child %s", parent.metaObject()->className(), name);
+    return found;
+}
+
+// connectSlotsByName and Qt's widgets say in warnings what is wrong with them. Fails the program at the end of its test
+// functions if there was one that no QTest::ignoreMessage expected.
+class WarningWatch
+{
+public:
+    WarningWatch()
+    {
+        count() = 0;
+        m_previous = qInstallMessageHandler(&WarningWatch::handle);
+        previous() = m_previous;
+    }
+    ~WarningWatch() { qInstallMessageHandler(m_previous); }
+    static int& count()
+    {
+        static int value = 0;
+        return value;
+    }
+
+private:
+    static QtMessageHandler& previous()
+    {
+        static QtMessageHandler handler = nullptr;
+        return handler;
+    }
+    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
+    {
+        if (type == QtWarningMsg || type == QtCriticalMsg)
+            ++count();
+        if (previous())
+            previous()(type, context, message);
+    }
+    QtMessageHandler m_previous = nullptr;
+};
