@@ -7,8 +7,8 @@ namespace base
 //! Receives the input of a view. Implemented by the engine, owned by the host, called on the GUI thread. It has to
 //! outlive every widget that it was given to, or be taken away from it first.
 //!
-//! Positions are in device pixels from the top left corner of the view and can lie outside it during a drag. A button is
-//! the value of its Qt::MouseButton: 1 left, 2 right, 4 middle and so on.
+//! Positions are in device pixels from the top left corner of the view and can lie outside it during a drag. A button
+//! is the value of its Qt::MouseButton: 1 left, 2 right, 4 middle and so on.
 //!
 //! Engines are built apart from this library, so the order of the operations is binary interface: none may be added,
 //! removed or moved. For the same reason the destructor is not virtual, as compilers differ in the slots it would take.

@@ -16,8 +16,14 @@ namespace EditorSupport
 class SignalMute
 {
 public:
-    explicit SignalMute(QObject* object) : m_object(object) { m_object->blockSignals(true); }
-    ~SignalMute() { m_object->blockSignals(false); }
+    explicit SignalMute(QObject* object) : m_object(object)
+    {
+        m_object->blockSignals(true);
+    }
+    ~SignalMute()
+    {
+        m_object->blockSignals(false);
+    }
 
 private:
     Q_DISABLE_COPY(SignalMute)

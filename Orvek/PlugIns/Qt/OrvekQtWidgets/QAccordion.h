@@ -14,14 +14,15 @@ QT_END_NAMESPACE
 //! editors and further sections that a search filters.
 //!
 //! The contents are the first widget created with the section as its parent, or the last one that the host put into the
-//! section's layout. The section does not own them beyond Qt's parent and child; after their destruction it takes the next
-//! ones. Contents adopted while the section is closed stay visible until it is opened or closed again.
+//! section's layout. The section does not own them beyond Qt's parent and child; after their destruction it takes the
+//! next ones. Contents adopted while the section is closed stay visible until it is opened or closed again.
 //!
 //! A search marks what it found with the dynamic property "highlighted" (bool), for style sheets to draw.
 class ORVEKQTWIDGETS_EXPORT QAccordion : public QWidget
 {
     Q_OBJECT
-    //! Text of the check box, and the window title, which the search of an enclosing section compares. Default "Accordion".
+    //! Text of the check box, and the window title, which the search of an enclosing section compares. Default
+    //! "Accordion".
     Q_PROPERTY(QString title READ title WRITE setTitle)
     //! Whether the contents are shown. Default true.
     Q_PROPERTY(bool open READ isOpen WRITE setOpen)
@@ -34,8 +35,8 @@ public:
     bool isOpen() const;
     void setOpen(bool open);
 
-    //! Opens or closes the section as the settings say under its object name, in their current group. Without an entry it
-    //! is closed.
+    //! Opens or closes the section as the settings say under its object name, in their current group. Without an entry
+    //! it is closed.
     void readSettings(QSettings& settings);
     //! Stores under the same key whether the section is open, as a bool. Sections of one object name share an entry.
     void writeSettings(QSettings& settings);
@@ -45,8 +46,8 @@ public Q_SLOTS:
     void on_accordionCheckBox_toggled();
     //! Shows the children of the contents whose window title contains the text, in any case, and hides the others; of a
     //! push button or check box without window title the text counts. If the section's own title contains the text, all
-    //! are shown. Opens the section when there is a match, and gives it a yellow border in place of its own style sheet.
-    //! An empty text shows everything and takes the border away. Does nothing without contents.
+    //! are shown. Opens the section when there is a match, and gives it a yellow border in place of its own style
+    //! sheet. An empty text shows everything and takes the border away. Does nothing without contents.
     void setSearchText(const QString& text);
 
 protected:
@@ -56,7 +57,7 @@ protected:
 private:
     void hookupContentsWidget();
 
-    Ui::Accordion m_ui; // the children belong to the section
+    Ui::Accordion m_ui;             // the children belong to the section
     QPointer<QCheckBox> m_checkBox; // the form's; a host may delete it
     bool m_constructed = false;
     QPointer<QWidget> m_contentsWidget; // not owned; null until there is one

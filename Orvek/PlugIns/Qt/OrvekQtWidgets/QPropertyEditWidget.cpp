@@ -1,8 +1,6 @@
 #include "QPropertyEditWidget.h"
 
-QPropertyEditWidget::QPropertyEditWidget(QWidget* parent) : QWidget(parent)
-{
-}
+QPropertyEditWidget::QPropertyEditWidget(QWidget* parent) : QWidget(parent) {}
 
 QPropertyEditWidget::~QPropertyEditWidget() = default;
 

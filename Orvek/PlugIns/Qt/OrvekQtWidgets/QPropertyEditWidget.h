@@ -12,7 +12,7 @@ public:
     explicit QPropertyEditWidget(QWidget* parent);
     ~QPropertyEditWidget() override;
 
-    //! Gives every widget inside this one, at any depth, this one's tool tip; an empty one clears theirs. The editors do
-    //! it once in their constructor, before a host can have set a tip: call it again after setToolTip().
+    //! Gives every widget inside this one, at any depth, this one's tool tip; an empty one clears theirs. The editors
+    //! do it once in their constructor, before a host can have set a tip: call it again after setToolTip().
     void applyParentTooltip();
 };

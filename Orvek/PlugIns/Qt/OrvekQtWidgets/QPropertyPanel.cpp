@@ -89,7 +89,8 @@ void QPropertyPanel::childEvent(QChildEvent* event)
             rows->addWidget(m_search);
         if (event->child()->isWidgetType())
         {
-            // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their slot.
+            // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their
+            // slot.
             const auto* child = static_cast<const QWidget*>(event->child());
             const QList<QWidget*> widgets = child->findChildren<QWidget*>();
             for (const QWidget* widget : widgets)

@@ -9,11 +9,11 @@
 
 //! Container of an editing user interface: a search field above a scroll area with sections.
 //!
-//! The host gives it one QScrollArea as a direct child; the panel lays it out below the search field at the next event of
-//! its children, at the latest when it is shown. The panel hides nothing by itself: it sends each search text to every
-//! widget in the scroll area that has a slot setSearchText(const QString&), the sections above all. These are looked for
-//! once, at the first change of the text, so build the panel before the user can type; a finished widget moved directly
-//! into the panel is reached besides.
+//! The host gives it one QScrollArea as a direct child; the panel lays it out below the search field at the next event
+//! of its children, at the latest when it is shown. The panel hides nothing by itself: it sends each search text to
+//! every widget in the scroll area that has a slot setSearchText(const QString&), the sections above all. These are
+//! looked for once, at the first change of the text, so build the panel before the user can type; a finished widget
+//! moved directly into the panel is reached besides.
 //!
 //! On every change of its children the panel writes their object names to the standard output, for diagnosis.
 class ORVEKQTWIDGETS_EXPORT QPropertyPanel : public QWidget
@@ -22,8 +22,8 @@ class ORVEKQTWIDGETS_EXPORT QPropertyPanel : public QWidget
 public:
     explicit QPropertyPanel(QWidget* parent = nullptr);
 
-    //! Sends the current search text once more, to the widgets that are connected by now. Use it after refilling a section
-    //! during a search.
+    //! Sends the current search text once more, to the widgets that are connected by now. Use it after refilling a
+    //! section during a search.
     void setSearchText();
     //! Always true: form designers may put widgets into a panel.
     bool isContainer() const;
@@ -31,7 +31,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    //! The search text, as typed; empty when there is no search. Enclosing sections receive it before those inside them.
+    //! The search text, as typed; empty when there is no search. Enclosing sections receive it before those inside
+    //! them.
     void setSearchText(const QString& text);
 
 public Q_SLOTS:
@@ -44,7 +45,7 @@ protected:
 private:
     void connectSearch(const QWidget* widget);
 
-    Ui::QPropertyPanel m_ui; // the children belong to the panel
+    Ui::QPropertyPanel m_ui;      // the children belong to the panel
     QPointer<QLineEdit> m_search; // the form's; a host may delete it
     bool m_searchConnected = false;
     bool m_constructed = false;

@@ -265,7 +265,8 @@ void QRenderWidget::paintMessage()
 {
     const bool wasOnScreen = testAttribute(Qt::WA_PaintOnScreen);
     setAttribute(Qt::WA_PaintOnScreen, false);
-    // In a paint that began on screen only a redirected device can be painted on; the next paint finds the attribute off.
+    // In a paint that began on screen only a redirected device can be painted on; the next paint finds the attribute
+    // off.
     if (wasOnScreen && !redirected(nullptr))
     {
         Update();

@@ -14,13 +14,13 @@ QT_END_NAMESPACE
 //! A widget with a native window that an engine draws on.
 //!
 //! The widget registers its window with the host's display-surface manager, asks the manager for a frame at each paint,
-//! tells it of a new size and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the host,
-//! which takes them away, or deletes the widget, before it deletes them. Without a manager the widget shows the message
-//! "Renderer is not enabled".
+//! tells it of a new size and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the
+//! host, which takes them away, or deletes the widget, before it deletes them. Without a manager the widget shows the
+//! message "Renderer is not enabled".
 //!
-//! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then on,
-//! and Qt then paints beneath the engine's frames. All of the widget's ancestors become native windows too, unless the
-//! host sets Qt::WA_DontCreateNativeAncestors on them first.
+//! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then
+//! on, and Qt then paints beneath the engine's frames. All of the widget's ancestors become native windows too, unless
+//! the host sets Qt::WA_DontCreateNativeAncestors on them first.
 class ORVEKQTWIDGETS_EXPORT QRenderWidget : public QWidget
 {
     Q_OBJECT
@@ -53,7 +53,8 @@ public:
 Q_SIGNALS:
     //! A frame was rendered. Comes within the paint event.
     void viewUpdated();
-    //! A key was released over the view; the mouse handler has been told before. The event is valid during the signal only.
+    //! A key was released over the view; the mouse handler has been told before. The event is valid during the signal
+    //! only.
     void keyReleased(QKeyEvent* event);
     //! Comes after viewUpdated().
     void deferredUpdate();

@@ -247,8 +247,7 @@ void QSliderEdit::setOrientation(Qt::Orientation orientation)
     }
     row->addWidget(m_ui.label);
     row->addItem(sliderItem);
-    row->addItem(
-        new CompanionItem(m_ui.lineEdit, QBoxLayout::LeftToRight, {m_ui.lineEdit, m_ui.units, m_ui.reset}));
+    row->addItem(new CompanionItem(m_ui.lineEdit, QBoxLayout::LeftToRight, {m_ui.lineEdit, m_ui.units, m_ui.reset}));
     setLayout(row);
     row->update();
     m_ui.slider->setOrientation(orientation);

@@ -10,8 +10,8 @@
 //! text field, units and a button that returns to the default.
 //!
 //! What the user does is announced by signals; what the host sets through setValue() is not. The text field keeps what
-//! was typed, also when the number was clamped. Text that is no number is ignored. Numbers are read and written as in C,
-//! with a decimal point.
+//! was typed, also when the number was clamped. Text that is no number is ignored. Numbers are read and written as in
+//! C, with a decimal point.
 //!
 //! The children "label", "decrement", "slider", "increment", "lineEdit", "units" and "reset" belong to the editor.
 class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
@@ -19,11 +19,11 @@ class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
     Q_OBJECT
     //! The text of the label, and the window title, which the search of a section compares. Default "label".
     Q_PROPERTY(QString title READ title WRITE setTitle)
-    //! Whether each move of a dragged handle changes the value at once; otherwise a drag shows the number that its release
-    //! will set. Default false.
+    //! Whether each move of a dragged handle changes the value at once; otherwise a drag shows the number that its
+    //! release will set. Default false.
     Q_PROPERTY(bool liveUpdate READ liveUpdate WRITE setLiveUpdate)
-    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one for
-    //! example, is laid out as the nearest possible one. The same holds for the two other widths.
+    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
+    //! for example, is laid out as the nearest possible one. The same holds for the two other widths.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of the text field in pixels, default 80.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
@@ -71,9 +71,9 @@ public:
     void setShowButtons(bool show);
     bool showDefaultButton() const;
     void setShowDefaultButton(bool show);
-    //! Ends of the range. The setters only store the number: value, handle and text follow at the next setValue() or user
-    //! edit, so set the range first. A minimum above the maximum makes every value the maximum; with equal ends, or an end
-    //! that a logarithm does not reach, the handle stays at the start.
+    //! Ends of the range. The setters only store the number: value, handle and text follow at the next setValue() or
+    //! user edit, so set the range first. A minimum above the maximum makes every value the maximum; with equal ends,
+    //! or an end that a logarithm does not reach, the handle stays at the start.
     double minimum() const;
     void setMinimum(double minimum);
     double maximum() const;
@@ -83,8 +83,8 @@ public:
     void setDefaultValue(double value);
     double step() const;
     //! Gives the slider as many steps as fit the current range, 10000 at most, so set the range first; values are not
-    //! rounded to them. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows it,
-    //! with valueChanged().
+    //! rounded to them. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows
+    //! it, with valueChanged().
     void setStep(double step);
     QVariant value() const;
     //! Sets what a double can be made of, clamped into the range, without valueChanged(); anything else is ignored.
@@ -93,9 +93,9 @@ public:
     //! The same; the text field is left empty unless showText.
     void setValue(QVariant value, bool showText);
     bool logarithmic() const;
-    //! Turning it on makes the range usable: a minimum of 0 or less becomes a hundredth of the maximum, and a maximum that
-    //! is not above the minimum a hundred times the minimum; a later range is not checked. Clamps the value and moves the
-    //! handle, with valueChanged().
+    //! Turning it on makes the range usable: a minimum of 0 or less becomes a hundredth of the maximum, and a maximum
+    //! that is not above the minimum a hundred times the minimum; a later range is not checked. Clamps the value and
+    //! moves the handle, with valueChanged().
     void setLogarithmic(bool logarithmic);
     Qt::Orientation orientation() const;
     //! Builds the row anew, with the margins of the style. Step buttons stay at the ends of the slider, units and reset
@@ -107,7 +107,8 @@ public:
     virtual QString valueToText(double value);
     //! The value of a text. Sets ok to whether there is one; ok must not be null.
     virtual double textToValue(QString text, bool* ok);
-    //! Moves the handle by as many single steps, as the step buttons do with 1 and -1; valueChanged() comes when it moved.
+    //! Moves the handle by as many single steps, as the step buttons do with 1 and -1; valueChanged() comes when it
+    //! moved.
     virtual void incrementDecrement(int direction);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,0 +1,5 @@
+#include "QAbstractEdit.h"
+
+QAbstractEdit::QAbstractEdit(QWidget* parent) : QWidget(parent) {}
+
+QAbstractEdit::~QAbstractEdit() = default;

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/OrvekQtWidgetsExport.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyEditWidget.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/ui_QColourEdit.h>
+
+//! Edits a colour as four numbers in one row: title and a text field each for red, green, blue and alpha.
+//!
+//! The fields are for entry: they show what was typed into them, not the stored colour. A component is taken over when
+//! its field finishes editing; text that is no number, in the form of C with a decimal point, is ignored. Components
+//! have no range, so that lights can be brighter than white.
+//!
+//! The children "label", "red", "green", "blue" and "alpha" belong to the editor.
+class ORVEKQTWIDGETS_EXPORT QColourEdit : public QPropertyEditWidget
+{
+    Q_OBJECT
+    //! The title, and the window title, which the search of a section compares. Default "colour".
+    Q_PROPERTY(QString label READ label WRITE setLabel)
+    //! Width of the title in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
+    //! for example, is laid out as the nearest possible one.
+    Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
+    //! Whether the alpha field is on the screen: false while the editor itself is not shown. Setting it shows or hides
+    //! the field within the editor; it is shown by default.
+    Q_PROPERTY(bool showAlpha READ showAlpha WRITE setShowAlpha)
+
+public:
+    explicit QColourEdit(QWidget* parent = nullptr);
+
+    QString label() const;
+    void setLabel(QString label);
+    int labelWidth() const;
+    void setLabelWidth(int width);
+    bool showAlpha() const;
+    void setShowAlpha(bool show);
+    //! Stores red, green, blue and alpha from an array of four, which is copied; null is ignored. The fields stay as
+    //! they are and no signal is sent.
+    void setColour(const double* rgba);
+    void setColour(double r, double g, double b, double a);
+    //! The four stored components in the order red, green, blue, alpha; 0 at first. The array belongs to the editor,
+    //! lives as long as it and follows each change.
+    const double* colour() const;
+
+Q_SIGNALS:
+    //! The user took over a component, the same number included; colour() already has the new one.
+    void valueChanged();
+
+public Q_SLOTS:
+    void on_red_editingFinished();
+    void on_green_editingFinished();
+    void on_blue_editingFinished();
+    void on_alpha_editingFinished();
+
+private:
+    void commit(const QLineEdit* field, int component);
+
+    int m_labelWidth = 80;
+    Ui::QColourEdit m_ui; // the children belong to the editor
+    double m_colour[4] = {0.0, 0.0, 0.0, 0.0};
+};
