@@ -4,10 +4,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
-#include <QtCore/QVector>
 #include <QtGui/QVector3D>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -78,7 +76,7 @@ Q_SIGNALS:
 private:
     struct Job;
 
-    void finish(const std::shared_ptr<Job>& job);
+    void finish(const std::shared_ptr<Job>& job, const MeshPointer& mesh, const QString& error);
 
     std::shared_ptr<Job> m_job; // shared with the thread; null when idle
     QString m_fileName;

@@ -45,6 +45,7 @@ Q_SIGNALS:
 
 private:
     void apply(const Camera& camera);
+    void finishChange();
     void orbit(double azimuth, double elevation);
     void pan(int dx, int dy);
 

@@ -58,6 +58,10 @@ private:
     struct Graphics;
 
     QMatrix4x4 objectMatrix(const Object& object) const;
+    void drawShadowMap();
+    void drawBackground(const QMatrix4x4& viewProjection);
+    void drawObjects(const QMatrix4x4& viewProjection, const QSize& size);
+    void drawGround(const QMatrix4x4& viewProjection);
 
     Scene m_scene;
     QHash<QString, MeshPointer> m_meshes;
@@ -65,6 +69,7 @@ private:
     bool m_environmentChanged = true;
     int m_selected = -1;
     double m_turntable = 0.0;
+    bool m_shadowsOn = false; // in the frame being drawn
     QString m_error;
     std::unique_ptr<Graphics> m_graphics; // null while not on the graphics card
 
