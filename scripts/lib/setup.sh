@@ -1,0 +1,64 @@
+# shellcheck shell=bash
+# shellcheck disable=SC2034  # the lists are for the scripts
+# Shared by the scripts of this folder; source it. Moves to the repository's root.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+
+build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
+    libassimp-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
+x_server_packages=(xvfb xauth)
+
+say() { printf '\033[1m== %s\033[0m\n' "$*" >&2; }
+fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
+
+# need_packages PACKAGE...: installs the Debian packages that are missing. On a system without apt it only says what the
+# packages are called on Debian, and stops when the build could not start.
+need_packages() {
+    local missing=() package
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        for package in cmake ninja c++ qmake; do
+            command -v "$package" >/dev/null || command -v "$package-qt5" >/dev/null || missing+=("$package")
+        done
+        [ ${#missing[@]} -eq 0 ] || fail "missing here: ${missing[*]}. This system has no apt; install what Debian 12 calls: $*"
+        return 0
+    fi
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    local root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "missing packages: ${missing[*]}. Install them as root, as there is no sudo."
+        root=(sudo)
+    fi
+    say "Installing ${missing[*]}"
+    # The package lists of a fresh machine are empty, and those of an old one name packages that are gone.
+    "${root[@]}" apt-get -qq update </dev/null >&2 || say "The package lists could not be refreshed; trying with the old ones"
+    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y -qq install --no-install-recommends "${missing[@]}" \
+        </dev/null >/dev/null || fail "could not install: ${missing[*]}"
+}
+
+# configure_and_build PRESET [TARGET...]: builds in build/PRESET, everything without targets. Says little unless it fails.
+configure_and_build() {
+    local preset=$1
+    shift
+    local targets=()
+    [ $# -eq 0 ] || targets=(--target "$@")
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        say "Configuring build/$preset"
+        mkdir -p build
+        cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
+    fi
+    say "Building build/$preset"
+    cmake --build "build/$preset" "${targets[@]}" >&2
+}
+
+# with_display COMMAND...: runs it on the display there is, or on a virtual X server that lives as long as the command.
+with_display() {
+    if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+        "$@"
+    else
+        need_packages "${x_server_packages[@]}"
+        xvfb-run -a -s '-screen 0 1920x1200x24' "$@"
+    fi
+}
