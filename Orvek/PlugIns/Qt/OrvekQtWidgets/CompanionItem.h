@@ -82,3 +82,16 @@ private:
     QVector<QPointer<QWidget>> m_widgets;
     QRect m_rect;
 };
+
+// A QHBoxLayout or QVBoxLayout that is never narrower than its items: Qt would squeeze the rectangles of widgets whose
+// widths are fixed and let them cover each other. The editor cuts off what reaches beyond its right edge; Qt places
+// nothing beyond the left one, so that is the end to lose also from right to left.
+template <typename Box>
+class UnsqueezedBox : public Box
+{
+public:
+    void setGeometry(const QRect& rect) override
+    {
+        Box::setGeometry(QRect(rect.topLeft(), QSize(qMax(rect.width(), this->minimumSize().width()), rect.height())));
+    }
+};

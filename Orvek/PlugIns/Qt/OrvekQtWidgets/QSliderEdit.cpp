@@ -235,13 +235,13 @@ void QSliderEdit::setOrientation(Qt::Orientation orientation)
     CompanionItem* sliderItem = nullptr;
     if (orientation == Qt::Vertical)
     {
-        row = new QVBoxLayout;
+        row = new UnsqueezedBox<QVBoxLayout>;
         sliderItem =
             new CompanionItem(m_ui.slider, QBoxLayout::TopToBottom, {m_ui.increment, m_ui.slider, m_ui.decrement});
     }
     else
     {
-        row = new QHBoxLayout;
+        row = new UnsqueezedBox<QHBoxLayout>;
         sliderItem =
             new CompanionItem(m_ui.slider, QBoxLayout::LeftToRight, {m_ui.decrement, m_ui.slider, m_ui.increment});
     }

@@ -99,7 +99,7 @@ public:
     void setLogarithmic(bool logarithmic);
     Qt::Orientation orientation() const;
     //! Builds the row anew, with the margins of the style. Step buttons stay at the ends of the slider, units and reset
-    //! button beside the text field.
+    //! button beside the text field. An editor narrower than its minimumSizeHint() cuts the right end of the row off.
     void setOrientation(Qt::Orientation orientation);
 
     //! The text that shows a value: six significant digits, with an exponent below 1e-4 and from 1e6 on. Override both
