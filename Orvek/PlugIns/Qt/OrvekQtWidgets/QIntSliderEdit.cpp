@@ -98,16 +98,11 @@ int QIntSliderEdit::minimum() const
 
 void QIntSliderEdit::setMinimum(int minimum)
 {
-    m_minimum = minimum;
-    if (m_powerOfTwo)
-    {
-        m_minimum = qMax(1, m_minimum);
-        m_ui.slider->setMinimum(roundedExponent(m_minimum));
-    }
-    else
-    {
-        m_ui.slider->setMinimum(m_minimum);
-    }
+    m_minimum = m_powerOfTwo ? qMax(1, minimum) : minimum;
+    m_ui.slider->setMinimum(positionOf(m_minimum));
+    // A slider drags its other end along when they cross; it goes back when the range is in order again.
+    if (m_minimum < m_maximum)
+        m_ui.slider->setMaximum(positionOf(m_maximum));
 }
 
 int QIntSliderEdit::maximum() const
@@ -118,16 +113,12 @@ int QIntSliderEdit::maximum() const
 void QIntSliderEdit::setMaximum(int maximum)
 {
     m_maximum = maximum;
-    if (m_powerOfTwo)
-    {
-        if (m_maximum <= m_minimum)
-            m_maximum = static_cast<int>(qMin(qint64(m_minimum) * 2, qint64(LargestInt)));
-        m_ui.slider->setMaximum(roundedExponent(m_maximum));
-    }
-    else
-    {
-        m_ui.slider->setMaximum(m_maximum);
-    }
+    if (m_powerOfTwo && m_maximum <= m_minimum)
+        m_maximum = static_cast<int>(qMin(qint64(m_minimum) * 2, qint64(LargestInt)));
+    m_ui.slider->setMaximum(positionOf(m_maximum));
+    // The other end, as in setMinimum().
+    if (m_minimum < m_maximum)
+        m_ui.slider->setMinimum(positionOf(m_minimum));
 }
 
 int QIntSliderEdit::defaultValue() const
@@ -293,8 +284,7 @@ void QIntSliderEdit::on_lineEdit_editingFinished()
 void QIntSliderEdit::updateSlider()
 {
     m_value = clamped(m_value);
-    const qint64 offset =
-        m_powerOfTwo ? roundedExponent(m_value) - roundedExponent(m_minimum) : qint64(m_value) - m_minimum;
+    const qint64 offset = qint64(positionOf(m_value)) - positionOf(m_minimum);
     {
         const SignalMute muteSlider(m_ui.slider);
         const qint64 position = m_ui.slider->minimum() + offset;
@@ -308,6 +298,11 @@ void QIntSliderEdit::updateSlider()
 int QIntSliderEdit::clamped(int value) const
 {
     return qMin(qMax(value, m_minimum), m_maximum);
+}
+
+int QIntSliderEdit::positionOf(int value) const
+{
+    return m_powerOfTwo ? roundedExponent(value) : value;
 }
 
 int QIntSliderEdit::valueOf(int position) const

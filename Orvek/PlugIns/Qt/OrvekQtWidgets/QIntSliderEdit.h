@@ -117,6 +117,7 @@ public Q_SLOTS:
 private:
     void updateSlider();
     int clamped(int value) const;
+    int positionOf(int value) const;
     int valueOf(int position) const;
 
     Ui::QIntSliderEdit m_ui; // the children belong to the editor
