@@ -11,7 +11,16 @@ QFileEdit::QFileEdit(QWidget* parent) : QAbstractEdit(parent)
 }
 
 // Not inline: hosts cannot see the base's.
-QFileEdit::~QFileEdit() = default;
+QFileEdit::~QFileEdit()
+{
+    // A dialog that is still open lies on the stack and must not be deleted with the children. It ends as cancelled.
+    const auto dialogs = findChildren<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QFileDialog* dialog : dialogs)
+    {
+        dialog->setParent(nullptr, dialog->windowFlags());
+        dialog->reject();
+    }
+}
 
 bool QFileEdit::showDefaultButton() const
 {
