@@ -44,7 +44,7 @@ def unit(a):
     return tuple(c / length for c in a)
 
 
-def torus_knot(p=2, q=3, steps=220, sides=16, tube=0.19):
+def torus_knot(p=2, q=3, steps=132, sides=12, tube=0.19):
     def curve(t):
         r = 0.62 + 0.27 * math.cos(q * t)
         # Upright, so that it stands on the floor.
@@ -70,7 +70,7 @@ def torus_knot(p=2, q=3, steps=220, sides=16, tube=0.19):
     return on_the_floor(vertices), faces
 
 
-def lathe(outline, sides=72):
+def lathe(outline, sides=48):
     """Turns (radius, height) points about the Y axis; points with radius 0 close the body."""
     vertices, faces, rings = [], [], []
     for radius, height in outline:
@@ -111,17 +111,17 @@ def vase():
                (0.25, 1.56), (0.33, 1.66)]
     rim = [(0.335, 1.675), (0.325, 1.68), (0.31, 1.67)]
     inside = [(0.225, 1.55), (0.195, 1.42), (0.27, 1.24), (0.45, 0.95), (0.5, 0.62), (0.4, 0.2)]
-    outline = [(0.0, 0.0)] + smooth(outside, 5) + rim + smooth(inside, 3) + [(0.0, 0.12)]
+    outline = [(0.0, 0.0)] + smooth(outside, 3) + rim + smooth(inside, 2) + [(0.0, 0.12)]
     return lathe(outline)
 
 
-def pedestal(radius=0.85, height=0.22, bevel=0.035, corner=6):
+def pedestal(radius=0.85, height=0.22, bevel=0.035, corner=4):
     outline = [(0.0, 0.0), (radius - 0.01, 0.0), (radius, 0.01)]
     for k in range(corner + 1):
         a = 0.5 * math.pi * k / corner
         outline.append((radius - bevel + bevel * math.cos(a), height - bevel + bevel * math.sin(a)))
     outline.append((0.0, height))
-    return lathe(outline, 96)
+    return lathe(outline, 72)
 
 
 def gem(sides=10):
@@ -163,7 +163,7 @@ def gem(sides=10):
     return vertices, faces
 
 
-def rounded_cube(half=0.5, bevel=0.14, steps=14):
+def rounded_cube(half=0.5, bevel=0.14, steps=10):
     """Points of a cube's surface drawn back into the inner cube and pushed out again by the bevel."""
     index, vertices, faces = {}, [], []
 

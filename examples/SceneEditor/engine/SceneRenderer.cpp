@@ -221,9 +221,7 @@ struct SceneRenderer::Graphics
     QOpenGLShaderProgram object;
     QOpenGLShaderProgram depth;
     QOpenGLShaderProgram background;
-    QOpenGLShaderProgram ground;
     QHash<QString, GpuMesh> meshes;
-    GpuMesh groundMesh;
     GpuMesh boxMesh;
     GLuint emptyArray = 0;
     GLuint environment = 0;
@@ -282,13 +280,12 @@ bool SceneRenderer::Graphics::prepare(QString* error)
     const QByteArray shadowCode(shaders::shadow);
     if (!link(object, shaders::objectVertex, common + environmentCode + shadowCode + shaders::objectFragment, error) ||
         !link(depth, shaders::depthVertex, shaders::depthFragment, error) ||
-        !link(background, shaders::backgroundVertex, common + environmentCode + shaders::backgroundFragment, error) ||
-        !link(ground, shaders::groundVertex, shadowCode + shaders::groundFragment, error))
+        !link(background, shaders::backgroundVertex, common + environmentCode + shadowCode + shaders::backgroundFragment,
+              error))
         return false;
 
     gl->glGenVertexArrays(1, &emptyArray);
     const QVector3D up(0.0f, 1.0f, 0.0f);
-    groundMesh = upload({{{-1, 0, -1}, up}, {{-1, 0, 1}, up}, {{1, 0, 1}, up}, {{1, 0, -1}, up}}, {0, 1, 2, 0, 2, 3});
     std::vector<MeshData::Vertex> corners;
     for (int i = 0; i < 8; ++i)
         corners.push_back(
@@ -302,11 +299,11 @@ void SceneRenderer::Graphics::removeFrames()
     gl->glDeleteFramebuffers(1, &sampled[0]);
     gl->glDeleteRenderbuffers(2, &sampled[1]);
     gl->glDeleteFramebuffers(1, &resolved[0]);
-    gl->glDeleteRenderbuffers(1, &resolved[1]);
+    gl->glDeleteTextures(1, &resolved[1]);
     size = QSize();
 }
 
-// The window's own buffers need no depth and no samples then, and a frame can be drawn without a window.
+// Objects are drawn here first, so the window's own buffers need neither depth nor samples.
 bool SceneRenderer::Graphics::resize(const QSize& wanted, QString* error)
 {
     if (size == wanted)
@@ -323,11 +320,14 @@ bool SceneRenderer::Graphics::resize(const QSize& wanted, QString* error)
         return false;
     }
     gl->glGenFramebuffers(1, &resolved[0]);
-    gl->glGenRenderbuffers(1, &resolved[1]);
-    gl->glBindRenderbuffer(GL_RENDERBUFFER, resolved[1]);
-    gl->glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, wanted.width(), wanted.height());
+    gl->glGenTextures(1, &resolved[1]);
+    gl->glBindTexture(GL_TEXTURE_2D, resolved[1]);
+    gl->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, wanted.width(), wanted.height(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                     nullptr);
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
     gl->glBindFramebuffer(GL_FRAMEBUFFER, resolved[0]);
-    gl->glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, resolved[1]);
+    gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, resolved[1], 0);
 
     gl->glGenFramebuffers(1, &sampled[0]);
     gl->glGenRenderbuffers(2, &sampled[1]);
@@ -364,7 +364,6 @@ void SceneRenderer::Graphics::release()
     for (GpuMesh& mesh : meshes)
         remove(mesh);
     meshes.clear();
-    remove(groundMesh);
     remove(boxMesh);
     gl->glDeleteVertexArrays(1, &emptyArray);
     gl->glDeleteTextures(1, &environment);
@@ -373,7 +372,6 @@ void SceneRenderer::Graphics::release()
     object.removeAllShaders();
     depth.removeAllShaders();
     background.removeAllShaders();
-    ground.removeAllShaders();
 }
 
 GpuMesh SceneRenderer::Graphics::upload(const std::vector<MeshData::Vertex>& vertices,
@@ -648,7 +646,7 @@ bool SceneRenderer::draw(const QSize& size, unsigned int frameBuffer)
 
     gl->glBindFramebuffer(GL_FRAMEBUFFER, g.sampled[0]);
     gl->glViewport(0, 0, size.width(), size.height());
-    gl->glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+    gl->glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     gl->glActiveTexture(GL_TEXTURE1);
     gl->glBindTexture(GL_TEXTURE_2D, g.shadowMap);
@@ -663,20 +661,17 @@ bool SceneRenderer::draw(const QSize& size, unsigned int frameBuffer)
                                                             : GL_LINEAR_MIPMAP_LINEAR);
 
     const QMatrix4x4 viewProjection = projectionMatrix(m_scene.camera, size) * viewMatrix(m_scene.camera);
-    drawBackground(viewProjection);
     drawObjects(viewProjection, size);
-    drawGround(viewProjection);
 
-    // By way of a buffer of the same format: resolving samples straight into a window of another format is an error.
-    const GLint w = size.width();
-    const GLint h = size.height();
     gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, g.sampled[0]);
     gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, g.resolved[0]);
-    gl->glBlitFramebuffer(0, 0, w, h, 0, 0, w, h, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, g.resolved[0]);
-    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, frameBuffer);
-    gl->glBlitFramebuffer(0, 0, w, h, 0, 0, w, h, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    gl->glBlitFramebuffer(0, 0, size.width(), size.height(), 0, 0, size.width(), size.height(), GL_COLOR_BUFFER_BIT,
+                          GL_NEAREST);
     gl->glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer);
+    gl->glActiveTexture(GL_TEXTURE2);
+    gl->glBindTexture(GL_TEXTURE_2D, g.resolved[1]);
+    gl->glActiveTexture(GL_TEXTURE0);
+    drawFloorAndBackground(viewProjection);
     return true;
 }
 
@@ -723,7 +718,6 @@ void SceneRenderer::drawShadowMap()
     gl->glViewport(0, 0, g.shadowSize, g.shadowSize);
     gl->glEnable(GL_DEPTH_TEST);
     gl->glDepthFunc(GL_LEQUAL);
-    gl->glDepthMask(GL_TRUE);
     gl->glClear(GL_DEPTH_BUFFER_BIT);
     gl->glEnable(GL_POLYGON_OFFSET_FILL);
     gl->glPolygonOffset(2.0f, 4.0f);
@@ -739,25 +733,6 @@ void SceneRenderer::drawShadowMap()
     gl->glDisable(GL_POLYGON_OFFSET_FILL);
 }
 
-void SceneRenderer::drawBackground(const QMatrix4x4& viewProjection)
-{
-    Graphics& g = *m_graphics;
-    QOpenGLFunctions_3_3_Core* const gl = g.gl;
-    gl->glDisable(GL_DEPTH_TEST);
-    g.background.bind();
-    g.setEnvironment(g.background);
-    g.background.setUniformValue("u_exposure", float(m_scene.view.exposure));
-    g.background.setUniformValue("u_ambient", float(m_scene.light.ambient));
-    g.background.setUniformValue("u_colour", display(m_scene.view.backgroundColour));
-    g.background.setUniformValue("u_showEnvironment", m_scene.view.environmentBackground && !m_environment.isNull());
-    g.background.setUniformValue("u_toWorld", viewProjection.inverted());
-    g.background.setUniformValue("u_eye", eyePosition(m_scene.camera));
-    gl->glBindVertexArray(g.emptyArray);
-    gl->glDrawArrays(GL_TRIANGLES, 0, 3);
-    gl->glEnable(GL_DEPTH_TEST);
-    gl->glDepthFunc(GL_LEQUAL);
-}
-
 void SceneRenderer::drawObjects(const QMatrix4x4& viewProjection, const QSize& size)
 {
     Graphics& g = *m_graphics;
@@ -769,6 +744,8 @@ void SceneRenderer::drawObjects(const QMatrix4x4& viewProjection, const QSize& s
                      : shading == ShadingMode::Flat    ? 1
                      : shading == ShadingMode::Normals ? 2
                                                        : asItComes;
+    gl->glEnable(GL_DEPTH_TEST);
+    gl->glDepthFunc(GL_LEQUAL);
     QOpenGLShaderProgram& program = g.object;
     program.bind();
     g.setEnvironment(program);
@@ -852,56 +829,49 @@ void SceneRenderer::drawObjects(const QMatrix4x4& viewProjection, const QSize& s
     gl->glDisable(GL_STENCIL_TEST);
 }
 
-void SceneRenderer::drawGround(const QMatrix4x4& viewProjection)
+void SceneRenderer::drawFloorAndBackground(const QMatrix4x4& viewProjection)
 {
-    const View& view = m_scene.view;
-    const bool lit = view.shading == ShadingMode::Lit && m_scene.light.shadows;
-    QVector3D minimum;
-    QVector3D maximum;
-    const bool objects = boundingBox(&minimum, &maximum);
-    if (!view.grid && !(lit && objects))
-        return;
-
     Graphics& g = *m_graphics;
     QOpenGLFunctions_3_3_Core* const gl = g.gl;
+    const View& view = m_scene.view;
+    const bool shaded = view.shading == ShadingMode::Lit && m_scene.light.shadows;
     QVector<QVector4D> occluders;
-    float reach = 0.0f;
     for (const Object& object : m_scene.objects)
     {
         const MeshPointer mesh = m_meshes.value(object.meshFile);
-        if (!lit || !object.visible || !mesh || occluders.size() == maximumOccluders)
+        if (!shaded || !object.visible || !mesh || occluders.size() == maximumOccluders)
             continue;
         const Box box = worldBox(*mesh, objectMatrix(object));
         const QVector3D size = box.maximum - box.minimum;
         const QVector3D centre = (box.minimum + box.maximum) / 2.0f;
         const float radius = 0.5f * qMin(size.y(), 0.5f * (size.x() + size.z()));
         occluders << QVector4D(centre.x(), qMax(box.minimum.y() + radius, radius), centre.z(), radius);
-        reach = qMax(reach, qMax(qAbs(centre.x()), qAbs(centre.z())) + 8.0f * size.length());
     }
-    const float extent = float(view.gridCellSize) * float(view.gridExtent);
 
-    gl->glEnable(GL_BLEND);
-    gl->glBlendFuncSeparate(GL_ONE, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE);
-    gl->glDepthMask(GL_FALSE);
-    g.ground.bind();
-    g.setShadow(g.ground, m_shadowsOn);
-    g.ground.setUniformValue("u_viewProjection", viewProjection);
-    g.ground.setUniformValue("u_size", qMax(reach, view.grid ? extent : 0.0f));
-    g.ground.setUniformValue("u_centre", QVector3D());
-    g.ground.setUniformValue("u_eye", eyePosition(m_scene.camera));
-    g.ground.setUniformValue("u_cell", view.grid ? float(view.gridCellSize) : 0.0f);
-    g.ground.setUniformValue("u_extent", extent);
+    QOpenGLShaderProgram& program = g.background;
+    program.bind();
+    g.setEnvironment(program);
+    g.setShadow(program, m_shadowsOn);
+    program.setUniformValue("u_objects", 2);
+    program.setUniformValue("u_exposure", float(view.exposure));
+    program.setUniformValue("u_ambient", float(m_scene.light.ambient));
+    program.setUniformValue("u_colour", display(view.backgroundColour));
+    program.setUniformValue("u_showEnvironment", view.environmentBackground && !m_environment.isNull());
+    program.setUniformValue("u_toWorld", viewProjection.inverted());
+    program.setUniformValue("u_eye", eyePosition(m_scene.camera));
+    program.setUniformValue("u_cell", view.grid ? float(view.gridCellSize) : 0.0f);
+    program.setUniformValue("u_extent", float(view.gridCellSize) * float(view.gridExtent));
     const bool dark = view.backgroundColour.lightnessF() < 0.5;
-    g.ground.setUniformValue("u_lineColour", dark ? QVector3D(1.0f, 1.0f, 1.0f) : QVector3D(0.0f, 0.0f, 0.0f));
-    g.ground.setUniformValue("u_darkness", lit ? 0.62f : 0.0f);
-    g.ground.setUniformValue("u_occluderCount", occluders.size());
+    program.setUniformValue("u_lineColour", dark ? QVector3D(1.0f, 1.0f, 1.0f) : QVector3D(0.0f, 0.0f, 0.0f));
+    program.setUniformValue("u_darkness", shaded ? 0.62f : 0.0f);
+    program.setUniformValue("u_occluderCount", occluders.size());
     if (!occluders.isEmpty())
-        g.ground.setUniformValueArray("u_occluders", occluders.constData(), occluders.size());
-    g.draw(g.groundMesh);
-    gl->glDepthMask(GL_TRUE);
-    gl->glDisable(GL_BLEND);
+        program.setUniformValueArray("u_occluders", occluders.constData(), occluders.size());
+    gl->glDisable(GL_DEPTH_TEST);
+    gl->glBindVertexArray(g.emptyArray);
+    gl->glDrawArrays(GL_TRIANGLES, 0, 3);
     gl->glBindVertexArray(0);
-    g.ground.release();
+    program.release();
 }
 
 void SceneRenderer::releaseGraphics()

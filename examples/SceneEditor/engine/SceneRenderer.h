@@ -59,9 +59,8 @@ private:
 
     QMatrix4x4 objectMatrix(const Object& object) const;
     void drawShadowMap();
-    void drawBackground(const QMatrix4x4& viewProjection);
     void drawObjects(const QMatrix4x4& viewProjection, const QSize& size);
-    void drawGround(const QMatrix4x4& viewProjection);
+    void drawFloorAndBackground(const QMatrix4x4& viewProjection);
 
     Scene m_scene;
     QHash<QString, MeshPointer> m_meshes;
