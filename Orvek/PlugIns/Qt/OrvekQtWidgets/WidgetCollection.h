@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtCore/QList>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+
+// The plugin's root object. Its presence makes the library that applications link the plugin of form designers, so that
+// these show the very widgets.
+class WidgetCollection : public QObject, public QDesignerCustomWidgetCollectionInterface
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "orvek.OrvekWidgets")
+    Q_INTERFACES(QDesignerCustomWidgetCollectionInterface)
+
+public:
+    explicit WidgetCollection(QObject* parent = nullptr);
+
+    QList<QDesignerCustomWidgetInterface*> customWidgets() const override;
+
+private:
+    QList<QDesignerCustomWidgetInterface*> m_widgets; // children of the collection
+};
