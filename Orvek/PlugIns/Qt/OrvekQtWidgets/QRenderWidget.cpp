@@ -212,10 +212,11 @@ void QRenderWidget::paintEvent(QPaintEvent*)
 
 void QRenderWidget::resizeEvent(QResizeEvent* event)
 {
-    if (width() != m_surfaceWidth || height() != m_surfaceHeight)
+    const QSize size = event->size();
+    if (size.width() != m_surfaceWidth || size.height() != m_surfaceHeight)
     {
-        m_pendingWidth = width();
-        m_pendingHeight = height();
+        m_pendingWidth = size.width();
+        m_pendingHeight = size.height();
         m_hwnd = readHandle();
     }
     QWidget::resizeEvent(event);
