@@ -158,7 +158,7 @@ void tst_MeshLoader::badMeshesAreRefused_data()
     row("prose", "prose.ply", "Dear reader, this is a letter.\n", "expected PLY");
     row("binary rubbish", "rubbish.glb", QByteArray(4096, '\x9c'), "expected GLB");
     row("broken gltf", "broken.gltf", "{ \"asset\": ", "expected GLTF");
-    row("points only", "points.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\n", "");
+    row("points only", "points.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\n", "no faces");
     row("lines only", "lines.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", "no faces");
     row("index beyond the end", "index.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 9\n", "expected");
     row("ply index beyond the end", "index.ply", squarePly().replace("4 0 1 2 3", "4 0 1 2 77"), "expected");

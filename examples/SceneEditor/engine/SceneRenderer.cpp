@@ -19,7 +19,7 @@ namespace
 {
 constexpr int maximumOccluders = 16;
 constexpr int maximumEnvironmentWidth = 2048;
-constexpr int wantedSamples = 4;
+constexpr int smoothSamples = 4;
 constexpr float outlinePixels = 2.0f;
 const QVector3D selectionColour(1.0f, 0.62f, 0.15f); // sRGB
 constexpr double pi = 3.14159265358979323846;
@@ -228,6 +228,7 @@ struct SceneRenderer::Graphics
     float environmentWidth = 1.0f;
     std::array<QVector3D, 9> irradiance;
     QSize size;
+    int samples = 0;        // as asked for
     GLuint sampled[3] = {}; // frame buffer, colour, depth and stencil
     GLuint resolved[2] = {};
     GLuint shadowFrame = 0;
@@ -235,9 +236,15 @@ struct SceneRenderer::Graphics
     int shadowSize = 0;
     QMatrix4x4 shadowMatrix; // world to texture
     float shadowWorldTexel = 0.0f;
+    // What the shadow map shows: moving the camera leaves it as it is.
+    bool shadowValid = false;
+    Light shadowLight;
+    QVector<Object> shadowObjects;
+    double shadowTurntable = 0.0;
+    QVector3D shadowAxis;
 
     bool prepare(QString* error);
-    bool resize(const QSize& wanted, QString* error);
+    bool resize(const QSize& wanted, int wantedSamples, QString* error);
     void release();
 
     GpuMesh upload(const std::vector<MeshData::Vertex>& vertices, const std::vector<quint32>& indices);
@@ -280,8 +287,8 @@ bool SceneRenderer::Graphics::prepare(QString* error)
     const QByteArray shadowCode(shaders::shadow);
     if (!link(object, shaders::objectVertex, common + environmentCode + shadowCode + shaders::objectFragment, error) ||
         !link(depth, shaders::depthVertex, shaders::depthFragment, error) ||
-        !link(background, shaders::backgroundVertex, common + environmentCode + shadowCode + shaders::backgroundFragment,
-              error))
+        !link(background, shaders::backgroundVertex,
+              common + environmentCode + shadowCode + shaders::backgroundFragment, error))
         return false;
 
     gl->glGenVertexArrays(1, &emptyArray);
@@ -304,16 +311,16 @@ void SceneRenderer::Graphics::removeFrames()
 }
 
 // Objects are drawn here first, so the window's own buffers need neither depth nor samples.
-bool SceneRenderer::Graphics::resize(const QSize& wanted, QString* error)
+bool SceneRenderer::Graphics::resize(const QSize& wanted, int wantedSamples, QString* error)
 {
-    if (size == wanted)
+    if (size == wanted && samples == wantedSamples)
         return true;
     removeFrames();
     GLint largest = 0;
-    GLint samples = 0;
+    GLint granted = 0;
     gl->glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &largest);
-    gl->glGetIntegerv(GL_MAX_SAMPLES, &samples);
-    samples = qMin(samples, wantedSamples);
+    gl->glGetIntegerv(GL_MAX_SAMPLES, &granted);
+    granted = qMin(granted, wantedSamples);
     if (wanted.width() > largest || wanted.height() > largest)
     {
         *error = text("The view is larger than %1 pixels, the limit of the graphics driver").arg(largest);
@@ -335,24 +342,25 @@ bool SceneRenderer::Graphics::resize(const QSize& wanted, QString* error)
     for (;;)
     {
         gl->glBindRenderbuffer(GL_RENDERBUFFER, sampled[1]);
-        gl->glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, GL_RGBA8, wanted.width(), wanted.height());
+        gl->glRenderbufferStorageMultisample(GL_RENDERBUFFER, granted, GL_RGBA8, wanted.width(), wanted.height());
         gl->glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, sampled[1]);
         gl->glBindRenderbuffer(GL_RENDERBUFFER, sampled[2]);
-        gl->glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, GL_DEPTH24_STENCIL8, wanted.width(),
+        gl->glRenderbufferStorageMultisample(GL_RENDERBUFFER, granted, GL_DEPTH24_STENCIL8, wanted.width(),
                                              wanted.height());
         gl->glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER, sampled[2]);
         if (gl->glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE)
             break;
-        if (samples == 0)
+        if (granted == 0)
         {
             *error = text("The graphics driver has no frame buffer of %1 x %2 pixels")
                          .arg(wanted.width())
                          .arg(wanted.height());
             return false;
         }
-        samples = 0;
+        granted = 0;
     }
     size = wanted;
+    samples = wantedSamples;
     return true;
 }
 
@@ -424,6 +432,7 @@ void SceneRenderer::Graphics::updateMeshes(const QHash<QString, MeshPointer>& wa
         }
         remove(*it);
         it = meshes.erase(it);
+        shadowValid = false;
     }
     for (auto it = wanted.constBegin(); it != wanted.constEnd(); ++it)
     {
@@ -432,6 +441,7 @@ void SceneRenderer::Graphics::updateMeshes(const QHash<QString, MeshPointer>& wa
         GpuMesh mesh = upload(it.value()->vertices, it.value()->indices);
         mesh.source = it.value();
         meshes.insert(it.key(), mesh);
+        shadowValid = false;
     }
 }
 
@@ -492,6 +502,7 @@ bool SceneRenderer::Graphics::resizeShadow(int wanted)
     gl->glReadBuffer(GL_NONE);
     const bool complete = gl->glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
     shadowSize = complete ? wanted : 0;
+    shadowValid = false;
     return complete;
 }
 
@@ -622,7 +633,7 @@ bool SceneRenderer::boundingBox(QVector3D* minimum, QVector3D* maximum) const
     return true;
 }
 
-bool SceneRenderer::draw(const QSize& size, unsigned int frameBuffer)
+bool SceneRenderer::draw(const QSize& size, unsigned int frameBuffer, bool draft)
 {
     if (!m_error.isEmpty())
         return false;
@@ -635,7 +646,7 @@ bool SceneRenderer::draw(const QSize& size, unsigned int frameBuffer)
     }
     Graphics& g = *m_graphics;
     QOpenGLFunctions_3_3_Core* const gl = g.gl;
-    if (!g.resize(size, &m_error))
+    if (!g.resize(size, draft ? 0 : smoothSamples, &m_error))
         return false;
     g.updateMeshes(m_meshes);
     if (m_environmentChanged)
@@ -687,6 +698,16 @@ void SceneRenderer::drawShadowMap()
         return;
 
     const Light& light = m_scene.light;
+    const QVector3D axis(m_scene.camera.target.x(), 0.0f, m_scene.camera.target.z());
+    if (g.shadowValid && g.shadowLight == light && g.shadowObjects == m_scene.objects &&
+        g.shadowTurntable == m_turntable && (g.shadowAxis == axis || m_turntable == 0.0))
+        return;
+    g.shadowValid = true;
+    g.shadowLight = light;
+    g.shadowObjects = m_scene.objects;
+    g.shadowTurntable = m_turntable;
+    g.shadowAxis = axis;
+
     const QVector3D centre = (casters.minimum + casters.maximum) / 2.0f;
     const float radius = qMax((casters.maximum - casters.minimum).length() / 2.0f, 1e-3f);
     const QVector3D towards = direction(light.azimuth, light.elevation);

@@ -49,8 +49,8 @@ public:
     // For the surface manager, with its OpenGL context current.
 
     //! Draws into the frame buffer. False when the graphics card cannot: errorText() says why, and it stays so until
-    //! releaseGraphics().
-    bool draw(const QSize& size, unsigned int frameBuffer);
+    //! releaseGraphics(). A draft has no smooth edges.
+    bool draw(const QSize& size, unsigned int frameBuffer, bool draft = false);
     void releaseGraphics();
     QString errorText() const;
 

@@ -17,6 +17,9 @@ namespace sceneeditor
 {
 namespace
 {
+constexpr double slowFrame = 50.0; // milliseconds; slower ones are felt when dragging
+constexpr int draftPause = 250;    // milliseconds between frames that count as moving
+
 QWindow* surfaceOf(HWND window)
 {
     const QWidget* widget = QWidget::find(window);
@@ -49,7 +52,12 @@ void paintMessage(QWindow* window, const QString& message)
 }
 } // namespace
 
-SurfaceManager::SurfaceManager(QObject* parent) : QObject(parent) {}
+SurfaceManager::SurfaceManager(QObject* parent) : QObject(parent)
+{
+    m_refine.setSingleShot(true);
+    m_refine.setInterval(draftPause);
+    connect(&m_refine, &QTimer::timeout, this, &SurfaceManager::refine);
+}
 
 SurfaceManager::~SurfaceManager()
 {
@@ -86,6 +94,9 @@ void SurfaceManager::Render(HWND window)
         paintMessage(surface, it->error);
         return;
     }
+    const bool moving = it->sinceFrame.isValid() && it->sinceFrame.elapsed() < draftPause;
+    const bool draft = it->renderer != nullptr && moving && !it->refining && it->smoothTime > slowFrame;
+    it->draft = draft;
     const GLuint target = m_context->defaultFramebufferObject();
     if (it->renderer == nullptr)
     {
@@ -94,7 +105,7 @@ void SurfaceManager::Render(HWND window)
         gl->glClearColor(0.23f, 0.24f, 0.27f, 1.0f);
         gl->glClear(GL_COLOR_BUFFER_BIT);
     }
-    else if (!it->renderer->draw(it->size, target))
+    else if (!it->renderer->draw(it->size, target, draft))
     {
         fail(*it, window, it->renderer->errorText());
         m_context->doneCurrent();
@@ -103,6 +114,13 @@ void SurfaceManager::Render(HWND window)
     }
     m_context->swapBuffers(surface);
     it->frameTime = double(timer.nsecsElapsed()) / 1.0e6;
+    // The very first frame also compiles shaders and uploads meshes, which says nothing about the next.
+    if (!draft && it->sinceFrame.isValid())
+        it->smoothTime = it->frameTime;
+    it->refining = false;
+    it->sinceFrame.start();
+    if (draft)
+        m_refine.start();
 }
 
 void SurfaceManager::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int viewId)
@@ -259,6 +277,18 @@ void SurfaceManager::releaseContext()
     m_context.reset();
     m_offscreen.reset();
     m_contextError.clear();
+}
+
+void SurfaceManager::refine()
+{
+    for (auto it = m_views.begin(); it != m_views.end(); ++it)
+    {
+        QWidget* const widget = QWidget::find(it.key());
+        if (!it->draft || widget == nullptr)
+            continue;
+        it->refining = true;
+        widget->update();
+    }
 }
 
 void SurfaceManager::fail(View& view, HWND window, const QString& text)

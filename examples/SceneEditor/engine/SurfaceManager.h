@@ -2,9 +2,11 @@
 
 #include <Orvek/CrossPlatform/DisplaySurfaceManagerInterface.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QObject>
 #include <QtCore/QSize>
+#include <QtCore/QTimer>
 #include <QtGui/QImage>
 
 #include <memory>
@@ -19,6 +21,9 @@ class SceneRenderer;
 
 //! Shows renderers in native widgets through OpenGL 3.3. All windows share one context, which lives from the first
 //! frame to the removal of the last window. Every renderer given to AddWindow() has to be a SceneRenderer.
+//!
+//! Where a full frame takes too long for dragging, frames that follow closely on each other are drafts. When they stop,
+//! the manager has the widget painted once more, in full.
 //!
 //! Where OpenGL fails, the view shows the reason instead. It is tried once per window, not again for each frame.
 class SurfaceManager final : public QObject, public orvek::crossplatform::DisplaySurfaceManagerInterface
@@ -57,12 +62,17 @@ private:
         QSize size; // device pixels
         QString error;
         double frameTime = 0.0;
+        double smoothTime = 0.0;  // of the last frame that was no draft
+        QElapsedTimer sinceFrame; // invalid before the first one
+        bool draft = false;       // the frame that is shown
+        bool refining = false;    // the next frame ends a series of drafts
     };
 
     bool prepareContext(View& view, HWND window, QWindow* surface);
     bool createContext(QString* error);
     void dropRenderer(SceneRenderer* renderer);
     void releaseContext();
+    void refine();
     void fail(View& view, HWND window, const QString& text);
 
     QHash<HWND, View> m_views;
@@ -71,5 +81,6 @@ private:
     QString m_contextError; // of the one attempt to create the context
     QString m_graphicsName;
     int m_nextId = 0;
+    QTimer m_refine; // runs out when the drafts have stopped coming
 };
 } // namespace sceneeditor
