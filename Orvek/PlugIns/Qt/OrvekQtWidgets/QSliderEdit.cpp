@@ -382,7 +382,10 @@ double QSliderEdit::positionToValue(int position) const
     if (m_logarithmic)
     {
         const double start = std::log10(m_minimum);
+        // The logarithm of the largest doubles is rounded up; its power is infinite.
         value = std::pow(10.0, (std::log10(m_maximum) - start) * fraction + start);
+        if (std::isinf(value) && std::isfinite(m_maximum))
+            value = finiteBound(value);
     }
     else
     {
