@@ -34,7 +34,7 @@ QSize pixelSize(const QWindow& window)
 // The widget itself cannot paint while it is left to the engine, so the message goes to the window directly.
 void paintMessage(QWindow* window, const QString& message)
 {
-    if (window == nullptr || window->surfaceType() != QSurface::RasterSurface || window->handle() == nullptr ||
+    if (window == nullptr || window->surfaceType() == QSurface::OpenGLSurface || window->handle() == nullptr ||
         window->size().isEmpty())
         return;
     const QRect area(QPoint(0, 0), window->size());
