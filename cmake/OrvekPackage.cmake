@@ -1,0 +1,69 @@
+# `cpack -G DEB` makes two packages: liborvekqtwidgets1 to run programs and to have the widgets in Qt Designer, and
+# liborvekqtwidgets-dev to build with. `cpack -G TGZ` makes one archive.
+set(CPACK_PACKAGE_NAME orvekqtwidgets)
+set(CPACK_PACKAGE_VENDOR "OrvekQtWidgets maintainers")
+set(CPACK_PACKAGE_CONTACT "OrvekQtWidgets maintainers <maintainers@users.noreply.c-seed-7e902a63.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+
+set(_runtime liborvekqtwidgets${PROJECT_VERSION_MAJOR})
+set(_development liborvekqtwidgets-dev)
+# What Debian wants beside the documentation, and an ordinary installation does not need.
+find_program(ORVEK_GZIP gzip)
+foreach(_package IN ITEMS ${_runtime} ${_development})
+    if(_package STREQUAL _runtime)
+        set(_component DebianRuntime)
+    else()
+        set(_component DebianDevelopment)
+    endif()
+    install(FILES packaging/debian/copyright DESTINATION share/doc/${_package} COMPONENT ${_component} EXCLUDE_FROM_ALL)
+    if(ORVEK_GZIP)
+        execute_process(COMMAND ${ORVEK_GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/debian/changelog
+            OUTPUT_FILE ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz)
+        install(FILES ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz DESTINATION share/doc/${_package}
+            COMPONENT ${_component} EXCLUDE_FROM_ALL)
+    endif()
+endforeach()
+
+set(CPACK_COMPONENTS_ALL Runtime Development)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/installed/OrvekCPackOptions.cmake)
+file(WRITE ${CPACK_PROJECT_CONFIG_FILE} [[
+if(CPACK_GENERATOR STREQUAL "DEB")
+    list(APPEND CPACK_COMPONENTS_ALL DebianRuntime DebianDevelopment)
+    set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+endif()
+]])
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
+# Whatever the umask of who builds.
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${_runtime})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${_development})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${_runtime} (= ${PROJECT_VERSION}-1), qtbase5-dev (>= 5.15)")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "qttools5-dev-tools")
+
+set(_about "One-row editors for numbers, vectors, colours, texts and file names, sections that fold and search, a property
+panel and a native widget for a renderer to draw on. Qt Designer offers the widgets in its widget box.")
+string(REPLACE "\n" " " _about "${_about}")
+include(CPack)
+cpack_add_component_group(library DISPLAY_NAME "Library" DESCRIPTION
+    "Qt widgets for the editing tools of rendering engines\n${_about}")
+cpack_add_component_group(development DISPLAY_NAME "Development files" DESCRIPTION
+    "Qt widgets for editing tools, development files\n${_about}\n\nThis package has what building a program with them takes.")
+cpack_add_component(Runtime DISPLAY_NAME "Library and Qt Designer plugin" GROUP library)
+cpack_add_component(DebianRuntime GROUP library HIDDEN)
+cpack_add_component(Development DISPLAY_NAME "Headers and build files" GROUP development DEPENDS Runtime)
+cpack_add_component(DebianDevelopment GROUP development HIDDEN)
