@@ -1,0 +1,642 @@
+#include "testsupport.h"
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionSlider>
+
+#include <limits>
+#include <optional>
+
+namespace
+{
+constexpr double Largest = std::numeric_limits<double>::max();
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+
+void setRange(QSliderEdit& edit, double minimum, double maximum, double step = 0.0)
+{
+    edit.setMinimum(minimum);
+    edit.setMaximum(maximum);
+    edit.setStep(step);
+}
+
+// Value, text, handle and reset button together: "0.25 '0.25' at 250 reset".
+QString shown(const QSliderEdit& edit)
+{
+    return QString::number(edit.value().toDouble()) + QLatin1String(" '") + child<QLineEdit>(edit, "lineEdit")->text() +
+           QLatin1String("' at ") + QString::number(child<QSlider>(edit, "slider")->sliderPosition()) +
+           QLatin1String(child<QPushButton>(edit, "reset")->isEnabled() ? " reset" : "");
+}
+
+class Host
+{
+public:
+    explicit Host(QSliderEdit& edit) : m_edit(edit)
+    {
+        QObject::connect(&edit, &QSliderEdit::startedEdit, [this] { m_heard += QLatin1String("started "); });
+        QObject::connect(&edit, &QSliderEdit::valueChanged,
+                         [this] { m_heard += m_edit.value().toString() + QLatin1Char(' '); });
+    }
+    // What was signalled since the last call, each change with the value that the host reads in it, and what is shown.
+    QString news()
+    {
+        const QString all = m_heard + QLatin1String("| ") + shown(m_edit);
+        m_heard.clear();
+        return all;
+    }
+
+private:
+    QSliderEdit& m_edit;
+    QString m_heard;
+};
+
+void type(QSliderEdit& edit, const QString& text)
+{
+    auto* field = child<QLineEdit>(edit, "lineEdit");
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, text);
+}
+
+void commit(QSliderEdit& edit, const QString& text)
+{
+    type(edit, text);
+    QTest::keyClick(child<QLineEdit>(edit, "lineEdit"), Qt::Key_Return);
+}
+
+void click(const QSliderEdit& edit, const char* button)
+{
+    QTest::mouseClick(child<QPushButton>(edit, button), Qt::LeftButton);
+}
+
+bool wheelIsAccepted(QWidget* widget)
+{
+    const QPoint middle = widget->rect().center();
+    QWheelEvent wheel(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(widget, &wheel);
+    return wheel.isAccepted();
+}
+
+struct OpenSlider : QSlider
+{
+    using QSlider::initStyleOption;
+};
+
+QPoint handleAt(QSlider* slider, int position)
+{
+    QStyleOptionSlider option;
+    (slider->*&OpenSlider::initStyleOption)(&option);
+    option.sliderPosition = position;
+    return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider).center();
+}
+
+void dragTo(QSlider* slider, int position)
+{
+    const QPoint point = handleAt(slider, position);
+    QMouseEvent move(QEvent::MouseMove, point, slider->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(slider, &move);
+}
+
+void release(QSlider* slider)
+{
+    QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, slider->sliderPosition()));
+}
+
+class PercentEdit : public QSliderEdit
+{
+public:
+    QString valueToText(double value) override
+    {
+        return QString::number(value * 100.0) + QLatin1Char('%');
+    }
+    double textToValue(QString text, bool* ok) override
+    {
+        *ok = text.endsWith(QLatin1Char('%'));
+        text.chop(1);
+        return *ok ? text.toDouble(ok) / 100.0 : 0.0;
+    }
+    void incrementDecrement(int direction) override
+    {
+        QSliderEdit::incrementDecrement(direction * 50);
+    }
+};
+
+// Dresses its children while they are still being constructed.
+class Dresser : public QWidget
+{
+public:
+    bool event(QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildAdded)
+        {
+            auto* added = static_cast<QWidget*>(static_cast<QChildEvent*>(event)->child());
+            added->setObjectName(QStringLiteral("gain"));
+            added->setToolTip(QStringLiteral("tip"));
+            added->setWhatsThis(QStringLiteral("help"));
+        }
+        return QWidget::event(event);
+    }
+};
+
+enum class Row
+{
+    AsBuilt,
+    Horizontal,
+    Vertical
+};
+} // namespace
+
+Q_DECLARE_METATYPE(Row)
+
+class tst_SliderEdit : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QApplication::setStyle(QStringLiteral("windows"));
+    } // a click on the groove is a page step
+    void init()
+    {
+        m_warnings.emplace();
+    }
+    void cleanup()
+    {
+        QLocale::setDefault(QLocale::c());
+        m_warnings.reset();
+        QCOMPARE(WarningWatch::count(), 0);
+    }
+
+    void metaObjectKeepsItsContract()
+    {
+        const QMetaObject& meta = QSliderEdit::staticMetaObject;
+        QStringList found;
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
+        {
+            const QMetaProperty property = meta.property(i);
+            found += property.typeName() + QStringLiteral(" ") + property.name();
+            QVERIFY2(property.isReadable() && property.isWritable() && property.isDesignable() &&
+                         property.isScriptable() && property.isStored() && !property.hasNotifySignal() &&
+                         property.isEnumType() == (i == meta.propertyCount() - 1),
+                     property.name());
+        }
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        {
+            const QMetaMethod method = meta.method(i);
+            QCOMPARE(method.access(), QMetaMethod::Public);
+            found += QLatin1String(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ") +
+                     QLatin1String(method.methodSignature());
+        }
+        QCOMPARE(found.join(QStringLiteral(", ")),
+                 QStringLiteral(
+                     "QString title, bool liveUpdate, int labelWidth, int textWidth, QString units, int unitsWidth, "
+                     "bool showButtons, bool showDefaultButton, double minimum, double maximum, double defaultValue, "
+                     "double step, QVariant value, bool logarithmic, Qt::Orientation orientation, "
+                     "signal valueChanged(), signal startedEdit(), slot on_increment_clicked(), "
+                     "slot on_decrement_clicked(), slot on_reset_clicked(), slot on_slider_sliderPressed(), "
+                     "slot on_slider_sliderMoved(int), slot on_slider_valueChanged(int), "
+                     "slot on_lineEdit_editingFinished()"));
+        const QMetaObject& base = QPropertyEditWidget::staticMetaObject;
+        QCOMPARE(meta.superClass(), &base);
+        QCOMPARE(base.propertyCount() - base.propertyOffset() + base.methodCount() - base.methodOffset(), 0);
+    }
+
+    void valueAndHandleFollowTheRange_data()
+    {
+        QTest::addColumn<bool>("logarithmic");
+        QTest::addColumn<double>("minimum");
+        QTest::addColumn<double>("maximum");
+        QTest::addColumn<double>("step");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<QString>("afterSetValue");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("preview");
+        QTest::addColumn<QString>("atRelease");
+        bool logarithmic = false;
+        const auto row = [&logarithmic](const char* name, double minimum, double maximum, double step, double value,
+                                        const char* afterSetValue, int position, const char* preview,
+                                        const char* atRelease = nullptr)
+        {
+            QTest::newRow(name) << logarithmic << minimum << maximum << step << value << QString(afterSetValue)
+                                << position << QString(preview) << QString(atRelease ? atRelease : preview);
+        };
+        row("unit range", 0, 1, 0, 0.25, "0.25 '0.25' at 250", 750, "0.75");
+        row("positions truncate", 0, 1, 0, 0.0019, "0.0019 '0.0019' at 1", 1, "0.001");
+        row("around zero", -1, 1, 0, -0.5, "-0.5 '-0.5' at 250", 0, "-1");
+        row("exponents", 0, 1e6, 0, 2e6, "1e+06 '1e+06' at 1000", 500, "500000");
+        row("below the minimum", 2, 4, 0, 1, "2 '2' at 0", 500, "3");
+        row("a step", 0, 1, 0.3, 0.5, "0.5 '0.5' at 1", 2, "0.666667");
+        row("tiny step", 0, 1, 1e-320, 0.25, "0.25 '0.25' at 2500", 5000, "0.5");
+        row("step above the range", 2, 3, 10, 2.5, "2.5 '2.5' at 0", 0, "2");
+        row("infinite step", 2, 3, Infinity, 2.5, "2.5 '2.5' at 0", 0, "2");
+        row("step that is no number", 0, 1, NaN, 0.25, "0.25 '0.25' at 250", 9, "0.009");
+        row("equal ends", 2, 2, 0, 7, "2 '2' at 0", 500, "2");
+        row("ends swapped", 3, 1, 0, 2, "1 '1' at 1000", 500, "2", "1");
+        row("ends swapped, with a step", 3, 1, 1, 2, "1 '1' at 0", 0, "3", "1");
+        row("wider than a double", -Largest, Largest, 1, 1, "1 '1' at 0", 500, "-1.79769e+308");
+        row("infinite ends", -Infinity, Infinity, 1, 3, "3 '3' at 0", 500, "-1.79769e+308");
+        row("infinite minimum", Infinity, 1, 0, 0, "1 '1' at 0", 500, "1.79769e+308", "1");
+        row("infinite maximum", 2, Infinity, 0, 1, "2 '2' at 0", 500, "2");
+        row("ends that are no numbers", NaN, NaN, 1, 0.5, "0.5 '0.5' at 0", 500, "0");
+        row("infinite value", 0, 1, 0, Infinity, "1 '1' at 1000", 500, "0.5");
+        row("value that is no number", 0, 1, 0, NaN, "nan 'nan' at 0", 250, "0.25");
+        logarithmic = true;
+        row("logarithmic", 1, 100, 0, 10, "10 '10' at 500", 250, "3.16228");
+        row("logarithm of nothing", -1, 1, 0, 0, "0 '0' at 0", 500, "-1");
+        row("logarithmic to the largest", 1, Largest, 0, 1, "1 '1' at 0", 1000, "1.79769e+308");
+        row("logarithmic without an end", 1, Infinity, 0, 2, "2 '2' at 0", 500, "1");
+    }
+
+    void valueAndHandleFollowTheRange()
+    {
+        QFETCH(bool, logarithmic);
+        QFETCH(double, minimum);
+        QFETCH(double, maximum);
+        QFETCH(double, step);
+        QFETCH(double, value);
+        QFETCH(int, position);
+        QSliderEdit edit;
+        edit.setValue(0.5); // the handle is elsewhere
+        edit.setLogarithmic(logarithmic);
+        setRange(edit, minimum, maximum, step);
+        edit.setValue(value);
+        QTEST(shown(edit), "afterSetValue");
+        QCOMPARE(child<QSlider>(edit, "slider")->minimum(), 0);
+        edit.on_slider_sliderMoved(position);
+        QTEST(child<QLineEdit>(edit, "lineEdit")->text(), "preview");
+        edit.on_slider_valueChanged(position);
+        QTEST(edit.valueToText(edit.value().toDouble()), "atRelease");
+        QTEST(child<QLineEdit>(edit, "lineEdit")->text(), "atRelease");
+    }
+
+    void setValueIsSilentAndEndsBlocking()
+    {
+        QSliderEdit edit;
+        Host host(edit);
+        auto* slider = child<QSlider>(edit, "slider");
+        QCOMPARE(host.news(), QLatin1String("| 0 '0' at 0"));
+        edit.setValue(QVariant(0.5), false);
+        QCOMPARE(host.news(), QLatin1String("| 0.5 '' at 500"));
+        edit.setValue(QStringLiteral("0.75"));
+        QCOMPARE(host.news(), QLatin1String("| 0.75 '0.75' at 750"));
+        edit.blockSignals(true);
+        slider->blockSignals(true);
+        for (const QVariant& none : {QVariant(), QVariant(QStringLiteral("far")), QVariant(QSize(1, 1))})
+            edit.setValue(none);
+        QCOMPARE(host.news(), QLatin1String("| 0.75 '0.75' at 750"));
+        QVERIFY(edit.signalsBlocked() && slider->signalsBlocked());
+        edit.setValue(0.25);
+        QVERIFY(!edit.signalsBlocked() && !slider->signalsBlocked());
+        QCOMPARE(host.news(), QLatin1String("| 0.25 '0.25' at 250"));
+    }
+
+    void rangeTakesEffectAtTheNextUpdate()
+    {
+        QSliderEdit edit;
+        Host host(edit);
+        setRange(edit, 2, 3);
+        QCOMPARE(host.news(), QLatin1String("| 0 '0' at 0"));
+        edit.setLiveUpdate(true);
+        QCOMPARE(host.news(), QLatin1String("2 | 2 '0' at 0"));
+        edit.setValue(2.75);
+        edit.setStep(0.001);
+        QCOMPARE(host.news(), QLatin1String("| 2.75 '2.75' at 750"));
+        edit.setStep(0.25); // the handle has to move to the new end
+        QCOMPARE(host.news(), QLatin1String("3 | 3 '3' at 4"));
+        edit.setStep(-1);
+        QCOMPARE(child<QSlider>(edit, "slider")->maximum(), 4);
+    }
+
+    void logarithmMakesTheRangeUsable()
+    {
+        QSliderEdit edit;
+        Host host(edit);
+        edit.setLogarithmic(true);
+        QCOMPARE(edit.minimum(), 0.01);
+        QCOMPARE(host.news(), QLatin1String("0.01 | 0.01 '0' at 0"));
+        edit.setLogarithmic(false);
+        setRange(edit, 5, 5);
+        edit.setLogarithmic(true);
+        QCOMPARE(edit.maximum(), 500.0);
+        setRange(edit, 1e307, 1);
+        edit.setLogarithmic(true);
+        QCOMPARE(edit.maximum(), Largest);
+    }
+
+    void resetFollowsTheDefault()
+    {
+        QSliderEdit edit;
+        auto* reset = child<QPushButton>(edit, "reset");
+        edit.setValue(0.5);
+        QVERIFY(!reset->isEnabled());
+        edit.setShowDefaultButton(true);
+        QVERIFY(reset->isEnabled());
+        edit.setShowDefaultButton(false);
+        QVERIFY(!reset->isEnabled());
+        edit.setDefaultValue(std::nextafter(0.5, 1.0));
+        QVERIFY(edit.showDefaultButton() && reset->isEnabled());
+        edit.setDefaultValue(0.5);
+        QVERIFY(!reset->isEnabled());
+        edit.setDefaultValue(7);
+        reset->click(); // the default is not clamped, the value is
+        QCOMPARE(shown(edit), QStringLiteral("1 '1' at 1000 reset"));
+    }
+
+    void committedText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("news");
+        QTest::newRow("number") << " 0.75 "
+                                << "0.75 0.75 | 0.75 ' 0.75 ' at 750 reset";
+        QTest::newRow("the default") << "2.5e-1"
+                                     << "0.25 0.25 | 0.25 '2.5e-1' at 250";
+        QTest::newRow("too large") << "5"
+                                   << "1 1 | 1 '5' at 1000 reset";
+        QTest::newRow("infinity") << "-inf"
+                                  << "0 0 | 0 '-inf' at 0 reset";
+        QTest::newRow("not a number") << "nan"
+                                      << "| 0.5 'nan' at 500 reset";
+        QTest::newRow("letters") << "half"
+                                 << "| 0.5 'half' at 500 reset";
+        QTest::newRow("nothing") << ""
+                                 << "| 0.5 '' at 500 reset";
+        QTest::newRow("comma") << "0,75"
+                               << "| 0.5 '0,75' at 500 reset";
+    }
+
+    void committedText()
+    {
+        QFETCH(QString, text);
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // has a decimal comma
+        QSliderEdit edit;
+        edit.setDefaultValue(0.25);
+        edit.setValue(0.5);
+        edit.show();
+        edit.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&edit));
+        Host host(edit);
+        commit(edit, text);
+        QTEST(host.news(), "news");
+
+        edit.setValue(0.5);
+        child<QLineEdit>(edit, "lineEdit")->setFocus();
+        type(edit, text);
+        QCOMPARE(host.news(), QLatin1String("| 0.5 '") + text + QLatin1String("' at 500 reset"));
+        child<QSlider>(edit, "slider")->setFocus(); // the other way to commit
+        QTEST(host.news(), "news");
+    }
+
+    void keysAndClicks()
+    {
+        QSliderEdit edit;
+        edit.setShowButtons(true);
+        edit.setDefaultValue(0.25);
+        edit.setValue(0.5);
+        edit.resize(600, 38);
+        edit.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&edit));
+        Host host(edit);
+        // A host that writes each value back must not be told of it again.
+        connect(&edit, &QSliderEdit::valueChanged, [&edit] { edit.setValue(edit.value()); });
+        auto* slider = child<QSlider>(edit, "slider");
+        QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier, slider->rect().center() + QPoint(60, 0));
+        QCOMPARE(host.news(), QLatin1String("0.51 | 0.51 '0.51' at 510 reset"));
+        QTest::keyClick(slider, Qt::Key_Left);
+        QCOMPARE(host.news(), QLatin1String("0.509 | 0.509 '0.509' at 509 reset"));
+        QTest::keyClick(slider, Qt::Key_PageDown);
+        QCOMPARE(host.news(), QLatin1String("0.499 | 0.499 '0.499' at 499 reset"));
+        click(edit, "increment");
+        click(edit, "increment");
+        QCOMPARE(host.news(), QLatin1String("0.5 0.501 | 0.501 '0.501' at 501 reset"));
+        click(edit, "decrement");
+        QCOMPARE(host.news(), QLatin1String("0.5 | 0.5 '0.5' at 500 reset"));
+        click(edit, "reset");
+        click(edit, "reset");
+        QCOMPARE(host.news(), QLatin1String("0.25 | 0.25 '0.25' at 250"));
+        edit.incrementDecrement(INT_MIN);
+        click(edit, "decrement");
+        QCOMPARE(host.news(), QLatin1String("0 | 0 '0' at 0 reset"));
+        edit.incrementDecrement(INT_MAX);
+        click(edit, "increment");
+        QTest::keyClick(slider, Qt::Key_Right);
+        QCOMPARE(host.news(), QLatin1String("1 | 1 '1' at 1000 reset"));
+    }
+
+    void draggingTheHandle_data()
+    {
+        QTest::addColumn<bool>("live");
+        QTest::newRow("live") << true;
+        QTest::newRow("at release") << false;
+    }
+
+    void draggingTheHandle()
+    {
+        QFETCH(bool, live);
+        QSliderEdit edit;
+        edit.setLiveUpdate(live);
+        setRange(edit, 0, 1, 0.1);
+        edit.setDefaultValue(0.3);
+        edit.setValue(0.5);
+        edit.resize(600, 38);
+        edit.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&edit));
+        Host host(edit);
+        auto* slider = child<QSlider>(edit, "slider");
+        QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 5));
+        QCOMPARE(host.news(), QLatin1String("started | 0.5 '0.5' at 5 reset"));
+        dragTo(slider, 7);
+        dragTo(slider, 3);
+        QCOMPARE(host.news(), QLatin1String(live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset"));
+        release(slider);
+        QCOMPARE(host.news(), QLatin1String("0.3 | 0.3 '0.3' at 3"));
+
+        QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 3));
+        dragTo(slider, 9);
+        dragTo(slider, 3);
+        release(slider);
+        QCOMPARE(host.news(), QLatin1String(live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3"));
+    }
+
+    void wheelPassesTheSliderWithoutEffect()
+    {
+        QWidget panel;
+        QSliderEdit edit(&panel);
+        edit.setValue(0.5);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        Host host(edit);
+        QVERIFY(wheelIsAccepted(child<QSlider>(edit, "slider")));
+        QVERIFY(!wheelIsAccepted(child<QLabel>(edit, "label"))); // goes on to the panel
+        QCOMPARE(host.news(), QLatin1String("| 0.5 '0.5' at 500"));
+    }
+
+    void derivedClassChangesTextAndSteps()
+    {
+        PercentEdit edit;
+        edit.setShowButtons(true);
+        edit.setValue(0.5);
+        Host host(edit);
+        QCOMPARE(host.news(), QLatin1String("| 0.5 '50%' at 500"));
+        commit(edit, QStringLiteral("0.75"));
+        commit(edit, QStringLiteral("75%"));
+        QCOMPARE(host.news(), QLatin1String("0.75 0.75 | 0.75 '75%' at 750"));
+        edit.on_slider_sliderMoved(200);
+        QCOMPARE(host.news(), QLatin1String("| 0.75 '20%' at 750"));
+        click(edit, "decrement");
+        QCOMPARE(host.news(), QLatin1String("0.7 | 0.7 '70%' at 700"));
+    }
+
+    void partsStandInOrderAndApart_data()
+    {
+        QTest::addColumn<Row>("row");
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::addColumn<bool>("buttons");
+        QTest::addColumn<int>("width");
+        const auto add = [](const char* name, Row row, std::initializer_list<int> widths)
+        {
+            for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
+                for (const bool buttons : {false, true})
+                    for (const int width : widths)
+                        QTest::addRow("%s %d%s%s", name, width, buttons ? ", buttons" : "",
+                                      direction == Qt::RightToLeft ? ", right to left" : "")
+                            << row << direction << buttons << width;
+        };
+        add("as built", Row::AsBuilt, {310, 600});
+        add("horizontal", Row::Horizontal, {150, 270, 310, 340, 600});
+        add("vertical", Row::Vertical, {100, 270, 600});
+    }
+
+    void partsStandInOrderAndApart()
+    {
+        QFETCH(Row, row);
+        QFETCH(Qt::LayoutDirection, direction);
+        QFETCH(bool, buttons);
+        QFETCH(int, width);
+        QWidget window;
+        window.setLayoutDirection(direction);
+        QSliderEdit edit(&window);
+        edit.setShowButtons(!buttons);
+        QCOMPARE(edit.minimumSize(), QSize(270, 38));
+        if (row == Row::Horizontal)
+            edit.setOrientation(Qt::Vertical); // also the way back
+        if (row != Row::AsBuilt)
+            edit.setOrientation(row == Row::Vertical ? Qt::Vertical : Qt::Horizontal);
+        edit.setMinimumWidth(0);
+        edit.resize(width, qMax(38, edit.sizeHint().height()));
+        window.resize(700, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        edit.setShowButtons(buttons);
+        QCoreApplication::processEvents();
+
+        QCOMPARE(edit.orientation(), row == Row::Vertical ? Qt::Vertical : Qt::Horizontal);
+        QCOMPARE(edit.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
+        const QList<QWidget*> parts = edit.findChildren<QWidget*>();
+        QCOMPARE(parts.size(), 7);
+        for (const QWidget* part : parts)
+        {
+            const bool isStep = part->objectName().endsWith(QLatin1String("crement"));
+            QCOMPARE(part->isVisible(), buttons || !isStep);
+            if (edit.width() >= edit.minimumSizeHint().width() && part->isVisible())
+                QVERIFY2(edit.rect().contains(part->geometry()), qPrintable(part->objectName()));
+            for (const QWidget* other : parts)
+                if (part != other && part->isVisible() && other->isVisible())
+                    QVERIFY2(!part->geometry().intersects(other->geometry()),
+                             qPrintable(part->objectName() + QLatin1Char(' ') + other->objectName()));
+        }
+        using Width = QPair<const char*, int>;
+        for (const Width& fixed : {Width("label", 80), Width("decrement", 24), Width("increment", 24),
+                                   Width("lineEdit", 80), Width("units", 40), Width("reset", 14)})
+            if (child<QWidget>(edit, fixed.first)->isVisible())
+                QCOMPARE(child<QWidget>(edit, fixed.first)->width(), fixed.second);
+
+        const auto inOrder = [&edit, direction](Qt::Orientation axis, std::initializer_list<const char*> names)
+        {
+            QVector<int> places;
+            for (const char* name : names)
+            {
+                const QWidget* part = child<QWidget>(edit, name);
+                if (part->isVisible())
+                    places += axis == Qt::Vertical ? part->y() : direction == Qt::RightToLeft ? -part->x() : part->x();
+            }
+            return std::is_sorted(places.begin(), places.end());
+        };
+        if (row == Row::Vertical)
+        {
+            QVERIFY(inOrder(Qt::Vertical, {"label", "increment", "slider", "decrement", "lineEdit"}));
+            QVERIFY(inOrder(Qt::Horizontal, {"lineEdit", "units", "reset"}));
+        }
+        else
+        {
+            QVERIFY(
+                inOrder(Qt::Horizontal, {"label", "decrement", "slider", "increment", "lineEdit", "units", "reset"}));
+        }
+        const QLayout* layout = edit.layout();
+        if (row == Row::AsBuilt)
+            return;
+        QCOMPARE(qobject_cast<const QVBoxLayout*>(layout) != nullptr, row == Row::Vertical);
+        QCOMPARE(layout->count(), 3);
+        QCOMPARE(layout->itemAt(0)->widget()->objectName(), QStringLiteral("label"));
+        QCOMPARE(layout->itemAt(1)->widget()->objectName(), QStringLiteral("slider"));
+        QCOMPARE(layout->itemAt(2)->widget()->objectName(), QStringLiteral("lineEdit"));
+    }
+
+    void widthsReadBackAsGiven()
+    {
+        QSliderEdit edit;
+        auto* label = child<QLabel>(edit, "label");
+        label->setMinimumHeight(33);
+        edit.setLabelWidth(50);
+        QCOMPARE(label->minimumSize(), QSize(50, 33));
+        QCOMPARE(label->maximumSize(), QSize(50, QWIDGETSIZE_MAX));
+        edit.setTextWidth(-5);
+        edit.setUnitsWidth(INT_MAX);
+        QCOMPARE(edit.textWidth(), -5);
+        QCOMPARE(edit.unitsWidth(), INT_MAX);
+        QCOMPARE(child<QLineEdit>(edit, "lineEdit")->maximumWidth(), 0);
+    }
+
+    void titleTipsAndHelpReachTheParts()
+    {
+        Dresser parent;
+        QSliderEdit edit(&parent);
+        QCOMPARE(edit.objectName(), QStringLiteral("gain"));
+        QCOMPARE(edit.windowTitle(), QStringLiteral("label"));
+        edit.setTitle(QStringLiteral("Gain"));
+        QCOMPARE(edit.windowTitle(), QStringLiteral("Gain"));
+        for (const char* name : {"label", "lineEdit", "slider"})
+            QCOMPARE(child<QWidget>(edit, name)->whatsThis(), QStringLiteral("help"));
+        QWidget* deep = new QWidget(child<QWidget>(edit, "units"));
+        QCOMPARE(child<QWidget>(edit, "reset")->toolTip(), QStringLiteral("tip"));
+        edit.applyParentTooltip();
+        QCOMPARE(deep->toolTip(), QStringLiteral("tip"));
+        edit.setToolTip(QString());
+        edit.applyParentTooltip();
+        QCOMPARE(deep->toolTip() + child<QWidget>(edit, "label")->toolTip(), QString());
+        QCOMPARE(QSliderEdit().objectName(), QStringLiteral("QSliderEdit"));
+    }
+
+    void returnInADialogClicksNoButton()
+    {
+        QDialog dialog;
+        QSliderEdit edit(&dialog);
+        edit.setShowButtons(true);
+        edit.setDefaultValue(0.25);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        Host host(edit);
+        commit(edit, QStringLiteral("0.5"));
+        QCOMPARE(host.news(), QLatin1String("0.5 0.5 | 0.5 '0.5' at 500 reset"));
+        QVERIFY(dialog.isVisible());
+    }
+
+private:
+    std::optional<WarningWatch> m_warnings;
+};
+
+QTEST_MAIN(tst_SliderEdit)
+#include "tst_slideredit.moc"
