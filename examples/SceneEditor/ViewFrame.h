@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtWidgets/QFrame>
+
+namespace sceneeditor
+{
+//! Holds a render widget in a form. The widget makes its ancestors native windows the moment it is created, unless they
+//! refuse, and within a form only their constructors come before that. So this one becomes native and those around it,
+//! with all the editors, do not.
+class ViewFrame final : public QFrame
+{
+    Q_OBJECT
+public:
+    explicit ViewFrame(QWidget* parent = nullptr) : QFrame(parent)
+    {
+        setAttribute(Qt::WA_DontCreateNativeAncestors);
+    }
+};
+} // namespace sceneeditor
