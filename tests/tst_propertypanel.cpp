@@ -4,6 +4,7 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
 
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QToolButton>
 
 #include <cstdio>
@@ -300,8 +301,9 @@ void tst_PropertyPanel::contentsGrowToTheirMinimum()
     QCOMPARE(viewport->minimumHeight(), minimumHeight);
     QVERIFY(!panel.eventFilter(&panel, &resize));
     viewport->setMinimumHeight(0);
-    QCOMPARE(QApplication::sendEvent(viewport, &resize) && panel.eventFilter(viewport, &resize), consumed);
+    QApplication::sendEvent(viewport, &resize);
     QCOMPARE(viewport->minimumHeight(), minimumHeight);
+    QCOMPARE(panel.eventFilter(viewport, &resize), consumed);
 }
 
 void tst_PropertyPanel::styleSheetIsPainted()

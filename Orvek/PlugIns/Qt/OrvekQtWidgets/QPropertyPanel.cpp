@@ -3,6 +3,7 @@
 #include <QtCore/QChildEvent>
 #include <QtCore/QMetaMethod>
 #include <QtGui/QPainter>
+#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOption>
 

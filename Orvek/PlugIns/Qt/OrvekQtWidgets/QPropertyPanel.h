@@ -4,7 +4,6 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/ui_QPropertyPanel.h>
 
 #include <QtCore/QPointer>
-#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QWidget>
 
 //! Container of an editing user interface: a search field above a scroll area with sections.
@@ -50,7 +49,7 @@ private:
     bool m_searchConnected = false;
     bool m_constructed = false;
     // None of these is owned. They are looked for while there is none, so a destroyed one gets a successor.
-    QPointer<QScrollArea> m_scrollArea;
+    QPointer<QWidget> m_scrollArea; // as a widget, since events reach the filter while the scroll area is being destroyed
     QPointer<QWidget> m_scrollContents;
     QPointer<QLineEdit> m_searchEdit;
 };
