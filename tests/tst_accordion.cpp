@@ -188,17 +188,21 @@ void tst_Accordion::searchesFollowOneAnother()
 void tst_Accordion::markingIsPainted()
 {
     QWidget host;
-    host.setStyleSheet("QLabel[highlighted=\"true\"] {background: rgb(0, 0, 200);}");
+    host.setStyleSheet("QLabel[highlighted=\"true\"] {background: rgb(0, 0, 200);}"
+                       "QLabel[highlighted=\"false\"] {background: rgb(0, 200, 0);}");
     QAccordion section(&host);
     QLabel* fog = addRow<QLabel>(addContents(section), "Fog");
     host.resize(300, 200);
     section.setGeometry(10, 10, 200, 100);
     host.show();
+    const auto background = [fog] { return fog->grab().toImage().pixelColor(1, 1); };
     QVERIFY(!hasYellowBorder(section));
 
+    section.setSearchText("rain");
+    QCOMPARE(background(), QColor(0, 200, 0));
     section.setSearchText("fog");
     QVERIFY(hasYellowBorder(section));
-    QCOMPARE(fog->grab().toImage().pixelColor(1, 1), QColor(0, 0, 200));
+    QCOMPARE(background(), QColor(0, 0, 200));
     section.setSearchText(QString());
     QVERIFY(!hasYellowBorder(section));
 }

@@ -341,11 +341,16 @@ void tst_RenderWidget::resizedViewRendersAgain()
     view.SetDisplaySurfaceManagerInterface(&manager);
     view.resize(300, 200);
     view.show();
-    QTRY_COMPARE(log.count("render"), 1);
-    QCOMPARE(log.take(), QStringLiteral("A+0 resize render"));
-    view.resize(310, 210);
     QTRY_VERIFY(log.contains("render"));
-    QCOMPARE(log.indexOf("resize"), 0);
+    QCOMPARE(log.mid(0, 3), QStringList({"A+0", "resize", "render"}));
+    log.clear();
+    // By hand, as a real resize brings paints of its own.
+    QResizeEvent resize(QSize(310, 210), view.size());
+    QApplication::sendEvent(&view, &resize);
+    QPaintEvent paint(view.rect());
+    QApplication::sendEvent(&view, &paint);
+    QCOMPARE(log.join(' '), QStringLiteral("resize"));
+    QTRY_COMPARE(log.join(' '), QStringLiteral("resize render"));
 }
 
 void tst_RenderWidget::continuousUpdateFollowsItsFlag()
