@@ -452,6 +452,9 @@ void tst_RenderWidget::wheelSendsOneNumberAndGoesOn()
     QRenderWidget view(&parent);
     view.SetHandleMouseInterface(&handler);
     QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), angle, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&view, &wheel);
+    QCOMPARE(log.take(), call);
+    QVERIFY(!wheel.isAccepted());
     QSpontaneKeyEvent::setSpontaneous(&wheel); // others do not go on to parents
     qApp->notify(&view, &wheel);
     QCOMPARE(log.take(), call + QString(" parent,%1").arg(QEvent::Wheel));
