@@ -32,6 +32,8 @@ file(WRITE ${CPACK_PROJECT_CONFIG_FILE} [[
 if(CPACK_GENERATOR STREQUAL "DEB")
     list(APPEND CPACK_COMPONENTS_ALL DebianRuntime DebianDevelopment)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+    # Each package has a summary of its own.
+    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 endif()
 ]])
 
@@ -55,14 +57,20 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${_runtime} (= ${PROJECT_VERSION}-1), qtbase5-dev (>= 5.15)")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "qttools5-dev-tools")
 
-set(_about "One-row editors for numbers, vectors, colours, texts and file names, sections that fold and search, a property
-panel and a native widget for a renderer to draw on. Qt Designer offers the widgets in its widget box.")
-string(REPLACE "\n" " " _about "${_about}")
+# Without it the linker would not see the library before the next package that has one.
+file(WRITE ${PROJECT_BINARY_DIR}/installed/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/installed/triggers)
+
+set(_about "One-row editors for numbers, vectors, colours, texts and file names,
+sections that fold and search, a property panel, and a native widget for a
+renderer to draw on. Qt Designer offers the widgets in its widget box.")
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "${PROJECT_DESCRIPTION}\n${_about}")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "${PROJECT_DESCRIPTION} - headers\n${_about}\n.\nThis package has what building a program with them takes.")
+
 include(CPack)
-cpack_add_component_group(library DISPLAY_NAME "Library" DESCRIPTION
-    "Qt widgets for the editing tools of rendering engines\n${_about}")
-cpack_add_component_group(development DISPLAY_NAME "Development files" DESCRIPTION
-    "Qt widgets for editing tools, development files\n${_about}\n\nThis package has what building a program with them takes.")
+cpack_add_component_group(library DISPLAY_NAME "Library")
+cpack_add_component_group(development DISPLAY_NAME "Development files")
 cpack_add_component(Runtime DISPLAY_NAME "Library and Qt Designer plugin" GROUP library)
 cpack_add_component(DebianRuntime GROUP library HIDDEN)
 cpack_add_component(Development DISPLAY_NAME "Headers and build files" GROUP development DEPENDS Runtime)
