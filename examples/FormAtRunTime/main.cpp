@@ -1,0 +1,35 @@
+// Shows a form drawn in Qt Designer that the program was not compiled with: the one given as argument, or LightForm.ui.
+// The widgets come from the plugin, and all that is known of them here are names of children, properties and signals.
+#include <QtCore/QFile>
+#include <QtUiTools/QUiLoader>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QWidget>
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+
+    QUiLoader loader;
+    loader.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins/designer"));
+    QFile file(application.arguments().value(1, QStringLiteral(":/LightForm.ui")));
+    QWidget* form = file.open(QIODevice::ReadOnly) ? loader.load(&file) : nullptr;
+    if (!form)
+    {
+        qCritical("%s: %s", qUtf8Printable(file.fileName()),
+                  qUtf8Printable(file.isOpen() ? loader.errorString() : file.errorString()));
+        return 1;
+    }
+
+    auto* intensity = form->findChild<QWidget*>(QStringLiteral("intensity"));
+    auto* view = form->findChild<QWidget*>(QStringLiteral("view"));
+    if (intensity && view)
+    {
+        intensity->setProperty("value", 2.5);
+        // The compiler knows no signal of these widgets, so it takes the names.
+        QObject::connect(intensity, SIGNAL(valueChanged()), view, SLOT(Update()));
+    }
+    form->show();
+    const int result = application.exec();
+    delete form;
+    return result;
+}
