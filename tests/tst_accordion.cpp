@@ -166,6 +166,7 @@ void tst_Accordion::searchesFollowOneAnother()
     QCOMPARE(section.property("highlighted"), QVariant(false));
     section.setSearchText("fog");
     QCOMPARE(fog->property("highlighted"), QVariant(true));
+    QCOMPARE(section.styleSheet(), Border); // one match is enough, also when it is not the last child
 
     section.setOpen(false);
     section.setSearchText("EATH"); // the section's own title
