@@ -1,0 +1,111 @@
+# Uses the library as a stranger would. cmake -D... -P consume.cmake with
+#   MODE     installed: from an installation, then from where it was moved to; fetched: from the sources
+#   SOURCE   the sources of the library       BUILD  a finished build of it
+#   WORK     a folder to work in, emptied first   GENERATOR, CXX  as in that build
+cmake_minimum_required(VERSION 3.16)
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT result STREQUAL "0")
+        list(JOIN ARGN " " command)
+        message(FATAL_ERROR "${command}\n${output}\nended with ${result}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(build_stranger DIRECTORY)
+    run(${CMAKE_COMMAND} -S ${WORK}/stranger -B ${DIRECTORY} -G ${GENERATOR}
+        -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF ${ARGN})
+    run(${CMAKE_COMMAND} --build ${DIRECTORY} --parallel 2)
+endfunction()
+
+function(run_stranger PROGRAM)
+    run(${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 ${PROGRAM} ${ARGN})
+endfunction()
+
+function(list_files ROOT RESULT)
+    file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE ${ROOT} ${ROOT}/*)
+    if(NOT files)
+        message(FATAL_ERROR "Nothing in ${ROOT}")
+    endif()
+    set(${RESULT} "${files}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK}/stranger)
+foreach(file IN ITEMS CMakeLists.txt StrangersForm.ui main.cpp)
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/${file} ${WORK}/stranger/${file} COPYONLY)
+endforeach()
+# What the caller's shell knows of other installations does not count.
+foreach(variable IN ITEMS DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH QT_PLUGIN_PATH)
+    unset(ENV{${variable}})
+endforeach()
+
+if(MODE STREQUAL "fetched")
+    build_stranger(${WORK}/build -DSTRANGER_FETCHES=ON -DFETCHCONTENT_SOURCE_DIR_ORVEKQTWIDGETS=${SOURCE}
+        -DCMAKE_CXX_FLAGS_DEBUG=-O0)
+    run_stranger(${WORK}/build/stranger)
+    # Whether the library is installed with the program is for the program to say.
+    run(${CMAKE_COMMAND} --install ${WORK}/build --prefix ${WORK}/installed)
+    list_files(${WORK}/installed files)
+    if(NOT files STREQUAL "bin/stranger")
+        message(FATAL_ERROR "Installed with the stranger: ${files}")
+    endif()
+    return()
+endif()
+
+# A folder for the package, too, gets the same files.
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/first)
+run(${CMAKE_COMMAND} -E env DESTDIR=${WORK}/root ${CMAKE_COMMAND} --install ${BUILD} --prefix /opt/orvek)
+list_files(${WORK}/first files)
+list_files(${WORK}/root/opt/orvek staged)
+if(NOT files STREQUAL staged)
+    message(FATAL_ERROR "Installed: ${files}\nwith DESTDIR: ${staged}")
+endif()
+
+foreach(file IN LISTS files)
+    if(file MATCHES "(EditorSupport|CompanionItem|DesignerInterfaces|WidgetCollection)[.]h$")
+        message(FATAL_ERROR "${file} is private")
+    endif()
+    if(file MATCHES "[.](cmake|pc|h)$")
+        file(READ ${WORK}/first/${file} text)
+        foreach(path IN ITEMS ${SOURCE}/ ${BUILD} ${WORK})
+            string(FIND "${text}" "${path}" position)
+            if(NOT position EQUAL -1)
+                message(FATAL_ERROR "${file} names ${path}")
+            endif()
+        endforeach()
+    endif()
+endforeach()
+
+build_stranger(${WORK}/build-first -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_CHECKS_HEADERS=ON)
+run_stranger(${WORK}/build-first/stranger)
+
+file(MAKE_DIRECTORY ${WORK}/elsewhere)
+file(RENAME ${WORK}/first "${WORK}/elsewhere/a new home")
+set(moved "${WORK}/elsewhere/a new home")
+build_stranger(${WORK}/build-moved "-DCMAKE_PREFIX_PATH=${moved}")
+run_stranger(${WORK}/build-moved/stranger)
+file(GLOB_RECURSE pc "${moved}/orvekqtwidgets.pc")
+get_filename_component(pc_directory "${pc}" DIRECTORY)
+
+# By pkg-config, without CMake. Its answers are shell words, and a blank in the folder's name would need a shell.
+find_program(PKG_CONFIG NAMES pkg-config pkgconf)
+if(NOT PKG_CONFIG)
+    message(STATUS "There is no pkg-config; left out")
+    return()
+endif()
+file(RENAME "${moved}" ${WORK}/elsewhere/again)
+string(REPLACE "${moved}" ${WORK}/elsewhere/again pc_directory "${pc_directory}")
+set(ENV{PKG_CONFIG_PATH} ${pc_directory})
+run(${PKG_CONFIG} --variable=plugindir orvekqtwidgets)
+string(STRIP "${output}" plugins)
+run(${PKG_CONFIG} --cflags --libs orvekqtwidgets)
+separate_arguments(flags UNIX_COMMAND "${output}")
+file(GLOB form ${WORK}/build-moved/stranger_autogen/include/ui_StrangersForm.h)
+get_filename_component(form_directory ${form} DIRECTORY)
+run(${CXX} -std=c++17 -fPIC -I${form_directory} ${WORK}/stranger/main.cpp -o ${WORK}/by-pkg-config ${flags})
+run(${PKG_CONFIG} --variable=libdir orvekqtwidgets)
+string(STRIP "${output}" library_directory)
+set(ENV{LD_LIBRARY_PATH} ${library_directory})
+run_stranger(${WORK}/by-pkg-config ${plugins}/designer)
