@@ -73,6 +73,7 @@ private Q_SLOTS:
     void checkBoxShowsAndHidesContents();
     void contentsAreAdoptedOnce();
     void partsMayBeDestroyed();
+    void contentsFromTheHostsLayoutCallLieThereOnce();
     void settingsRoundTrip();
 
 private:
@@ -290,6 +291,23 @@ void tst_Accordion::partsMayBeDestroyed()
     QVERIFY(fog->isHidden());
     section.on_accordionCheckBox_toggled();
     QVERIFY(next->isHidden());
+}
+
+// The child event comes while the host's call is under way, and both lay the widget out.
+void tst_Accordion::contentsFromTheHostsLayoutCallLieThereOnce()
+{
+    QAccordion section;
+    auto* contents = new QWidget;
+    section.layout()->addWidget(contents);
+    QTRY_COMPARE(section.layout()->count(), 2);
+    QCOMPARE(section.layout()->indexOf(contents), 1);
+
+    delete contents;
+    QCOMPARE(section.layout()->count(), 1);
+    contents = new QWidget;
+    section.layout()->addWidget(contents);
+    delete contents;
+    QCOMPARE(section.layout()->count(), 1);
 }
 
 void tst_Accordion::settingsRoundTrip()

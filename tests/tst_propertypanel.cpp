@@ -91,6 +91,7 @@ private Q_SLOTS:
     void widgetsAreLookedForOnce();
     void finishedWidgetsMovedInAreConnected();
     void firstScrollAreaIsLaidOut();
+    void scrollAreaFromTheHostsLayoutCallLiesThereOnce();
     void searchFieldReturnsToEmptyLayout();
     void searchFieldMayBeDestroyed();
     void contentsGrowToTheirMinimum_data();
@@ -233,6 +234,17 @@ void tst_PropertyPanel::firstScrollAreaIsLaidOut()
     QCOMPARE(itemsOf(panel), QList<QObject*>({search, third}));
     delete third->viewport();
     panel.resize(panel.size() / 2);
+}
+
+void tst_PropertyPanel::scrollAreaFromTheHostsLayoutCallLiesThereOnce()
+{
+    QPropertyPanel panel;
+    auto* scrollArea = new QScrollArea;
+    panel.layout()->addWidget(scrollArea);
+    QTRY_COMPARE(panel.layout()->count(), 2);
+    QCOMPARE(panel.layout()->indexOf(scrollArea), 1);
+    delete scrollArea;
+    QCOMPARE(panel.layout()->count(), 1);
 }
 
 void tst_PropertyPanel::searchFieldReturnsToEmptyLayout()

@@ -1,5 +1,6 @@
 #include "QAccordion.h"
 
+#include "ContainerSupport.h"
 #include "EditorSupport.h"
 
 #include <QtCore/QChildEvent>
@@ -128,13 +129,14 @@ void QAccordion::setSearchText(const QString& text)
 
 void QAccordion::childEvent(QChildEvent* event)
 {
+    if (event->type() == QEvent::ChildRemoved)
+        ContainerSupport::forget(this, event->child());
     if (!m_constructed || event->type() != QEvent::ChildAdded)
         return;
     if (event->child()->isWidgetType() && !m_contentsWidget && event->child() != m_checkBox)
     {
         m_contentsWidget = static_cast<QWidget*>(event->child());
-        if (QLayout* rows = layout())
-            rows->addWidget(m_contentsWidget);
+        ContainerSupport::layOut(this, m_contentsWidget);
     }
     updateGeometry();
     update();

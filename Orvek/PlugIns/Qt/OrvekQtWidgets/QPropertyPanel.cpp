@@ -1,5 +1,7 @@
 #include "QPropertyPanel.h"
 
+#include "ContainerSupport.h"
+
 #include <QtCore/QChildEvent>
 #include <QtCore/QMetaMethod>
 #include <QtGui/QPainter>
@@ -99,14 +101,18 @@ void QPropertyPanel::childEvent(QChildEvent* event)
             connectSearch(child);
         }
     }
+    else if (event->type() == QEvent::ChildRemoved)
+    {
+        ContainerSupport::forget(this, event->child());
+    }
     printChildNames(this);
     if (!m_searchEdit)
         m_searchEdit = findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
     if (!m_scrollArea)
     {
         m_scrollArea = findChild<QScrollArea*>(QString(), Qt::FindDirectChildrenOnly);
-        if (m_scrollArea && rows)
-            rows->addWidget(m_scrollArea);
+        if (m_scrollArea)
+            ContainerSupport::layOut(this, m_scrollArea);
     }
     if (m_scrollArea)
     {
