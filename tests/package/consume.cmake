@@ -1,5 +1,5 @@
 # Uses the library as a stranger would. cmake -D... -P consume.cmake with
-#   MODE     installed: from an installation, then from where it was moved to; fetched: from the sources
+#   MODE     install_and_consume: from an installation, then from where it was moved to; fetch_and_consume: from sources
 #   SOURCE   the sources of the library       BUILD  a finished build of it
 #   WORK     a folder to work in, emptied first   GENERATOR, CXX  as in that build
 cmake_minimum_required(VERSION 3.16)
@@ -41,7 +41,7 @@ foreach(variable IN ITEMS DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_P
     unset(ENV{${variable}})
 endforeach()
 
-if(MODE STREQUAL "fetched")
+if(MODE STREQUAL "fetch_and_consume")
     build_stranger(${WORK}/build -DSTRANGER_FETCHES=ON -DFETCHCONTENT_SOURCE_DIR_ORVEKQTWIDGETS=${SOURCE}
         -DCMAKE_CXX_FLAGS_DEBUG=-O0)
     run_stranger(${WORK}/build/stranger)
