@@ -2,6 +2,7 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
 
+#include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QVector3D>
 #include <QtWidgets/QAbstractButton>
@@ -43,6 +44,26 @@ QStringList textsOf(const QWidget* editor)
     for (const QLineEdit* field : fields)
         texts << field->text();
     return texts;
+}
+
+bool isTyping(const QWidget* editor)
+{
+    const QVector<QLineEdit*> fields = fieldsOf(editor);
+    return std::any_of(fields.cbegin(), fields.cend(), [](const QLineEdit* field) { return field->isModified(); });
+}
+
+// From here on the fields' own undo does not go back behind what was taken over.
+void finishTyping(const QWidget* editor)
+{
+    const QVector<QLineEdit*> fields = fieldsOf(editor);
+    for (QLineEdit* field : fields)
+    {
+        if (!field->isModified())
+            continue;
+        const int cursor = field->cursorPosition();
+        field->setText(field->text());
+        field->setCursorPosition(cursor);
+    }
 }
 
 QString titleOf(const QWidget* editor)
@@ -158,8 +179,7 @@ bool EditorUndo::eventFilter(QObject* watched, QEvent* event)
     const auto* key = static_cast<QKeyEvent*>(event);
     if (!key->matches(QKeySequence::Undo) && !key->matches(QKeySequence::Redo))
         return false;
-    const auto it = m_states.find(static_cast<QWidget*>(watched)->parentWidget());
-    return it != m_states.end() && textsOf(it->first) == it->second.fields;
+    return !static_cast<QLineEdit*>(watched)->isModified();
 }
 
 void EditorUndo::onStartedEdit()
@@ -186,13 +206,14 @@ void EditorUndo::onValueChanged()
     const Value value = read(editor);
     if (!equal(value, before.value))
     {
-        if (!dragged && onlyConfirmed(before, value, textsOf(editor)))
+        if (!dragged && onlyConfirmed(editor, before, value))
         {
             write(editor, before.value);
             return;
         }
         Q_EMIT edited(editor);
     }
+    finishTyping(editor);
     remember(editor);
     const Value after = read(editor);
     if (equal(after, before.value))
@@ -248,16 +269,16 @@ void EditorUndo::write(QWidget* editor, const Value& value)
 }
 
 // A field that nobody has typed into was taken over: from its text come the rounded number, or 0 for a name.
-bool EditorUndo::onlyConfirmed(const State& state, const Value& value, const QStringList& fields)
+bool EditorUndo::onlyConfirmed(const QWidget* editor, const State& before, const Value& after)
 {
-    if (fields != state.fields || value.numbers.size() != fields.size())
+    if (isTyping(editor) || after.numbers.size() != before.texts.size() || textsOf(editor) != before.texts)
         return false;
-    const bool isVector = value.numbers.size() == 3; // vectors keep floats
-    for (int i = 0; i < fields.size(); ++i)
+    const bool isVector = before.texts.size() == 3; // of floats
+    for (int i = 0; i < before.texts.size(); ++i)
     {
-        const double shown = fields[i].toDouble();
-        const bool same = value.numbers[i] == state.value.numbers[i];
-        if (!same && value.numbers[i] != (isVector ? double(float(shown)) : shown))
+        const double shown = before.texts[i].toDouble();
+        if (after.numbers[i] != before.value.numbers[i] &&
+            after.numbers[i] != (isVector ? double(float(shown)) : shown))
             return false;
     }
     return true;
@@ -275,6 +296,6 @@ void EditorUndo::remember(QWidget* editor)
 {
     State& state = m_states[editor];
     state.value = read(editor);
-    state.fields = textsOf(editor);
+    state.texts = textsOf(editor);
 }
 } // namespace sceneeditor

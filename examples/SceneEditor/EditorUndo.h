@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QObject>
-#include <QtCore/QPointer>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
@@ -61,13 +60,13 @@ private:
     {
         QAbstractSlider* slider = nullptr; // the editor's; null if it has none
         Value value;
-        QStringList fields; // as they were when the value was read
+        QStringList texts; // of the fields, when the value was read
     };
 
     static bool equal(const Value& a, const Value& b);
     static Value read(const QWidget* editor);
     static void write(QWidget* editor, const Value& value);
-    static bool onlyConfirmed(const State& state, const Value& value, const QStringList& fields);
+    static bool onlyConfirmed(const QWidget* editor, const State& before, const Value& after);
     void restore(QWidget* editor, const QVariant& context, const Value& value);
     void remember(QWidget* editor);
 

@@ -13,9 +13,11 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolButton>
 
 #include <cmath>
@@ -27,6 +29,7 @@ namespace
 constexpr int maximumRecentFiles = 8;
 constexpr int maximumNameLength = 200;
 constexpr int progressSteps = 1000;
+constexpr int sideListHeight = 190; // of the list of objects and its buttons, pixels
 
 QString meshFilter()
 {
@@ -100,13 +103,17 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new 
 {
     m_ui.setupUi(this);
     m_ui.messageBar->hide();
-    m_ui.splitter->setStretchFactor(0, 1);
-    m_ui.splitter->setSizes({width() - 424, 424});
-    m_ui.sideSplitter->setStretchFactor(1, 1);
-    m_ui.sideSplitter->setSizes({190, height() - 190});
     addSceneView();
     setUpActions();
     setUpEditors();
+    // The panel scrolls up and down only, so it is never narrower than its widest editor.
+    const int panelWidth =
+        m_ui.sections->minimumSizeHint().width() + m_ui.scrollArea->verticalScrollBar()->sizeHint().width();
+    m_ui.scrollArea->setMinimumWidth(panelWidth);
+    m_ui.splitter->setStretchFactor(0, 1);
+    m_ui.splitter->setSizes({width() - panelWidth, panelWidth});
+    m_ui.sideSplitter->setStretchFactor(1, 1);
+    m_ui.sideSplitter->setSizes({sideListHeight, height() - sideListHeight});
     setUpStatusBar();
     readSettings();
     setDocument(Scene(), QString());
@@ -114,6 +121,10 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new 
 
 MainWindow::~MainWindow()
 {
+    // The form outlives the members. A field of it that loses the focus then has nobody to tell.
+    delete m_editorUndo;
+    m_ui.meshFile->disconnect(this);
+    m_ui.objectList->disconnect(this);
     // The widgets of the other views have no parent that would delete them.
     while (m_views.size() > 1)
         delete m_views.last()->widget();
@@ -393,13 +404,13 @@ void MainWindow::setUpEditors()
         editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"))->setFocusPolicy(Qt::NoFocus);
 
     // The colour editor keeps the style's margins; here it is a row like the others.
-    QLayout* row = m_ui.lightColour->layout();
+    auto* row = qobject_cast<QGridLayout*>(m_ui.lightColour->layout());
     row->setContentsMargins(2, 2, 2, 2);
     row->setSpacing(1);
     m_ui.lightColour->setShowAlpha(false);
     auto* lightSwatch = new QLabel(m_ui.lightColour);
     lightSwatch->setFixedWidth(m_ui.lightIntensity->unitsWidth() + 15); // and the reset button that it does not have
-    row->addWidget(lightSwatch);
+    row->addWidget(lightSwatch, 0, row->columnCount());
     m_swatches << qMakePair(lightSwatch, std::function<QColor()>([this] { return m_scene.light.colour; }));
     // The vector editors' units have nothing to say in a colour and room for one.
     const auto addSwatch = [this](QVectorEdit* editor)
@@ -421,6 +432,8 @@ void MainWindow::setUpEditors()
     {
         if (auto* editor = qobject_cast<QPropertyEditWidget*>(binding.editor))
             editor->applyParentTooltip();
+        if (auto* reset = binding.editor->findChild<QPushButton*>(QStringLiteral("reset")))
+            reset->setToolTip(tr("Back to the default"));
         // Another mesh is a step of its own, made once the file has been read.
         if (binding.editor != m_ui.meshFile)
             m_editorUndo->add(binding.editor);
