@@ -65,6 +65,7 @@ private Q_SLOTS:
     void badMeshLeavesTheObjectAsItIs();
     void cancelledLoadLeavesTheSceneAsItIs();
     void unsavedChangesAreAskedAbout();
+    void shortcutsAreComplete();
     void secondViewCanBeClosed();
     void commandLine_data();
     void commandLine();
@@ -432,6 +433,21 @@ void tst_SceneEditor::unsavedChangesAreAskedAbout()
     QCOMPARE(m_window->scene().objects[0].material.roughness, 0.125);
     answer(QMessageBox::Discard);
     QVERIFY(m_window->close());
+}
+
+void tst_SceneEditor::shortcutsAreComplete()
+{
+    QStringList keys;
+    const auto actions = m_window->findChildren<QAction*>(QRegularExpression(QStringLiteral("^action")));
+    for (const QAction* action : actions)
+    {
+        if (action->objectName() != QLatin1String("actionAbout"))
+            QVERIFY2(!action->shortcut().isEmpty(), qPrintable(action->objectName()));
+        for (const QKeySequence& key : action->shortcuts())
+            keys << key.toString();
+    }
+    // Two actions with the same key get none of its presses.
+    QCOMPARE(keys.removeDuplicates(), 0);
 }
 
 void tst_SceneEditor::secondViewCanBeClosed()

@@ -51,6 +51,15 @@ QString freeName(const QString& wanted, const QVector<Object>& objects)
     return name;
 }
 
+// Some platforms have no keys for some of the standard actions.
+void setKeys(QAction* action, QKeySequence::StandardKey standard, int otherwise)
+{
+    QList<QKeySequence> keys = QKeySequence::keyBindings(standard);
+    if (keys.isEmpty())
+        keys << QKeySequence(otherwise);
+    action->setShortcuts(keys);
+}
+
 QImage readEnvironment(const QString& fileName, QString* error)
 {
     QImageReader reader(fileName);
@@ -273,14 +282,15 @@ void MainWindow::changeEvent(QEvent* event)
 
 void MainWindow::setUpActions()
 {
-    m_ui.actionNew->setShortcuts(QKeySequence::New);
-    m_ui.actionOpen->setShortcuts(QKeySequence::Open);
-    m_ui.actionSave->setShortcuts(QKeySequence::Save);
-    m_ui.actionSaveAs->setShortcuts(QKeySequence::SaveAs);
-    m_ui.actionQuit->setShortcuts(QKeySequence::Quit);
-    m_ui.actionUndo->setShortcuts(QKeySequence::Undo);
-    m_ui.actionRedo->setShortcuts(QKeySequence::Redo);
-    m_ui.actionDelete->setShortcuts(QKeySequence::Delete);
+    setKeys(m_ui.actionNew, QKeySequence::New, Qt::CTRL | Qt::Key_N);
+    setKeys(m_ui.actionOpen, QKeySequence::Open, Qt::CTRL | Qt::Key_O);
+    setKeys(m_ui.actionSave, QKeySequence::Save, Qt::CTRL | Qt::Key_S);
+    setKeys(m_ui.actionSaveAs, QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+    setKeys(m_ui.actionQuit, QKeySequence::Quit, Qt::CTRL | Qt::Key_Q);
+    setKeys(m_ui.actionUndo, QKeySequence::Undo, Qt::CTRL | Qt::Key_Z);
+    setKeys(m_ui.actionRedo, QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    // Not the platform's keys for deleting, which on some include the one for duplicating.
+    m_ui.actionDelete->setShortcut(Qt::Key_Delete);
 
     connect(m_ui.actionNew, &QAction::triggered, this, &MainWindow::newScene);
     connect(m_ui.actionOpen, &QAction::triggered, this, &MainWindow::chooseScene);
@@ -454,6 +464,7 @@ void MainWindow::setUpEditors()
 void MainWindow::setUpStatusBar()
 {
     m_statusText = new QLabel;
+    m_statusText->setIndent(6);
     m_progressText = new QLabel;
     m_progress = new QProgressBar;
     m_progress->setRange(0, progressSteps);
