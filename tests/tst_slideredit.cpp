@@ -247,6 +247,7 @@ private Q_SLOTS:
         logarithmic = true;
         row("logarithmic", 1, 100, 0, 10, "10 '10' at 500", 250, "3.16228");
         row("logarithm of nothing", -1, 1, 0, 0, "0 '0' at 0", 500, "-1");
+        row("logarithm of nothing, ends swapped", 1, 0, 0, 0.5, "0 '0' at 0", 500, "1", "0");
         row("logarithmic to the largest", 1, Largest, 0, 1, "1 '1' at 0", 1000, "1.79769e+308");
         row("logarithmic without an end", 1, Infinity, 0, 2, "2 '2' at 0", 500, "1");
     }
@@ -383,6 +384,7 @@ private Q_SLOTS:
         QTEST(host.news(), "news");
 
         edit.setValue(0.5);
+        QCOMPARE(host.news(), QLatin1String("| 0.5 '0.5' at 500 reset"));
         child<QLineEdit>(edit, "lineEdit")->setFocus();
         type(edit, text);
         QCOMPARE(host.news(), QLatin1String("| 0.5 '") + text + QLatin1String("' at 500 reset"));
