@@ -115,7 +115,16 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new 
     addSceneView();
     setUpActions();
     setUpEditors();
-    // The panel scrolls up and down only, so it is never narrower than its widest editor.
+    // The panel scrolls up and down only, so it is never narrower than its widest editor. Before the first show,
+    // changes of widths do not reach the layouts by themselves.
+    const QList<QWidget*> widgets = m_ui.sections->findChildren<QWidget*>();
+    for (QWidget* widget : widgets)
+    {
+        widget->updateGeometry();
+        if (widget->layout())
+            widget->layout()->invalidate();
+    }
+    m_ui.sectionsLayout->invalidate();
     const int panelWidth =
         m_ui.sections->minimumSizeHint().width() + m_ui.scrollArea->verticalScrollBar()->sizeHint().width();
     m_ui.scrollArea->setMinimumWidth(panelWidth);
@@ -413,6 +422,7 @@ void MainWindow::setUpEditors()
     for (QIntSliderEdit* editor : {m_ui.lightKind, m_ui.shading, m_ui.textureFilter})
         editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"))->setFocusPolicy(Qt::NoFocus);
 
+    alignColumns();
     // The colour editor keeps the style's margins; here it is a row like the others.
     auto* row = qobject_cast<QGridLayout*>(m_ui.lightColour->layout());
     row->setContentsMargins(2, 2, 2, 2);
@@ -459,6 +469,40 @@ void MainWindow::setUpEditors()
                         selectObject(context.toInt());
                 }
             });
+}
+
+// One width for all titles, one for all texts and one for all units, so that the columns line up. The form's widths
+// suit its texts in a common font; other fonts and languages can need more.
+void MainWindow::alignColumns()
+{
+    constexpr int frame = 14; // of a text field, with room for the cursor
+    constexpr int gap = 4;
+    const auto width = [this](const QString& text) { return fontMetrics().horizontalAdvance(text); };
+    const auto columns = {"labelWidth", "textWidth", "unitsWidth"};
+    QHash<QByteArray, int> widths{{"textWidth", width(QStringLiteral("-0.00000")) + frame}};
+    for (const EditorBinding& binding : qAsConst(m_bindings))
+    {
+        const QWidget* editor = binding.editor;
+        int& titles = widths["labelWidth"];
+        titles = qMax(titles, qMax(editor->property("labelWidth").toInt(), width(editor->windowTitle()) + gap));
+        int& units = widths["unitsWidth"];
+        units = qMax(units, qMax(editor->property("unitsWidth").toInt(), width(editor->property("units").toString())));
+    }
+    for (const EditorBinding& binding : qAsConst(m_bindings))
+    {
+        QWidget* editor = binding.editor;
+        for (const char* column : columns)
+        {
+            if (editor->metaObject()->indexOfProperty(column) >= 0)
+                editor->setProperty(column, qMax(editor->property(column).toInt(), widths.value(column)));
+        }
+        const QStringList names = editor->property("enums").toStringList();
+        for (const QString& name : names)
+            editor->setProperty("textWidth", qMax(editor->property("textWidth").toInt(), width(name) + frame));
+        // Check boxes have no title of their own before them.
+        if (qobject_cast<QCheckBox*>(editor))
+            editor->setStyleSheet(QStringLiteral("margin-left: %1px").arg(widths.value("labelWidth") + 3));
+    }
 }
 
 void MainWindow::setUpStatusBar()

@@ -88,6 +88,7 @@ private:
 
     void setUpActions();
     void setUpEditors();
+    void alignColumns();
     void setUpStatusBar();
     void readSettings();
     void writeSettings();
