@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
-    libassimp-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
+    libassimp-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
 x_server_packages=(xvfb xauth)
 
 say() { printf '\033[1m== %s\033[0m\n' "$*" >&2; }
