@@ -1,0 +1,49 @@
+// One editor in a window: a shutter time, whose slider has equal ratios at equal distances.
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+
+#include <examples/Screenshot.h>
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QVBoxLayout>
+
+#include <cmath>
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("One Editor"));
+    auto* shutter = new QSliderEdit;
+    auto* result = new QLabel;
+    auto* rows = new QVBoxLayout(&window);
+    rows->addWidget(shutter);
+    rows->addWidget(result);
+    rows->addStretch();
+
+    // The range comes first: a value is clamped into the one that it finds.
+    shutter->setTitle(QStringLiteral("Shutter"));
+    shutter->setUnits(QStringLiteral("s"));
+    shutter->setMinimum(0.001);
+    shutter->setMaximum(10.0);
+    shutter->setLogarithmic(true);
+    shutter->setShowButtons(true);
+    shutter->setLiveUpdate(true);
+    shutter->setDefaultValue(0.008);
+    shutter->setValue(0.5);
+
+    // The signal tells of the user's changes only, so what the program sets itself it shows itself.
+    const auto showLight = [shutter, result]
+    {
+        const double stops = std::log2(shutter->value().toDouble() / shutter->defaultValue());
+        result->setText(QStringLiteral("%1 stops of light against the default").arg(stops, 0, 'f', 1));
+    };
+    QObject::connect(shutter, &QSliderEdit::valueChanged, result, showLight);
+    showLight();
+
+    window.resize(480, 90);
+    window.show();
+    takeScreenshotOnRequest(&window);
+    return QApplication::exec();
+}
