@@ -7,8 +7,11 @@
 #include <QtCore/QSettings>
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOption>
+
+#include <algorithm>
 
 namespace
 {
@@ -28,6 +31,115 @@ void applyStyleAgain(QStyle* style, QWidget* widget)
 {
     style->unpolish(widget);
     style->polish(widget);
+}
+
+// Returns whether the mark was another one before.
+bool setHighlighted(QWidget* widget, bool highlighted)
+{
+    const QVariant before = widget->property("highlighted");
+    if (before.isValid() && before == QVariant(highlighted))
+        return false;
+    widget->setProperty("highlighted", highlighted);
+    return true;
+}
+
+QString borderSheet()
+{
+    return QStringLiteral("QAccordion {border: 1px solid yellow;}");
+}
+
+bool hasStyleSheet(const QWidget* widget)
+{
+    return !widget->styleSheet().isEmpty();
+}
+
+// Whether a host has set a style sheet on the section or around it.
+bool isStyledFromOutside(const QWidget* section)
+{
+    if (hasStyleSheet(section) && section->styleSheet() != borderSheet())
+        return true;
+    for (const QWidget* ancestor = section->parentWidget(); ancestor; ancestor = ancestor->parentWidget())
+        if (hasStyleSheet(ancestor))
+            return true;
+    return false;
+}
+
+// Whether a style sheet besides the border can draw something in the section.
+bool hasForeignStyleSheet(const QWidget* section, const QWidget* contents)
+{
+    if (!qApp->styleSheet().isEmpty() || isStyledFromOutside(section) || hasStyleSheet(contents))
+        return true;
+    const QList<QWidget*> inside = contents->findChildren<QWidget*>();
+    return std::any_of(inside.cbegin(), inside.cend(), hasStyleSheet);
+}
+
+// Takes a child out of the list that Qt walks when its parent gets a style sheet, and puts it back: each of some 160
+// descendants would be polished anew for a border that draws nothing in them.
+class AsideFromStyling
+{
+public:
+    explicit AsideFromStyling(QWidget* child)
+        : m_siblings(const_cast<QObjectList&>(child->parent()->children())),
+          m_index(m_siblings.indexOf(child)),
+          m_child(child)
+    {
+        m_siblings.removeAt(m_index);
+    }
+    ~AsideFromStyling()
+    {
+        if (m_child)
+            m_siblings.insert(qMin(m_index, m_siblings.size()), m_child);
+    }
+
+private:
+    Q_DISABLE_COPY(AsideFromStyling)
+    QObjectList& m_siblings;
+    const int m_index;
+    const QPointer<QObject> m_child;
+};
+
+struct Change
+{
+    QWidget* widget;
+    bool visible;
+};
+
+// The layouts that Qt activates whenever a child of the widget is shown, from the inside out.
+QVector<QPointer<QLayout>> layoutsAbove(QWidget* widget)
+{
+    QVector<QPointer<QLayout>> layouts;
+    for (QWidget* level = widget; level && level->isVisible() && level->layout(); level = level->parentWidget())
+    {
+        layouts.append(level->layout());
+        if (level->isWindow())
+            break;
+    }
+    return layouts;
+}
+
+// Shows and hides the children. Each one shown would activate all layouts above, which costs the square of their
+// number; here the layouts stand still until the last of a row of them.
+void apply(const QVector<Change>& changes, QWidget* contents)
+{
+    const QVector<QPointer<QLayout>> layouts = layoutsAbove(contents);
+    const auto setEnabled = [&layouts](bool enabled)
+    {
+        for (QLayout* layout : layouts)
+            if (layout)
+                layout->setEnabled(enabled);
+    };
+    for (int first = 0; first < changes.size();)
+    {
+        int last = first;
+        while (changes.at(last).visible && last + 1 < changes.size() && changes.at(last + 1).visible)
+            ++last;
+        setEnabled(false);
+        for (int i = first; i < last; ++i)
+            changes.at(i).widget->setVisible(true);
+        setEnabled(true);
+        changes.at(last).widget->setVisible(changes.at(last).visible);
+        first = last + 1;
+    }
 }
 } // namespace
 
@@ -100,31 +212,78 @@ void QAccordion::setSearchText(const QString& text)
     if (!m_contentsWidget)
         return;
     const QList<QWidget*> children = m_contentsWidget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    bool found = false;
-    if (text.isEmpty() || ownTitle.contains(text, Qt::CaseInsensitive))
+    const bool showAll = text.isEmpty() || ownTitle.contains(text, Qt::CaseInsensitive);
+    // Under a host's style sheets everything is styled anew each time, as their rules may ask for any property.
+    const bool styled = hasForeignStyleSheet(this, m_contentsWidget);
+    bool found = showAll;
+    QVector<Change> changes;
+    for (QWidget* child : children)
     {
-        for (QWidget* child : children)
-            child->show();
-        found = true;
-    }
-    else
-    {
-        for (QWidget* child : children)
-        {
-            const bool matches = searchLabel(child).contains(text, Qt::CaseInsensitive);
-            found = found || matches;
-            child->setVisible(matches);
-            child->setProperty("highlighted", matches);
+        const bool matches = showAll || searchLabel(child).contains(text, Qt::CaseInsensitive);
+        found = found || matches;
+        if (!showAll && (setHighlighted(child, matches) || styled))
             applyStyleAgain(style(), child);
-        }
+        if (child->isHidden() == matches || !child->testAttribute(Qt::WA_WState_ExplicitShowHide))
+            changes.append({child, matches});
     }
+    apply(changes, m_contentsWidget);
+    if (!m_contentsWidget) // a host may delete it while its children come and go
+        return;
     if (found && m_checkBox && !m_checkBox->isChecked())
         m_checkBox->setChecked(true);
     const bool highlight = found && !text.isEmpty();
-    setProperty("highlighted", highlight);
-    setStyleSheet(highlight ? QStringLiteral("QAccordion {border: 1px solid yellow;}") : QString());
-    applyStyleAgain(style(), this);
+    const bool marked = setHighlighted(this, highlight);
+    const bool bordered = setBorder(highlight, styled);
+    if (marked || bordered)
+        applyStyleAgain(style(), this);
     update();
+}
+
+// Returns whether the section has to be polished.
+bool QAccordion::setBorder(bool border, bool styled)
+{
+    const QString sheet = border ? borderSheet() : QString();
+    // Sections inside obey the border's rule, too.
+    if (styled || m_contentsWidget->parent() != this || m_contentsWidget->findChild<QAccordion*>())
+    {
+        if (m_contentsAside)
+            styleContentsToo();
+        setStyleSheet(sheet);
+        return true;
+    }
+    const QString before = styleSheet();
+    if (sheet.isEmpty() && before.isEmpty())
+        return false;
+    if (sheet.isEmpty())
+    {
+        m_contentsAside = false;
+        setStyleSheet(sheet);
+    }
+    else if (before.isEmpty())
+    {
+        m_contentsAside = true;
+        const AsideFromStyling aside(m_contentsWidget);
+        setStyleSheet(sheet);
+    }
+    if (!m_contentsWidget)
+        return true;
+    // What else a style sheet does to the widgets inside: their sizes are asked for again.
+    m_contentsWidget->updateGeometry();
+    if (QLayout* contentsLayout = m_contentsWidget->layout())
+        contentsLayout->invalidate();
+    updateGeometry();
+    if (QLayout* rows = layout())
+        rows->invalidate();
+    return true;
+}
+
+// Qt hands a style on to the widgets inside only when it sets the first style sheet.
+void QAccordion::styleContentsToo()
+{
+    m_contentsAside = false;
+    const QString sheet = styleSheet();
+    setStyleSheet(QString());
+    setStyleSheet(sheet);
 }
 
 void QAccordion::childEvent(QChildEvent* event)
@@ -144,6 +303,9 @@ void QAccordion::childEvent(QChildEvent* event)
 
 void QAccordion::paintEvent(QPaintEvent*)
 {
+    // A style sheet that came from outside in the meantime has not reached contents that stand aside.
+    if (m_contentsAside && isStyledFromOutside(this))
+        styleContentsToo();
     QStyleOption option;
     option.initFrom(this);
     QPainter painter(this);

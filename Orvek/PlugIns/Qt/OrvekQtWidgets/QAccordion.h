@@ -56,9 +56,12 @@ protected:
 
 private:
     void hookupContentsWidget();
+    bool setBorder(bool border, bool styled);
+    void styleContentsToo();
 
     Ui::Accordion m_ui;             // the children belong to the section
     QPointer<QCheckBox> m_checkBox; // the form's; a host may delete it
     bool m_constructed = false;
+    bool m_contentsAside = false;       // the border's style sheet has not been handed on to the contents
     QPointer<QWidget> m_contentsWidget; // not owned; null until there is one
 };
