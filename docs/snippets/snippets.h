@@ -1,0 +1,27 @@
+#pragma once
+
+class QSettings;
+class QUndoStack;
+class QWidget;
+
+// Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The caller
+// owns it.
+QWidget* sliderEdit();
+QWidget* intSliderEdit();
+QWidget* vectorEdit();
+QWidget* colourEdit();
+QWidget* labelEdit();
+QWidget* fileEdit();
+QWidget* tipsOnAllParts();
+QWidget* section();
+QWidget* panel();
+QWidget* renderWidget();
+QWidget* renderWidgetWithoutEngine();
+QWidget* viewWithoutNativeAncestors();
+
+void styleMatches(QWidget* panel);
+void keepBorderedLook(QWidget* section);
+void closeAfterLoading(QWidget* form);
+void saveSections(QWidget* panel, QSettings& settings);
+void restoreSections(QWidget* panel, QSettings& settings);
+void followWithUndo(QWidget* panel, QUndoStack* stack);
