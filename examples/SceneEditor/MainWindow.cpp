@@ -2,6 +2,8 @@
 
 #include <examples/SceneEditor/document/SceneFile.h>
 #include <examples/SceneEditor/EditorUndo.h>
+#include <examples/SceneEditor/Languages.h>
+#include <examples/SceneEditor/Looks.h>
 #include <examples/SceneEditor/SceneView.h>
 
 #include <QtCore/QDateTime>
@@ -11,6 +13,7 @@
 #include <QtGui/QCloseEvent>
 #include <QtGui/QImageReader>
 #include <QtGui/QPainter>
+#include <QtWidgets/QActionGroup>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QGridLayout>
@@ -114,6 +117,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new 
     m_ui.messageBar->hide();
     addSceneView();
     setUpActions();
+    setUpLooks();
     setUpEditors();
     // The panel scrolls up and down only, so it is never narrower than its widest editor. Before the first show,
     // changes of widths do not reach the layouts by themselves.
@@ -355,6 +359,45 @@ void MainWindow::setUpActions()
     connect(m_ui.objectList, &QListWidget::itemChanged, this, &MainWindow::onListItemChanged);
 }
 
+// A menu of which one entry, kept in the settings, is checked: the first one when the stored one is not there.
+void MainWindow::setUpChoice(QMenu* menu, const QString& key, const QVector<QPair<QString, QString>>& choices)
+{
+    auto* group = new QActionGroup(menu);
+    const QString stored = QSettings().value(key).toString();
+    for (const auto& choice : choices)
+    {
+        QAction* action = menu->addAction(choice.second);
+        group->addAction(action);
+        action->setCheckable(true);
+        action->setChecked(choice.first == stored || group->actions().size() == 1);
+        connect(action, &QAction::triggered, this, [key, value = choice.first] { QSettings().setValue(key, value); });
+    }
+}
+
+void MainWindow::setUpLooks()
+{
+    QVector<QPair<QString, QString>> looks;
+    const QStringList names = lookNames();
+    for (const QString& name : names)
+        looks << qMakePair(name, lookTitle(name));
+    setUpChoice(m_ui.menuLook, QStringLiteral("look"), looks);
+    const QList<QAction*> actions = m_ui.menuLook->actions();
+    for (int i = 0; i < actions.size(); ++i)
+        connect(actions[i], &QAction::triggered, this, [name = names[i]] { applyLook(name); });
+
+    // Each by its own name, for who cannot read the others.
+    QVector<QPair<QString, QString>> choices{qMakePair(QString(), tr("&System"))};
+    const QStringList codes = languages();
+    for (const QString& code : codes)
+    {
+        QString name = QLocale(code).nativeLanguageName();
+        if (code == QLatin1String("en"))
+            name = QStringLiteral("English");
+        choices << qMakePair(code, name);
+    }
+    setUpChoice(m_ui.menuLanguage, QStringLiteral("language"), choices);
+}
+
 void MainWindow::setUpEditors()
 {
     // What the reset buttons return to is what a new scene and a new object have.
@@ -476,7 +519,7 @@ void MainWindow::setUpEditors()
 void MainWindow::alignColumns()
 {
     constexpr int frame = 14; // of a text field, with room for the cursor
-    constexpr int gap = 4;
+    constexpr int gap = 8; // also when a title is marked
     const auto width = [this](const QString& text) { return fontMetrics().horizontalAdvance(text); };
     const auto columns = {"labelWidth", "textWidth", "unitsWidth"};
     QHash<QByteArray, int> widths{{"textWidth", width(QStringLiteral("-0.00000")) + frame}};

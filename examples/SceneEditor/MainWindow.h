@@ -87,6 +87,8 @@ private:
     };
 
     void setUpActions();
+    void setUpChoice(QMenu* menu, const QString& key, const QVector<QPair<QString, QString>>& choices);
+    void setUpLooks();
     void setUpEditors();
     void alignColumns();
     void setUpStatusBar();

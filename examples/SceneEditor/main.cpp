@@ -1,9 +1,12 @@
+#include <examples/SceneEditor/Languages.h>
+#include <examples/SceneEditor/Looks.h>
 #include <examples/SceneEditor/MainWindow.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QSettings>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 
@@ -13,6 +16,11 @@ namespace
 {
 constexpr int usageError = 2;
 constexpr int screenshotTimeout = 5000; // milliseconds, for platforms that never show a window
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(SceneEditor)
+};
 
 // The shipped scene: in the sources while they are there, otherwise where an installation has it.
 QString studioScene()
@@ -49,26 +57,38 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("SceneEditor"));
     QApplication::setApplicationVersion(QStringLiteral(SCENE_EDITOR_VERSION));
 
-    const auto tr = [](const char* text) { return QCoreApplication::translate("main", text); };
+    // Before the first text: those of the options are translated too.
+    sceneeditor::installLanguage(QSettings().value(QStringLiteral("language")).toString());
+
     QCommandLineParser parser;
-    parser.setApplicationDescription(tr("Edits the objects, material, light and camera of a small 3D scene."));
+    parser.setApplicationDescription(Text::tr("Edits the objects, material, light and camera of a small 3D scene."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                        tr("Save a picture of the window as a PNG file and exit."), tr("file"));
-    const QCommandLineOption size(QStringLiteral("size"), tr("Size of the window in pixels."), tr("WxH"));
-    const QCommandLineOption search(QStringLiteral("search"), tr("Show only the properties with this text."),
-                                    tr("text"));
-    parser.addOptions({screenshot, size, search});
-    parser.addPositionalArgument(QStringLiteral("scene"), tr("Scene to open instead of the shipped one."),
+                                        Text::tr("Save a picture of the window as a PNG file and exit."),
+                                        Text::tr("file"));
+    const QCommandLineOption size(QStringLiteral("size"), Text::tr("Size of the window in pixels."), Text::tr("WxH"));
+    const QCommandLineOption search(QStringLiteral("search"), Text::tr("Show only the properties with this text."),
+                                    Text::tr("text"));
+    const QCommandLineOption look(
+        QStringLiteral("look"),
+        Text::tr("Look of this run: %1.").arg(sceneeditor::lookNames().join(QStringLiteral(", "))), Text::tr("name"));
+    parser.addOptions({screenshot, size, search, look});
+    parser.addPositionalArgument(QStringLiteral("scene"), Text::tr("Scene to open instead of the shipped one."),
                                  QStringLiteral("[scene.json]"));
     parser.process(app);
     if (parser.positionalArguments().size() > 1)
-        return fail(tr("expected one scene, found %1").arg(parser.positionalArguments().size()));
+        return fail(Text::tr("expected one scene, found %1").arg(parser.positionalArguments().size()));
     const QSize wantedSize = parseSize(parser.value(size));
     if (parser.isSet(size) && wantedSize.isEmpty())
-        return fail(tr("--size: expected WIDTHxHEIGHT such as 1400x900, found %1").arg(parser.value(size)));
+        return fail(Text::tr("--size: expected WIDTHxHEIGHT such as 1400x900, found %1").arg(parser.value(size)));
 
+    if (parser.isSet(look) && !sceneeditor::lookNames().contains(parser.value(look)))
+        return fail(Text::tr("--look: expected one of %1, found %2")
+                        .arg(sceneeditor::lookNames().join(QStringLiteral(", ")), parser.value(look)));
+
+    sceneeditor::applyLook(parser.isSet(look) ? parser.value(look)
+                                              : QSettings().value(QStringLiteral("look")).toString());
     sceneeditor::MainWindow window;
     if (parser.isSet(size))
     {
@@ -85,7 +105,7 @@ int main(int argc, char* argv[])
         if (window.picture().save(pictureFile, "PNG"))
             QApplication::exit(0);
         else
-            QApplication::exit(fail(tr("%1: cannot be written").arg(QDir::toNativeSeparators(pictureFile))));
+            QApplication::exit(fail(Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(pictureFile))));
     };
     // A scene that cannot be opened opens no window either.
     QObject::connect(&window, &sceneeditor::MainWindow::loadFailed, &window,
