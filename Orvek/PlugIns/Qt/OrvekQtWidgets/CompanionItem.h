@@ -61,7 +61,7 @@ public:
 private:
     Q_DISABLE_COPY(CompanionItem)
 
-    // Lives for one question only, so it never misses that one of the widgets has changed or gone.
+    // Lives for one question only, so it never misses that one of the widgets has changed, gone or moved elsewhere.
     class Line : public QBoxLayout
     {
     public:
@@ -73,7 +73,7 @@ private:
             setContentsMargins(0, 0, 0, 0);
             setSpacing(1);
             for (const QPointer<QWidget>& widget : item.m_widgets)
-                if (widget)
+                if (widget && widget->parentWidget() == item.wid->parentWidget())
                     addItem(new QWidgetItem(widget));
         }
     };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QEvent>
+#include <QtCore/QPointer>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QWidget>
@@ -22,13 +23,41 @@ public:
     }
     ~SignalMute()
     {
-        m_object->blockSignals(false);
+        if (m_object)
+            m_object->blockSignals(false);
     }
 
 private:
     Q_DISABLE_COPY(SignalMute)
-    QObject* const m_object; // not owned
+    const QPointer<QObject> m_object; // not owned; a host's slot may delete it meanwhile
 };
+
+// A host may delete any child of the form. The form's pointer then leads to another one that is never seen, so that
+// whatever the editor does with its children stays harmless.
+template <typename Editor, typename Child>
+void replaceDeleted(Editor* editor, Child*& child)
+{
+    const auto replace = [editor = static_cast<QObject*>(editor), &child]
+    {
+        // The children go with the editor as well, when only its base is left of it.
+        auto* alive = qobject_cast<Editor*>(editor);
+        if (!alive)
+            return;
+        // Not inside the editor: its window may be the one that is being destroyed, with the child.
+        auto* nowhere = new QWidget;
+        QObject::connect(editor, &QObject::destroyed, nowhere, [nowhere] { delete nowhere; });
+        child = new Child(nowhere);
+        child->setFixedSize(0, 0);
+        child->hide();
+        replaceDeleted(alive, child);
+    };
+    QObject::connect(child, &QObject::destroyed, editor, replace);
+}
+template <typename Editor, typename... Children>
+void replaceDeletedChildren(Editor* editor, Children*&... children)
+{
+    (replaceDeleted(editor, children), ...);
+}
 
 // The section search compares window titles, so an editor's always follows its title.
 inline void setTitle(QWidget* editor, QLabel* label, const QString& title)

@@ -8,6 +8,7 @@
 QFileEdit::QFileEdit(QWidget* parent) : QAbstractEdit(parent)
 {
     m_ui.setupUi(this);
+    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.lineEdit, m_ui.browse, m_ui.units, m_ui.reset);
 }
 
 // Not inline: hosts cannot see the base's.

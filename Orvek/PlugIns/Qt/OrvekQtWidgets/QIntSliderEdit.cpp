@@ -27,6 +27,7 @@ int powerOf(int exponent)
 QIntSliderEdit::QIntSliderEdit(QWidget* parent) : QWidget(parent)
 {
     m_ui.setupUi(this);
+    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.slider, m_ui.lineEdit, m_ui.units, m_ui.reset);
     m_ui.slider->setRange(m_minimum, m_maximum);
     setMinimumHeight(height());
     m_ui.reset->setEnabled(false);

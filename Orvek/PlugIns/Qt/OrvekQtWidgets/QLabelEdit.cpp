@@ -5,6 +5,7 @@
 QLabelEdit::QLabelEdit(QWidget* parent) : QWidget(parent)
 {
     m_ui.setupUi(this);
+    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.lineEdit, m_ui.units, m_ui.reset);
     setWindowTitle(title());
 }
 

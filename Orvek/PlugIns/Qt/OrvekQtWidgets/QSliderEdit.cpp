@@ -23,6 +23,8 @@ double finiteBound(double bound)
 QSliderEdit::QSliderEdit(QWidget* parent) : QPropertyEditWidget(parent)
 {
     m_ui.setupUi(this);
+    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.decrement, m_ui.slider, m_ui.increment, m_ui.lineEdit,
+                                          m_ui.units, m_ui.reset);
     applyParentTooltip();
     m_ui.slider->setRange(0, 1000);
     m_ui.reset->setEnabled(false);

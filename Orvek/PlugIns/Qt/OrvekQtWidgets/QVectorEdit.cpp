@@ -13,6 +13,8 @@ QString componentText(float component)
 QVectorEdit::QVectorEdit(QWidget* parent) : QPropertyEditWidget(parent)
 {
     m_ui.setupUi(this);
+    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.xLabel, m_ui.x, m_ui.yLabel, m_ui.y, m_ui.zLabel,
+                                          m_ui.z, m_ui.units, m_ui.reset);
     applyParentTooltip();
     m_ui.reset->setEnabled(false);
     setMinimumHeight(height());
