@@ -74,7 +74,8 @@ QWidget* panel()
 void styleMatches(QWidget* panel)
 {
     //! [highlighted]
-    panel->setStyleSheet("QSliderEdit[highlighted=\"true\"] QLabel, QVectorEdit[highlighted=\"true\"] QLabel"
+    panel->setStyleSheet("QAccordion[highlighted=\"true\"] QSliderEdit[highlighted=\"true\"] QLabel,"
+                         "QAccordion[highlighted=\"true\"] QVectorEdit[highlighted=\"true\"] QLabel"
                          "{ color: #b06000; font-weight: bold; }");
     //! [highlighted]
 }

@@ -4,8 +4,8 @@ class QSettings;
 class QUndoStack;
 class QWidget;
 
-// Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The caller
-// owns it.
+// Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The
+// caller owns it.
 QWidget* sliderEdit();
 QWidget* intSliderEdit();
 QWidget* vectorEdit();
