@@ -1,4 +1,6 @@
-# The small examples: each opens its window, saves a picture of it and ends by itself. Qt names what is wrong with a widget,
+# Tests of the examples.
+
+# The small ones: each opens its window, saves a picture of it and ends by itself. Qt names what is wrong with a widget,
 # a connection or a painter in a warning.
 foreach(example IN ITEMS OneEditor PanelFromCode DerivedEditor TrivialEngine)
     if(TARGET ${example})
@@ -15,4 +17,19 @@ if(TARGET DerivedEditor)
     target_sources(tst_derivededitor PRIVATE
         ${PROJECT_SOURCE_DIR}/examples/DerivedEditor/AngleEdit.h
         ${PROJECT_SOURCE_DIR}/examples/DerivedEditor/PercentEdit.h)
+endif()
+
+if(TARGET SceneEditorUi)
+    orvek_add_test(tst_looks LIBS SceneEditorUi)
+    if(TARGET orvek_translations)
+        add_dependencies(tst_looks orvek_translations)
+    endif()
+endif()
+
+# Every text in the sources is in the .ts files, and translated.
+if(TARGET Qt5::lupdate)
+    add_test(NAME translations_complete COMMAND ${CMAKE_COMMAND} -DLUPDATE=$<TARGET_FILE:Qt5::lupdate>
+        -DSOURCE=${PROJECT_SOURCE_DIR} -DCHECK=${CMAKE_CURRENT_BINARY_DIR}/translations
+        -P ${PROJECT_SOURCE_DIR}/cmake/UpdateTranslations.cmake)
+    set_tests_properties(translations_complete PROPERTIES TIMEOUT 120)
 endif()

@@ -519,7 +519,7 @@ void MainWindow::setUpEditors()
 void MainWindow::alignColumns()
 {
     constexpr int frame = 14; // of a text field, with room for the cursor
-    constexpr int gap = 8; // also when a title is marked
+    constexpr int gap = 8;    // also when a title is marked
     const auto width = [this](const QString& text) { return fontMetrics().horizontalAdvance(text); };
     const auto columns = {"labelWidth", "textWidth", "unitsWidth"};
     QHash<QByteArray, int> widths{{"textWidth", width(QStringLiteral("-0.00000")) + frame}};

@@ -1,0 +1,123 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en_GB">
+<context>
+    <name>Accordion</name>
+    <message>
+        <source>Accordion</source>
+        <translation>Abschnitt</translation>
+    </message>
+</context>
+<context>
+    <name>QColourEdit</name>
+    <message>
+        <source>QColourEdit</source>
+        <translation>QColourEdit</translation>
+    </message>
+    <message>
+        <source>colour</source>
+        <translation>Farbe</translation>
+    </message>
+</context>
+<context>
+    <name>QFileEdit</name>
+    <message>
+        <source>QFileEdit</source>
+        <translation>QFileEdit</translation>
+    </message>
+    <message>
+        <source>File name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+</context>
+<context>
+    <name>QIntSliderEdit</name>
+    <message>
+        <source>QIntSliderEdit</source>
+        <translation>QIntSliderEdit</translation>
+    </message>
+    <message>
+        <source>label</source>
+        <translation>Bezeichnung</translation>
+    </message>
+</context>
+<context>
+    <name>QLabelEdit</name>
+    <message>
+        <source>QLabelEdit</source>
+        <translation>QLabelEdit</translation>
+    </message>
+    <message>
+        <source>label</source>
+        <translation>Bezeichnung</translation>
+    </message>
+</context>
+<context>
+    <name>QPropertyPanel</name>
+    <message>
+        <source>QPropertyPanel</source>
+        <translation>QPropertyPanel</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>QRenderWidget</name>
+    <message>
+        <source>Graphics</source>
+        <translation>Grafik</translation>
+    </message>
+</context>
+<context>
+    <name>QSliderEdit</name>
+    <message>
+        <source>SliderEdit</source>
+        <translation>SliderEdit</translation>
+    </message>
+    <message>
+        <source>label</source>
+        <translation>Bezeichnung</translation>
+    </message>
+    <message>
+        <source>&lt;</source>
+        <translation>&lt;</translation>
+    </message>
+    <message>
+        <source>&gt;</source>
+        <translation>&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>QVectorEdit</name>
+    <message>
+        <source>QVectorEdit</source>
+        <translation>QVectorEdit</translation>
+    </message>
+    <message>
+        <source>label</source>
+        <translation>Bezeichnung</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>Z</source>
+        <translation>Z</translation>
+    </message>
+    <message>
+        <source>Reset to default</source>
+        <translation>Auf den Vorgabewert zurücksetzen</translation>
+    </message>
+</context>
+</TS>

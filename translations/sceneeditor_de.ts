@@ -1,0 +1,750 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en_GB">
+<context>
+    <name>Looks</name>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;High contrast</source>
+        <translation>Hoher &amp;Kontrast</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Scene Editor</source>
+        <translation>Szeneneditor</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Objects of the scene; the check box shows or hides one, a double click renames it</source>
+        <translation>Objekte der Szene; das Kästchen blendet eines ein oder aus, ein Doppelklick benennt es um</translation>
+    </message>
+    <message>
+        <source>Add mesh…</source>
+        <translation>Netz hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>Duplizieren</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Name of the selected object</source>
+        <translation>Name des ausgewählten Objekts</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Mesh of the object; other files are read in the background</source>
+        <translation>Netz des Objekts; andere Dateien werden im Hintergrund gelesen</translation>
+    </message>
+    <message>
+        <source>Mesh</source>
+        <translation>Netz</translation>
+    </message>
+    <message>
+        <source>Position of the object&apos;s origin</source>
+        <translation>Lage des Objektursprungs</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>m</source>
+        <translation>m</translation>
+    </message>
+    <message>
+        <source>Turn about X, then Y, then Z</source>
+        <translation>Drehung um X, dann Y, dann Z</translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation>Drehung</translation>
+    </message>
+    <message>
+        <source>°</source>
+        <translation>°</translation>
+    </message>
+    <message>
+        <source>Factor along each axis</source>
+        <translation>Faktor entlang jeder Achse</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>Skalierung</translation>
+    </message>
+    <message>
+        <source>×</source>
+        <translation>×</translation>
+    </message>
+    <message>
+        <source>Material</source>
+        <translation>Material</translation>
+    </message>
+    <message>
+        <source>Red, green and blue from 0 to 1</source>
+        <translation>Rot, Grün und Blau von 0 bis 1</translation>
+    </message>
+    <message>
+        <source>Base colour</source>
+        <translation>Grundfarbe</translation>
+    </message>
+    <message>
+        <source>0 is a mirror, 1 is chalk</source>
+        <translation>0 ist ein Spiegel, 1 ist Kreide</translation>
+    </message>
+    <message>
+        <source>Roughness</source>
+        <translation>Rauheit</translation>
+    </message>
+    <message>
+        <source>0 is plastic or stone, 1 is bare metal</source>
+        <translation>0 ist Kunststoff oder Stein, 1 ist blankes Metall</translation>
+    </message>
+    <message>
+        <source>Metallic</source>
+        <translation>Metallisch</translation>
+    </message>
+    <message>
+        <source>Colour of the light that the material gives off</source>
+        <translation>Farbe des Lichts, das das Material abgibt</translation>
+    </message>
+    <message>
+        <source>Emission colour</source>
+        <translation>Leuchtfarbe</translation>
+    </message>
+    <message>
+        <source>Strength of the light that the material gives off</source>
+        <translation>Stärke des Lichts, das das Material abgibt</translation>
+    </message>
+    <message>
+        <source>Emission</source>
+        <translation>Leuchten</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>The point that the camera looks at</source>
+        <translation>Der Punkt, auf den die Kamera blickt</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>From the target to the camera</source>
+        <translation>Vom Ziel zur Kamera</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Where the camera stands around the target</source>
+        <translation>Wo die Kamera rund um das Ziel steht</translation>
+    </message>
+    <message>
+        <source>Azimuth</source>
+        <translation>Azimut</translation>
+    </message>
+    <message>
+        <source>How high the camera stands; above 0 it looks down</source>
+        <translation>Wie hoch die Kamera steht; über 0 blickt sie hinab</translation>
+    </message>
+    <message>
+        <source>Elevation</source>
+        <translation>Höhenwinkel</translation>
+    </message>
+    <message>
+        <source>Opening angle from bottom to top</source>
+        <translation>Öffnungswinkel von unten nach oben</translation>
+    </message>
+    <message>
+        <source>Field of view</source>
+        <translation>Sichtfeld</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Licht</translation>
+    </message>
+    <message>
+        <source>A directional light shines from far away, a point light from its place</source>
+        <translation>Gerichtetes Licht scheint aus großer Ferne, ein Punktlicht von seinem Ort aus</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Directional</source>
+        <translation>Gerichtet</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>Punktlicht</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Strength of the light</source>
+        <translation>Stärke des Lichts</translation>
+    </message>
+    <message>
+        <source>Intensity</source>
+        <translation>Stärke</translation>
+    </message>
+    <message>
+        <source>Where the light stands around the scene</source>
+        <translation>Wo das Licht rund um die Szene steht</translation>
+    </message>
+    <message>
+        <source>How high the light stands</source>
+        <translation>Wie hoch das Licht steht</translation>
+    </message>
+    <message>
+        <source>From the origin to a point light</source>
+        <translation>Vom Ursprung zu einem Punktlicht</translation>
+    </message>
+    <message>
+        <source>Strength of the light from the surroundings</source>
+        <translation>Stärke des Lichts aus der Umgebung</translation>
+    </message>
+    <message>
+        <source>Ambient</source>
+        <translation>Umgebungslicht</translation>
+    </message>
+    <message>
+        <source>Edge of the shadow map: larger is sharper and slower</source>
+        <translation>Kante der Schattenkarte: größer ist schärfer und langsamer</translation>
+    </message>
+    <message>
+        <source>Shadow size</source>
+        <translation>Schattengröße</translation>
+    </message>
+    <message>
+        <source>px</source>
+        <translation>px</translation>
+    </message>
+    <message>
+        <source>Shadows</source>
+        <translation>Schatten</translation>
+    </message>
+    <message>
+        <source>Whether the light casts shadows</source>
+        <translation>Ob das Licht Schatten wirft</translation>
+    </message>
+    <message>
+        <source>Animation</source>
+        <translation>Animation</translation>
+    </message>
+    <message>
+        <source>Speed of the turntable; taken over when the handle is let go</source>
+        <translation>Geschwindigkeit des Drehtellers; gilt, sobald der Griff losgelassen wird</translation>
+    </message>
+    <message>
+        <source>Turntable</source>
+        <translation>Drehteller</translation>
+    </message>
+    <message>
+        <source>°/s</source>
+        <translation>°/s</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Turn the objects about the camera&apos;s target</source>
+        <translation>Die Objekte um das Ziel der Kamera drehen</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>Name of the scene</source>
+        <translation>Name der Szene</translation>
+    </message>
+    <message>
+        <source>Scene name</source>
+        <translation>Szenenname</translation>
+    </message>
+    <message>
+        <source>What the view shows of the objects</source>
+        <translation>Was die Ansicht von den Objekten zeigt</translation>
+    </message>
+    <message>
+        <source>Shading</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
+        <source>Lit</source>
+        <translation>Beleuchtet</translation>
+    </message>
+    <message>
+        <source>Flat</source>
+        <translation>Flach</translation>
+    </message>
+    <message>
+        <source>Normals</source>
+        <translation>Normalen</translation>
+    </message>
+    <message>
+        <source>Wireframe</source>
+        <translation>Drahtgitter</translation>
+    </message>
+    <message>
+        <source>Brightness of the picture</source>
+        <translation>Helligkeit des Bildes</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Picture of the surroundings, twice as wide as high</source>
+        <translation>Bild der Umgebung, doppelt so breit wie hoch</translation>
+    </message>
+    <message>
+        <source>Environment</source>
+        <translation>Umgebung</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp);;All files (*)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.bmp);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>How the picture of the surroundings is sampled</source>
+        <translation>Wie das Bild der Umgebung abgetastet wird</translation>
+    </message>
+    <message>
+        <source>Filtering</source>
+        <translation>Filterung</translation>
+    </message>
+    <message>
+        <source>Nearest</source>
+        <translation>Nächster</translation>
+    </message>
+    <message>
+        <source>Bilinear</source>
+        <translation>Bilinear</translation>
+    </message>
+    <message>
+        <source>Trilinear</source>
+        <translation>Trilinear</translation>
+    </message>
+    <message>
+        <source>Environment as background</source>
+        <translation>Umgebung als Hintergrund</translation>
+    </message>
+    <message>
+        <source>Show the picture of the surroundings behind the scene</source>
+        <translation>Das Bild der Umgebung hinter der Szene zeigen</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Raster</translation>
+    </message>
+    <message>
+        <source>Show a grid on the ground</source>
+        <translation>Ein Raster auf dem Boden zeigen</translation>
+    </message>
+    <message>
+        <source>Edge of a cell; taken over when the handle is let go</source>
+        <translation>Kante einer Zelle; gilt, sobald der Griff losgelassen wird</translation>
+    </message>
+    <message>
+        <source>Grid cell</source>
+        <translation>Rasterzelle</translation>
+    </message>
+    <message>
+        <source>Cells from the centre to an edge</source>
+        <translation>Zellen von der Mitte bis zum Rand</translation>
+    </message>
+    <message>
+        <source>Grid extent</source>
+        <translation>Rastergröße</translation>
+    </message>
+    <message>
+        <source>cells</source>
+        <translation>Zellen</translation>
+    </message>
+    <message>
+        <source>Outline the selection</source>
+        <translation>Auswahl umranden</translation>
+    </message>
+    <message>
+        <source>Draw an outline around the selected object</source>
+        <translation>Einen Umriss um das ausgewählte Objekt zeichnen</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>Ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;As…</source>
+        <translation>Speichern &amp;unter …</translation>
+    </message>
+    <message>
+        <source>&amp;Import Mesh…</source>
+        <translation>Netz &amp;importieren …</translation>
+    </message>
+    <message>
+        <source>Ctrl+I</source>
+        <translation>Ctrl+I</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Duplicate</source>
+        <translation>&amp;Duplizieren</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Reset Camera</source>
+        <translation>&amp;Kamera zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Home</source>
+        <translation>Ctrl+Home</translation>
+    </message>
+    <message>
+        <source>&amp;New View Window</source>
+        <translation>&amp;Neues Ansichtsfenster</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N</source>
+        <translation>Ctrl+Shift+N</translation>
+    </message>
+    <message>
+        <source>&amp;Fold All</source>
+        <translation>Alle &amp;zuklappen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+F</source>
+        <translation>Ctrl+Shift+F</translation>
+    </message>
+    <message>
+        <source>&amp;Unfold All</source>
+        <translation>Alle &amp;aufklappen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+U</source>
+        <translation>Ctrl+Shift+U</translation>
+    </message>
+    <message>
+        <source>&amp;About Scene Editor</source>
+        <translation>Ü&amp;ber den Szeneneditor</translation>
+    </message>
+    <message>
+        <source>&amp;Style</source>
+        <translation>Aus&amp;sehen</translation>
+    </message>
+    <message>
+        <source>&amp;Language (from the next start)</source>
+        <translation>S&amp;prache (ab dem nächsten Start)</translation>
+    </message>
+</context>
+<context>
+    <name>SceneEditor</name>
+    <message>
+        <source>Edits the objects, material, light and camera of a small 3D scene.</source>
+        <translation>Bearbeitet Objekte, Material, Licht und Kamera einer kleinen 3D-Szene.</translation>
+    </message>
+    <message>
+        <source>Save a picture of the window as a PNG file and exit.</source>
+        <translation>Ein Bild des Fensters als PNG-Datei speichern und enden.</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Size of the window in pixels.</source>
+        <translation>Größe des Fensters in Pixeln.</translation>
+    </message>
+    <message>
+        <source>WxH</source>
+        <translation>BxH</translation>
+    </message>
+    <message>
+        <source>Show only the properties with this text.</source>
+        <translation>Nur die Eigenschaften mit diesem Text zeigen.</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Look of this run: %1.</source>
+        <translation>Aussehen in diesem Lauf: %1.</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Scene to open instead of the shipped one.</source>
+        <translation>Szene, die anstelle der mitgelieferten geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>expected one scene, found %1</source>
+        <translation>eine Szene erwartet, %1 gefunden</translation>
+    </message>
+    <message>
+        <source>--size: expected WIDTHxHEIGHT such as 1400x900, found %1</source>
+        <translation>--size: BREITExHÖHE wie 1400x900 erwartet, %1 gefunden</translation>
+    </message>
+    <message>
+        <source>--look: expected one of %1, found %2</source>
+        <translation>--look: eines von %1 erwartet, %2 gefunden</translation>
+    </message>
+    <message>
+        <source>%1: cannot be written</source>
+        <translation>%1: kann nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::EditorUndo</name>
+    <message>
+        <source>Change of %1</source>
+        <translation>Änderung von %1</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::MainWindow</name>
+    <message>
+        <source>Meshes (%1);;All files (*)</source>
+        <translation>Netze (%1);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Scenes (*.json);;All files (*)</source>
+        <translation>Szenen (*.json);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>%1: expected a picture of the surroundings: %2</source>
+        <translation>%1: ein Bild der Umgebung wurde erwartet: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1: view.environmentImage: %2</source>
+        <translation>%1: view.environmentImage: %2</translation>
+    </message>
+    <message>
+        <source>&amp;Undo %1</source>
+        <translation>&amp;Rückgängig %1</translation>
+    </message>
+    <message>
+        <source>&amp;Redo %1</source>
+        <translation>&amp;Wiederherstellen %1</translation>
+    </message>
+    <message>
+        <source>Back to the default</source>
+        <translation>Zurück zum Vorgabewert</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Open Scene</source>
+        <translation>Szene öffnen</translation>
+    </message>
+    <message>
+        <source>Save Scene</source>
+        <translation>Szene speichern</translation>
+    </message>
+    <message>
+        <source>untitled.json</source>
+        <translation>unbenannt.json</translation>
+    </message>
+    <message>
+        <source>Unsaved Changes</source>
+        <translation>Nicht gespeicherte Änderungen</translation>
+    </message>
+    <message>
+        <source>%1 has changes that were not saved.</source>
+        <translation>%1 hat Änderungen, die nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>The scene</source>
+        <translation>Die Szene</translation>
+    </message>
+    <message>
+        <source>Import Mesh</source>
+        <translation>Netz importieren</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Unbenannt</translation>
+    </message>
+    <message>
+        <source>%1[*] – Scene Editor</source>
+        <translation>%1[*] – Szeneneditor</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>Import of %1</source>
+        <translation>Import von %1</translation>
+    </message>
+    <message>
+        <source>Change of mesh</source>
+        <translation>Wechsel des Netzes</translation>
+    </message>
+    <message>
+        <source>%1: objects[%2].mesh: %3</source>
+        <translation>%1: objects[%2].mesh: %3</translation>
+    </message>
+    <message>
+        <source>Renaming of %1</source>
+        <translation>Umbenennen von %1</translation>
+    </message>
+    <message>
+        <source>Showing of %1</source>
+        <translation>Einblenden von %1</translation>
+    </message>
+    <message>
+        <source>Hiding of %1</source>
+        <translation>Ausblenden von %1</translation>
+    </message>
+    <message>
+        <source>Duplicate of %1</source>
+        <translation>Duplikat von %1</translation>
+    </message>
+    <message>
+        <source>Removal of %1</source>
+        <translation>Entfernen von %1</translation>
+    </message>
+    <message>
+        <source>%1 objects, %L2 triangles</source>
+        <translation>%1 Objekte, %L2 Dreiecke</translation>
+    </message>
+    <message>
+        <source>View %1 – Scene Editor</source>
+        <translation>Ansicht %1 – Szeneneditor</translation>
+    </message>
+    <message>
+        <source>About Scene Editor</source>
+        <translation>Über den Szeneneditor</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;Scene Editor, an example of OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Its property panel is a form built from the library&apos;s widgets; the view is drawn by a small OpenGL engine through the library&apos;s render widget.&lt;/p&gt;&lt;p&gt;Graphics: %2&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Szeneneditor, ein Beispiel zu OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Die Leiste mit den Eigenschaften ist ein Formular aus den Widgets der Bibliothek; die Ansicht zeichnet eine kleine OpenGL-Engine durch deren Render-Widget.&lt;/p&gt;&lt;p&gt;Grafik: %2&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::SurfaceManager</name>
+    <message>
+        <source>OpenGL cannot draw to this window</source>
+        <translation>OpenGL kann in dieses Fenster nicht zeichnen</translation>
+    </message>
+    <message>
+        <source>OpenGL cannot draw to the windows of the platform &quot;%1&quot;</source>
+        <translation>OpenGL kann in die Fenster der Plattform „%1“ nicht zeichnen</translation>
+    </message>
+    <message>
+        <source>OpenGL is not available: no context could be created</source>
+        <translation>OpenGL ist nicht verfügbar: Es konnte kein Kontext angelegt werden</translation>
+    </message>
+    <message>
+        <source>OpenGL is not available: the context cannot be used</source>
+        <translation>OpenGL ist nicht verfügbar: Der Kontext ist nicht benutzbar</translation>
+    </message>
+    <message>
+        <source>OpenGL 3.3 is needed; &quot;%1&quot; has %2.%3</source>
+        <translation>OpenGL 3.3 wird benötigt; „%1“ hat %2.%3</translation>
+    </message>
+</context>
+</TS>
