@@ -8,6 +8,9 @@ if(NOT DEFINED CMAKE_INSTALL_LIBDIR AND EXISTS /etc/debian_version AND CMAKE_LIB
     set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Libraries, relative to the prefix")
 endif()
 include(GNUInstallDirs)
+if(CMAKE_INSTALL_DOCDIR STREQUAL "${CMAKE_INSTALL_DATAROOTDIR}/doc/${PROJECT_NAME}")
+    set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/orvekqtwidgets)
+endif()
 set(ORVEK_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt5/plugins CACHE PATH
     "What goes into QT_PLUGIN_PATH, relative to the prefix; the link for Qt Designer comes into designer/ below it")
 
@@ -41,11 +44,12 @@ else()
     install(FILES ${_link} DESTINATION ${ORVEK_PLUGIN_DIR}/designer COMPONENT Runtime)
 endif()
 
-# Documentation and translations, as far as this build has them.
+# Documentation and translations, as far as this build has them. The pages come from the target docs; the pictures lie
+# where README.md looks for them.
 install(FILES CHANGELOG.md README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL)
-install(DIRECTORY docs/ ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
-    FILES_MATCHING PATTERN *.md PATTERN *.html PATTERN *.css PATTERN *.js PATTERN *.png PATTERN *.svg
-    PATTERN CMakeFiles EXCLUDE)
+install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Development)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
+    FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png PATTERN *.qch)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/orvekqtwidgets/translations
     COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN *.qm)
 

@@ -57,17 +57,25 @@ def run_qdoc(options, html_dir):
 
 
 def set_image_sizes(html_dir):
-    """The pictures have two pixels for each of the widget's; viewers are told, as not all can scale by a style sheet."""
-    def sized(match):
-        file = html_dir / match.group(1)
-        if not file.is_file():
-            return match.group(0)
+    """Tells viewers the sizes, as not all can scale by a style sheet: the widgets' own for pictures with two pixels for
+    each of theirs, two thirds of that on the index page, and a page's width for those of whole programs."""
+    def size_of(file, page):
         width, height = struct.unpack(">II", file.read_bytes()[16:24])
-        return f'<img src="{match.group(1)}" width="{width // 2}" height="{height // 2}"'
+        wanted = 800 if width > 960 else width // 2
+        if page.name == "index.html":
+            wanted = wanted * 2 // 3
+        return wanted, height * wanted // width
 
-    for path in html_dir.glob("*.html"):
-        text = path.read_text(encoding="utf-8")
-        path.write_text(re.sub(r'<img src="([^"]+\.png)"', sized, text), encoding="utf-8")
+    for page in html_dir.glob("*.html"):
+        def sized(match, page=page):
+            file = html_dir / match.group(1)
+            if not file.is_file():
+                return match.group(0)
+            width, height = size_of(file, page)
+            return f'<img src="{match.group(1)}" width="{width}" height="{height}"'
+
+        text = page.read_text(encoding="utf-8")
+        page.write_text(re.sub(r'<img src="([^"]+\.png)"', sized, text), encoding="utf-8")
 
 
 def dead_links(html_dir):
