@@ -42,10 +42,6 @@ def run_qdoc(options, html_dir):
     """Runs both of QDoc's phases and returns what it complained about."""
     complaints = []
     command = [options.qdoc, "-outputdir", str(html_dir)]
-    if options.indexes:
-        command += ["-indexdir", options.indexes]
-        for module in ("qtcore", "qtgui", "qtwidgets"):
-            command += ["-depends", module]
     command += [f"-I{path}" for path in options.include]
     for phase in ("-prepare", "-generate"):
         result = subprocess.run(command + [phase, str(DOCS / "orvekqtwidgets.qdocconf")], text=True,
@@ -145,7 +141,6 @@ def main():
     parser.add_argument("--qdoc", required=True)
     parser.add_argument("--qhelpgenerator", required=True)
     parser.add_argument("--output", required=True, type=pathlib.Path, help="gets html/ and orvekqtwidgets.qch")
-    parser.add_argument("--indexes", help="folder of Qt's own index files, for links to Qt's pages")
     parser.add_argument("--include", nargs="+", default=[], help="include paths of the library and of Qt")
     options = parser.parse_args()
 
