@@ -186,6 +186,7 @@ private Q_SLOTS:
 
     void registrationSequences_data();
     void registrationSequences();
+    void destructorMakesNoWindow();
     void frameSequences();
     void resizedViewRendersAgain();
     void continuousUpdateFollowsItsFlag();
@@ -286,6 +287,29 @@ void tst_RenderWidget::registrationSequences()
 }
 
 // Paints and resizes come by hand here, so that the window system adds none.
+// The window was destroyed before, as within a window that is being destroyed.
+void tst_RenderWidget::destructorMakesNoWindow()
+{
+    // Gives access to what is protected.
+    class View : public QRenderWidget
+    {
+    public:
+        using QWidget::destroy;
+    };
+    Log log;
+    Manager manager("A", log);
+    {
+        QWidget window;
+        View view;
+        view.setParent(&window);
+        log.window = view.GetHWND();
+        view.SetDisplaySurfaceManagerInterface(&manager);
+        log.clear();
+        view.destroy();
+    }
+    QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
+}
+
 void tst_RenderWidget::frameSequences()
 {
     Log log;

@@ -63,7 +63,9 @@ QRenderWidget::QRenderWidget(QWidget* parent) : QWidget(parent)
 
 QRenderWidget::~QRenderWidget()
 {
-    shutdown();
+    // Where Qt has destroyed the window, those around it can be gone as well: asked for another one now, it would look
+    // for them without end.
+    detach(internalWinId() != 0);
 }
 
 HWND QRenderWidget::GetHWND()
@@ -125,16 +127,7 @@ int QRenderWidget::GetViewId() const
 
 void QRenderWidget::shutdown()
 {
-    m_surfaceRegistered = false;
-    if (m_displaySurfaceManager)
-    {
-        SetPlatformRendererInterface(nullptr);
-        m_hwnd = readHandle();
-        if (m_hwnd)
-            m_displaySurfaceManager->RemoveWindow(m_hwnd);
-    }
-    m_surfaceWidth = 0;
-    m_surfaceHeight = 0;
+    detach(true);
 }
 
 QPaintEngine* QRenderWidget::paintEngine() const
@@ -234,6 +227,22 @@ void QRenderWidget::registerWindow()
         return;
     m_displaySurfaceManager->AddWindow(m_hwnd, m_platformRenderer, AnyViewId);
     m_surfaceRegistered = true;
+}
+
+// With hasWindow false the handle of the window that was there is the last one.
+void QRenderWidget::detach(bool hasWindow)
+{
+    m_surfaceRegistered = false;
+    if (m_displaySurfaceManager)
+    {
+        SetPlatformRendererInterface(nullptr);
+        if (hasWindow)
+            m_hwnd = readHandle();
+        if (m_hwnd)
+            m_displaySurfaceManager->RemoveWindow(m_hwnd);
+    }
+    m_surfaceWidth = 0;
+    m_surfaceHeight = 0;
 }
 
 QPoint QRenderWidget::devicePosition(const QMouseEvent* event) const

@@ -77,6 +77,7 @@ protected:
 private:
     HWND readHandle() const;
     void registerWindow();
+    void detach(bool hasWindow);
     QPoint devicePosition(const QMouseEvent* event) const;
     void paintFrame();
     void paintMessage();
