@@ -48,7 +48,8 @@ int main(int argc, char** argv)
     auto* text = form.aperture->findChild<QLineEdit*>(QStringLiteral("lineEdit"));
     text->setText(QStringLiteral("5.6"));
     QMetaObject::invokeMethod(text, "editingFinished");
-    good &= check(form.aperture->value().toDouble() == 5.6 && changes > 0, "a typed number is taken over and announced");
+    good &=
+        check(form.aperture->value().toDouble() == 5.6 && changes > 0, "a typed number is taken over and announced");
 
     form.panel->findChild<QLineEdit*>(QStringLiteral("search"))->setText(QStringLiteral("bla"));
     good &= check(form.blades->isVisible() && !form.tint->isVisible(), "the search of the panel reaches the section");

@@ -6,7 +6,8 @@
 #include <QtWidgets/QWidget>
 
 // What the two containers share. They lay out a child during its child event; a host that hands the same child to their
-// layout() is then in the middle of that call and adds a second item, which would take room twice and outlive the child.
+// layout() is then in the middle of that call and adds a second item, which would take room twice and outlive the
+// child.
 namespace ContainerSupport
 {
 inline void removeItems(QLayout* layout, const QObject* child, int kept)
@@ -26,10 +27,12 @@ inline void layOut(QWidget* container, QWidget* child)
     if (!container->layout())
         return;
     container->layout()->addWidget(child);
-    QTimer::singleShot(0, child, [container = QPointer<QWidget>(container), child] {
-        if (container)
-            removeItems(container->layout(), child, 1);
-    });
+    QTimer::singleShot(0, child,
+                       [container = QPointer<QWidget>(container), child]
+                       {
+                           if (container)
+                               removeItems(container->layout(), child, 1);
+                       });
 }
 
 // To be called when a child has gone; Qt's layouts remove one item only.

@@ -49,7 +49,8 @@ private:
     bool m_searchConnected = false;
     bool m_constructed = false;
     // None of these is owned. They are looked for while there is none, so a destroyed one gets a successor.
-    QPointer<QWidget> m_scrollArea; // as a widget, since events reach the filter while the scroll area is being destroyed
+    QPointer<QWidget>
+        m_scrollArea; // as a widget, since events reach the filter while the scroll area is being destroyed
     QPointer<QWidget> m_scrollContents;
     QPointer<QLineEdit> m_searchEdit;
 };
