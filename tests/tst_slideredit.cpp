@@ -6,8 +6,11 @@
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionSlider>
 
+#include <functional>
 #include <limits>
 #include <optional>
+
+Q_DECLARE_METATYPE(std::function<void(QSliderEdit&)>)
 
 namespace
 {
@@ -293,6 +296,61 @@ private Q_SLOTS:
         edit.setValue(0.25);
         QVERIFY(!edit.signalsBlocked() && !slider->signalsBlocked());
         QCOMPARE(host.news(), QLatin1String("| 0.25 '0.25' at 250"));
+    }
+
+    // Setting a value that seems to be shown already still undoes whatever happened to handle, text and button since.
+    void sameValueAgainRestoresWhatItShows_data()
+    {
+        QTest::addColumn<std::function<void(QSliderEdit&)>>("disturb");
+        const auto row = [](const char* name, std::function<void(QSliderEdit&)> disturb)
+        { QTest::newRow(name) << disturb; };
+        row("typed", [](QSliderEdit& edit) { QTest::keyClicks(child<QLineEdit>(edit, "lineEdit"), "9"); });
+        row("typed and taken back",
+            [](QSliderEdit& edit)
+            {
+                QTest::keyClicks(child<QLineEdit>(edit, "lineEdit"), "9");
+                QTest::keyClick(child<QLineEdit>(edit, "lineEdit"), Qt::Key_Backspace);
+            });
+        row("selected", [](QSliderEdit& edit) { child<QLineEdit>(edit, "lineEdit")->selectAll(); });
+        row("cursor at the start", [](QSliderEdit& edit) { child<QLineEdit>(edit, "lineEdit")->home(false); });
+        row("blank", [](QSliderEdit& edit) { edit.setValue(0.25, false); });
+        row("moved",
+            [](QSliderEdit& edit)
+            {
+                const QSignalBlocker blocker(&edit);
+                child<QSlider>(edit, "slider")->setValue(900);
+            });
+        row("handle alone",
+            [](QSliderEdit& edit)
+            {
+                const QSignalBlocker blocker(child<QSlider>(edit, "slider"));
+                child<QSlider>(edit, "slider")->setValue(900);
+            });
+        row("range",
+            [](QSliderEdit& edit)
+            {
+                edit.setMaximum(2);
+                edit.setMaximum(1);
+            });
+        row("button", [](QSliderEdit& edit) { child<QPushButton>(edit, "reset")->setEnabled(true); });
+    }
+    void sameValueAgainRestoresWhatItShows()
+    {
+        QFETCH(std::function<void(QSliderEdit&)>, disturb);
+        QSliderEdit edit;
+        edit.setValue(0.25);
+        disturb(edit);
+        edit.setValue(0.25);
+        const auto* field = child<QLineEdit>(edit, "lineEdit");
+        QCOMPARE(field->text(), QStringLiteral("0.25"));
+        QCOMPARE(field->cursorPosition(), 4);
+        QVERIFY(!field->hasSelectedText() && !field->isModified() && !field->isUndoAvailable());
+        QCOMPARE(edit.value().toDouble(), 0.25);
+        QCOMPARE(child<QSlider>(edit, "slider")->value(), 250);
+        QVERIFY(!child<QPushButton>(edit, "reset")->isEnabled());
+        edit.setMaximum(0.5);
+        edit.setValue(0.25);
+        QCOMPARE(child<QSlider>(edit, "slider")->value(), 500);
     }
 
     void rangeTakesEffectAtTheNextUpdate()

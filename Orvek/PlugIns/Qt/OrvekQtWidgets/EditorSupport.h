@@ -3,6 +3,7 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QWidget>
 
@@ -71,6 +72,20 @@ inline void setWidth(QWidget* editor, QWidget* child, int width)
 {
     child->setFixedWidth(qBound(0, width, QWIDGETSIZE_MAX));
     editor->update();
+}
+
+// Whether writing the text would change nothing about the field, its cursor and its history included.
+inline bool showsAlready(const QLineEdit* field, const QString& text)
+{
+    return field->text() == text && !field->isModified() && field->cursorPosition() == text.size() &&
+           !field->hasSelectedText() && !field->isUndoAvailable() && !field->isRedoAvailable() && !field->hasFocus();
+}
+
+// Hosts push all their values each frame, and a text costs more than all the rest of a value.
+inline void showText(QLineEdit* field, const QString& text)
+{
+    if (!showsAlready(field, text))
+        field->setText(text);
 }
 
 // Exact comparison: a value that differs in the last bit can still be reset.

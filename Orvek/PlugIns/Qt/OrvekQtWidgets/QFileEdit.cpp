@@ -64,7 +64,7 @@ void QFileEdit::setFilename(QString filename)
     m_filename = filename;
     setShowDefaultButton(m_showDefaultButton);
     const EditorSupport::SignalMute mute(this);
-    m_ui.lineEdit->setText(filename);
+    EditorSupport::showText(m_ui.lineEdit, filename);
 }
 
 QString QFileEdit::defaultPath() const

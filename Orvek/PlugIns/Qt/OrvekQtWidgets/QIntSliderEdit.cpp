@@ -165,7 +165,7 @@ void QIntSliderEdit::setValue(QVariant value, bool showText)
     const SignalMute muteEditor(this);
     const SignalMute muteSlider(m_ui.slider);
     updateSlider();
-    m_ui.lineEdit->setText(showText ? valueToText(m_value) : QLatin1String(""));
+    EditorSupport::showText(m_ui.lineEdit, showText ? valueToText(m_value) : QString());
 }
 
 bool QIntSliderEdit::powerOfTwo() const

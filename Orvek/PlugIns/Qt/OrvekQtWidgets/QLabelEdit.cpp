@@ -40,7 +40,7 @@ void QLabelEdit::setValue(QString value)
     m_value = value;
     setShowDefaultButton(m_showDefaultButton);
     const EditorSupport::SignalMute mute(this);
-    m_ui.lineEdit->setText(value);
+    EditorSupport::showText(m_ui.lineEdit, value);
 }
 
 QString QLabelEdit::defaultValue() const

@@ -4,7 +4,9 @@
 #include "EditorSupport.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <typeinfo>
 
 using EditorSupport::SignalMute;
 
@@ -190,12 +192,27 @@ void QSliderEdit::setValue(QVariant value, bool showText)
     const double number = value.toDouble(&ok);
     if (!ok)
         return;
-    m_value = clamped(number);
-    setShowDefaultButton(m_showDefaultButton);
     const SignalMute muteEditor(this);
     const SignalMute muteSlider(m_ui.slider);
+    if (showText && isShown(number))
+    {
+        setShowDefaultButton(m_showDefaultButton);
+        return;
+    }
+    m_value = clamped(number);
+    setShowDefaultButton(m_showDefaultButton);
     updateSlider();
-    m_ui.lineEdit->setText(showText ? valueToText(m_value) : QLatin1String(""));
+    const QString text = showText ? valueToText(m_value) : QString();
+    EditorSupport::showText(m_ui.lineEdit, text);
+    const QSlider* slider = m_ui.slider;
+    m_shown = {showText ? number : std::numeric_limits<double>::quiet_NaN(),
+               m_minimum,
+               m_maximum,
+               slider->minimum(),
+               slider->maximum(),
+               slider->value(),
+               m_logarithmic,
+               text};
 }
 
 bool QSliderEdit::logarithmic() const
@@ -353,6 +370,18 @@ double QSliderEdit::clamped(double value) const
     if (value > m_maximum)
         value = finiteBound(m_maximum);
     return value;
+}
+
+// Whether setting the number would leave handle and text as they are. Derived classes may have reasons to write a
+// number differently that are not known here.
+bool QSliderEdit::isShown(double number) const
+{
+    const QSlider* slider = m_ui.slider;
+    return std::memcmp(&number, &m_shown.number, sizeof(number)) == 0 && m_value == number &&
+           m_shown.minimum == m_minimum && m_shown.maximum == m_maximum && m_shown.logarithmic == m_logarithmic &&
+           m_shown.sliderMinimum == slider->minimum() && m_shown.sliderMaximum == slider->maximum() &&
+           m_shown.position == slider->value() && slider->sliderPosition() == slider->value() &&
+           typeid(*this) == typeid(QSliderEdit) && EditorSupport::showsAlready(m_ui.lineEdit, m_shown.text);
 }
 
 // False for a range that its positions cannot be spread over.

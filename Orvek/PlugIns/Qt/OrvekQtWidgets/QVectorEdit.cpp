@@ -125,9 +125,9 @@ void QVectorEdit::setValue(QVector3D value, bool showText)
     setShowDefaultButton();
     {
         const EditorSupport::SignalMute mute(this);
-        m_ui.x->setText(showText ? componentText(value.x()) : QString());
-        m_ui.y->setText(showText ? componentText(value.y()) : QString());
-        m_ui.z->setText(showText ? componentText(value.z()) : QString());
+        EditorSupport::showText(m_ui.x, showText ? componentText(value.x()) : QString());
+        EditorSupport::showText(m_ui.y, showText ? componentText(value.y()) : QString());
+        EditorSupport::showText(m_ui.z, showText ? componentText(value.z()) : QString());
     }
     update();
 }
