@@ -1,22 +1,13 @@
-// What the widgets cost beside the same Qt children driven by straight code. scripts/bench runs it and prints the ratios.
+// What the widgets cost beside the same Qt children driven by straight code. scripts/bench runs it and prints the
+// ratios.
 
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
+#include "workloads.h"
+
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
 #include <tests/literalsearch.h>
 
 #include <QtGui/QMouseEvent>
-#include <QtGui/QWindow>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QScrollArea>
-#include <QtWidgets/QSlider>
-#include <QtWidgets/QVBoxLayout>
 
 #include <benchmark/benchmark.h>
 
@@ -25,6 +16,8 @@
 #include <new>
 
 #include <malloc.h>
+
+using namespace workloads;
 
 namespace
 {
@@ -53,64 +46,6 @@ void operator delete(void* memory, std::size_t) noexcept
 
 namespace
 {
-constexpr int SectionSize = 20;
-const char* const words[] = {"Roughness", "Metallic", "Exposure", "Radius", "Offset", "Rotation", "Scale", "Bias",
-                             "Intensity", "Falloff", "Aperture", "Distance", "Threshold", "Density", "Albedo", "Gamma",
-                             "Rate", "Samples", "Shadow", "Contrast", "Ramp", "Width", "Height", "Frequency"};
-const QString typedWord = QStringLiteral("rough");
-
-QString titleOf(int i)
-{
-    constexpr int count = int(sizeof(words) / sizeof(words[0]));
-    return QStringLiteral("%1 %2").arg(QLatin1String(words[(i * 7 + i / count) % count])).arg(i);
-}
-
-void paint()
-{
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-}
-
-// A shown panel with so many editors in sections of 20.
-struct PanelTree
-{
-    explicit PanelTree(int rowCount)
-    {
-        panel = std::make_unique<QPropertyPanel>();
-        scrollArea = new QScrollArea(panel.get());
-        scrollArea->setWidgetResizable(true);
-        scrollContents = new QWidget;
-        auto* column = new QVBoxLayout(scrollContents);
-        QWidget* rowsWidget = nullptr;
-        QVBoxLayout* rowsLayout = nullptr;
-        for (int i = 0; i < rowCount; ++i)
-        {
-            if (i % SectionSize == 0)
-            {
-                auto* section = new QAccordion;
-                section->setTitle(QStringLiteral("Section %1").arg(i / SectionSize));
-                rowsWidget = new QWidget(section);
-                rowsLayout = new QVBoxLayout(rowsWidget);
-                column->addWidget(section);
-            }
-            auto* row = new QSliderEdit;
-            row->setTitle(titleOf(i));
-            rowsLayout->addWidget(row);
-            rows.push_back(row);
-        }
-        scrollArea->setWidget(scrollContents);
-        panel->resize(400, 900);
-        panel->show();
-        paint();
-        search = panel->findChild<QLineEdit*>(QStringLiteral("search"));
-    }
-    std::unique_ptr<QPropertyPanel> panel;
-    QScrollArea* scrollArea = nullptr;
-    QWidget* scrollContents = nullptr;
-    QLineEdit* search = nullptr;
-    std::vector<QSliderEdit*> rows;
-};
-
 // Types a word letter by letter and deletes it again; Worst takes the two keystrokes that change most alone.
 enum class Keys
 {
@@ -155,10 +90,12 @@ void searchFloor(benchmark::State& state, Keys keys)
     std::vector<QString> titles;
     for (const QSliderEdit* row : tree.rows)
         titles.push_back(row->title());
-    typeWord(state, keys, [&](const QString& text) {
-        for (std::size_t i = 0; i < titles.size(); ++i)
-            tree.rows[i]->setVisible(titles[i].contains(text, Qt::CaseInsensitive));
-    });
+    typeWord(state, keys,
+             [&](const QString& text)
+             {
+                 for (std::size_t i = 0; i < titles.size(); ++i)
+                     tree.rows[i]->setVisible(titles[i].contains(text, Qt::CaseInsensitive));
+             });
 }
 
 void searchLiteral(benchmark::State& state, Keys keys)
@@ -173,6 +110,232 @@ BENCHMARK_CAPTURE(searchLiteral, mean, Keys::All)->Arg(1000)->Arg(10000)->Unit(b
 BENCHMARK_CAPTURE(searchOurs, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(searchFloor, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(searchLiteral, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+constexpr int PushedRows = 1000;
+
+template <typename Row>
+std::vector<std::unique_ptr<Row>> makeRows()
+{
+    std::vector<std::unique_ptr<Row>> rows;
+    for (int i = 0; i < PushedRows; ++i)
+        rows.push_back(std::make_unique<Row>());
+    return rows;
+}
+
+// A host that sets all values each frame, once with new ones and once with those that are there.
+void pushOurs(benchmark::State& state, bool changing)
+{
+    const auto rows = makeRows<QSliderEdit>();
+    int turn = 0;
+    for (auto _ : state)
+    {
+        turn += changing ? 1 : 0;
+        for (int i = 0; i < PushedRows; ++i)
+            rows[std::size_t(i)]->setValue(pushedValue(i, turn));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void pushFloor(benchmark::State& state, bool changing)
+{
+    const auto rows = makeRows<BareRow>();
+    int turn = 0;
+    for (auto _ : state)
+    {
+        turn += changing ? 1 : 0;
+        for (int i = 0; i < PushedRows; ++i)
+        {
+            const double value = pushedValue(i, turn);
+            BareRow& row = *rows[std::size_t(i)];
+            row.slider->blockSignals(true);
+            row.slider->setValue(int(value * 1000));
+            row.slider->blockSignals(false);
+            row.field->setText(QStringLiteral("%1").arg(value));
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void pushFloorSame(benchmark::State& state)
+{
+    const auto rows = makeRows<BareRow>();
+    std::vector<QString> texts;
+    for (int i = 0; i < PushedRows; ++i)
+        texts.push_back(QString::number(pushedValue(i, 0)));
+    for (auto _ : state)
+    {
+        for (int i = 0; i < PushedRows; ++i)
+        {
+            rows[std::size_t(i)]->slider->setValue(int(pushedValue(i, 0) * 1000));
+            rows[std::size_t(i)]->field->setText(texts[std::size_t(i)]);
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK_CAPTURE(pushOurs, new, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(pushFloor, new, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(pushOurs, same, false)->Unit(benchmark::kMillisecond);
+BENCHMARK(pushFloorSame)->Name("pushFloor/same")->Unit(benchmark::kMillisecond);
+
+template <typename Row>
+void build(benchmark::State& state)
+{
+    std::size_t heap = 0;
+    for (auto _ : state)
+    {
+        const std::size_t before = mallinfo2().uordblks;
+        auto rows = makeRows<Row>();
+        heap = mallinfo2().uordblks - before;
+        state.PauseTiming();
+        rows.clear();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.counters["heap"] = double(heap) / PushedRows;
+}
+
+template <typename Row>
+void buildAndShow(benchmark::State& state)
+{
+    for (auto _ : state)
+    {
+        auto window = std::make_unique<QWidget>();
+        auto* column = new QVBoxLayout(window.get());
+        for (int i = 0; i < PushedRows; ++i)
+            column->addWidget(new Row);
+        state.PauseTiming();
+        paint();
+        state.ResumeTiming();
+        window->show();
+        paint();
+        state.PauseTiming();
+        window.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK_TEMPLATE(build, QSliderEdit)->Name("buildOurs")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(build, BareRow)->Name("buildFloor")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(buildAndShow, QSliderEdit)->Name("showOurs")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(buildAndShow, BareRow)->Name("showFloor")->Unit(benchmark::kMillisecond);
+
+// An engine that does nothing, so that only the way to it is measured.
+class EmptyEngine final : public orvek::crossplatform::DisplaySurfaceManagerInterface,
+                          public orvek::base::BaseMouseHandler
+{
+public:
+    void RemoveWindow(HWND) override {}
+    void Render(HWND) override
+    {
+        ++frames;
+    }
+    void AddWindow(HWND, orvek::crossplatform::PlatformRendererInterface*, int) override {}
+    void ResizeSurface(HWND) override {}
+    int GetWindowViewId(HWND) override
+    {
+        return 0;
+    }
+    void MouseDown(int, int, int) override {}
+    void MouseUp(int, int, int) override {}
+    void MouseDoubleClick(int, int, int) override {}
+    void MouseMove(int, int) override
+    {
+        ++moves;
+    }
+    void MouseWheel(int, int) override {}
+    void KeyboardInput(unsigned int, bool, int) override {}
+    int frames = 0;
+    int moves = 0;
+};
+
+// What the render widget is beside Qt's part: native, painted on screen, with an empty paint event.
+class BareView : public QWidget
+{
+public:
+    BareView()
+    {
+        winId();
+        setAttribute(Qt::WA_PaintOnScreen);
+        setMouseTracking(true);
+    }
+    QPaintEngine* paintEngine() const override
+    {
+        return nullptr;
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {}
+    void mouseMoveEvent(QMouseEvent*) override
+    {
+        update();
+    }
+};
+
+template <typename View>
+void frame(benchmark::State& state)
+{
+    EmptyEngine engine;
+    View view;
+    if constexpr (std::is_same_v<View, QRenderWidget>)
+        view.SetDisplaySurfaceManagerInterface(&engine);
+    view.resize(320, 240);
+    view.show();
+    for (int i = 0; i < 10; ++i)
+    {
+        view.update();
+        paint();
+    }
+    allocationCount = 0;
+    countAllocations = true;
+    for (auto _ : state)
+    {
+        view.update();
+        paint();
+    }
+    countAllocations = false;
+    state.SetItemsProcessed(state.iterations());
+    state.counters["allocations"] = double(allocationCount) / double(state.iterations());
+    if constexpr (std::is_same_v<View, QRenderWidget>)
+    {
+        if (engine.frames == 0)
+            state.SkipWithError("nothing was rendered");
+    }
+}
+
+template <typename View>
+void mouseMove(benchmark::State& state)
+{
+    EmptyEngine engine;
+    View view;
+    if constexpr (std::is_same_v<View, QRenderWidget>)
+    {
+        view.SetDisplaySurfaceManagerInterface(&engine);
+        view.SetHandleMouseInterface(&engine);
+    }
+    view.resize(320, 240);
+    view.show();
+    paint();
+    allocationCount = 0;
+    countAllocations = true;
+    int x = 0;
+    for (auto _ : state)
+    {
+        x = (x + 1) % 300;
+        QMouseEvent event(QEvent::MouseMove, QPointF(x, 20), QPointF(x, 20), QPointF(x, 20), Qt::NoButton, Qt::NoButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &event);
+    }
+    countAllocations = false;
+    state.SetItemsProcessed(state.iterations());
+    state.counters["allocations"] = double(allocationCount) / double(state.iterations());
+}
+
+BENCHMARK_TEMPLATE(frame, QRenderWidget)->Name("frameOurs")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(frame, BareView)->Name("frameFloor")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(mouseMove, QRenderWidget)->Name("moveOurs")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(mouseMove, BareView)->Name("moveFloor")->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv)

@@ -1,0 +1,117 @@
+#!/usr/bin/env python3
+"""Runs the benchmarks and prints what the widgets cost beside straight code.
+
+  report.py BIN            times and instructions, as a table
+  report.py BIN --check    instructions alone, held against instructions.json; exit 1 when one has crept up
+  report.py BIN --store    writes that file anew
+
+BIN is the folder of the built programs. Times are medians of interleaved repetitions, in processor time. Instructions
+are counted by callgrind; only their ratio to straight code in the same run is stored, as other machines and libraries
+count others.
+"""
+
+import datetime
+import json
+import platform
+import re
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+BAR = Path(__file__).with_name("instructions.json")
+TOLERANCE = 0.02
+COUNTED = ["push-new", "push-same", "build", "search"]
+
+# operation, size, ours, floor, literal algorithm, highest ratio wanted
+TIMED = [
+    ("search keystroke, mean over a word", "1000 editors", "searchOurs/mean/1000", "searchFloor/mean/1000",
+     "searchLiteral/mean/1000", 1.5),
+    ("search keystroke, worst", "1000 editors", "searchOurs/worst/1000", "searchFloor/worst/1000",
+     "searchLiteral/worst/1000", 1.2),
+    ("search keystroke, mean over a word", "10000 editors", "searchOurs/mean/10000", "searchFloor/mean/10000",
+     "searchLiteral/mean/10000", 0.5),
+    ("push new values", "1000 editors", "pushOurs/new", "pushFloor/new", None, 1.07),
+    ("push unchanged values", "1000 editors", "pushOurs/same", "pushFloor/same", None, 0.4),
+    ("build slider editors", "1000 editors", "buildOurs", "buildFloor", None, 1.25),
+    ("heap of slider editors", "bytes an editor", "buildOurs:heap", "buildFloor:heap", None, 1.18),
+    ("show slider editors", "1000 editors", "showOurs", "showFloor", None, 0.9),
+    ("frame of an empty engine", "1 frame", "frameOurs", "frameFloor", None, 1.03),
+    ("mouse move to the handler", "1 move", "moveOurs", "moveFloor", None, 1.1),
+]
+
+
+def run_times(programs):
+    """Medians in milliseconds an item, by name; the heap counter in bytes."""
+    values = {}
+    # The largest trees take too long for many repetitions.
+    for which, repetitions, least in [("-.*/10000$", 1, 0.2), (".*/10000$", 3, 0.1)]:
+        with tempfile.NamedTemporaryFile(suffix=".json") as out:
+            subprocess.run(
+                [programs / "bench_widgets", f"--benchmark_filter={which}", f"--benchmark_min_time={least}",
+                 f"--benchmark_repetitions={repetitions if repetitions > 1 else 7}",
+                 "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true",
+                 f"--benchmark_out={out.name}"],
+                check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            for entry in json.load(open(out.name, encoding="utf-8"))["benchmarks"]:
+                if entry["aggregate_name"] == "median":
+                    values[entry["run_name"]] = 1000.0 / entry["items_per_second"]
+                    if "heap" in entry:
+                        values[entry["run_name"] + ":heap"] = entry["heap"]
+    return values
+
+
+def count(programs, work):
+    result = subprocess.run(
+        ["valgrind", "--tool=callgrind", "--toggle-collect=*counted*", "--callgrind-out-file=/dev/null",
+         programs / "count_instructions", work],
+        check=True, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+    return int(re.search(r"Collected : (\d+)", result.stderr).group(1))
+
+
+def ratios(programs):
+    return {work: count(programs, work) / count(programs, work + "-floor") for work in COUNTED}
+
+
+def check(measured):
+    bars = json.loads(BAR.read_text(encoding="utf-8"))
+    crept = False
+    for work, ratio in measured.items():
+        over = ratio > bars[work] * (1 + TOLERANCE)
+        crept |= over
+        print(f"{work:12} {ratio:7.3f} of straight code's instructions, bar {bars[work]:.3f}{'  CREPT UP' if over else ''}")
+    return 1 if crept else 0
+
+
+def report(programs):
+    times = run_times(programs)
+    print(f"Measured on {datetime.date.today()}, {platform.machine()}, {subprocess.getoutput('nproc')} cores, Qt "
+          + subprocess.getoutput("qmake -query QT_VERSION") + ", offscreen; ms of processor time.\n")
+    print("| Operation | Size | Ours | Straight code | Literal | Ours / straight | Wanted | Ours / literal |")
+    print("|---|---|---|---|---|---|---|---|")
+    for name, size, ours, floor, literal, wanted in TIMED:
+        mine, bare = times[ours], times[floor]
+        other = f"{times[literal]:.4g} | {mine / bare:.2f} | {wanted} | {mine / times[literal]:.2f}" if literal else \
+            f" | {mine / bare:.2f} | {wanted} | "
+        print(f"| {name} | {size} | {mine:.4g} | {bare:.4g} | {other} |")
+    print("\n| Work, in instructions | Ours / straight |\n|---|---|")
+    for work, ratio in ratios(programs).items():
+        print(f"| {work} | {ratio:.3f} |")
+
+
+def main():
+    if len(sys.argv) not in (2, 3):
+        sys.exit(__doc__)
+    programs = Path(sys.argv[1])
+    mode = sys.argv[2] if len(sys.argv) == 3 else ""
+    if mode == "--check":
+        sys.exit(check(ratios(programs)))
+    if mode == "--store":
+        BAR.write_text(json.dumps({work: round(ratio, 4) for work, ratio in ratios(programs).items()}, indent=4) + "\n",
+                       encoding="utf-8")
+        return
+    report(programs)
+
+
+if __name__ == "__main__":
+    main()
