@@ -19,8 +19,9 @@ QT_END_NAMESPACE
 //! message "Renderer is not enabled".
 //!
 //! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then
-//! on, and Qt then paints beneath the engine's frames. All of the widget's ancestors become native windows too, unless
-//! the host sets Qt::WA_DontCreateNativeAncestors on them first.
+//! on, and Qt then paints beneath the engine's frames. All of the widget's ancestors and their children become native
+//! windows too, unless the host first sets Qt::WA_DontCreateNativeAncestors on the ancestors and
+//! Qt::AA_DontCreateNativeWidgetSiblings on the application.
 class ORVEKQTWIDGETS_EXPORT QRenderWidget : public QWidget
 {
     Q_OBJECT
