@@ -3,7 +3,8 @@
 // left out. So when one breaks, in a process of its own, the steps before it that do not matter can be found and taken
 // away.
 //
-//     soak [--seed WORLD] [--seconds LIMIT] [--steps IN_EACH_WORLD]    random use; shrinks what breaks
+//     soak [--seed WORLD] [--seconds LIMIT] [--worlds COUNT] [--steps IN_EACH_WORLD]
+//                                                              random use; shrinks what breaks
 //     soak --world WORLD [--steps COUNT] [--only 3,17,40]              shows the steps of one world
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
@@ -1195,6 +1196,7 @@ struct Options
 {
     quint64 seed = 1;
     int seconds = 20;
+    int worlds = 0; // no limit
     int steps = 300;
 };
 
@@ -1322,8 +1324,9 @@ int supervise(const Options& options)
     const QString progress = directory.filePath(QStringLiteral("progress"));
     QByteArray words;
     const int code = run({QStringLiteral("--worker"), QStringLiteral("--seed"), QString::number(options.seed),
-                          QStringLiteral("--seconds"), QString::number(options.seconds), QStringLiteral("--steps"),
-                          QString::number(options.steps), QStringLiteral("--progress"), progress},
+                          QStringLiteral("--seconds"), QString::number(options.seconds), QStringLiteral("--worlds"),
+                          QString::number(options.worlds), QStringLiteral("--steps"), QString::number(options.steps),
+                          QStringLiteral("--progress"), progress},
                          options.seconds + 120, &words);
     std::fprintf(stderr, "%s", words.constData());
     if (code == 0 || words.contains("LeakSanitizer"))
@@ -1344,7 +1347,8 @@ int work(const Options& options, Progress& progress)
     QElapsedTimer time;
     time.start();
     quint64 worlds = 0;
-    while (time.elapsed() < options.seconds * 1000LL)
+    while (time.elapsed() < options.seconds * 1000LL &&
+           (options.worlds <= 0 || worlds < static_cast<quint64>(options.worlds)))
         if (!live(options.seed + worlds++, firstSteps(options.steps), false, progress))
             return 1;
     std::fprintf(stderr, "worlds %llu to %llu of %d steps each stayed whole, in %lld s\n", options.seed,
@@ -1363,6 +1367,8 @@ int main(int argc, char** argv)
           QStringLiteral("1")},
          {QStringLiteral("seconds"), QStringLiteral("No world is begun later."), QStringLiteral("limit"),
           QStringLiteral("20")},
+         {QStringLiteral("worlds"), QStringLiteral("Runs no more worlds than these."), QStringLiteral("count"),
+          QStringLiteral("0")},
          {QStringLiteral("steps"), QStringLiteral("Steps in each world."), QStringLiteral("count"),
           QStringLiteral("300")},
          {QStringLiteral("world"), QStringLiteral("Runs one world and shows its steps."), QStringLiteral("number")},
@@ -1374,6 +1380,7 @@ int main(int argc, char** argv)
     Options options;
     options.seed = parser.value(QStringLiteral("seed")).toULongLong();
     options.seconds = parser.value(QStringLiteral("seconds")).toInt();
+    options.worlds = parser.value(QStringLiteral("worlds")).toInt();
     options.steps = parser.value(QStringLiteral("steps")).toInt();
     const bool single = parser.isSet(QStringLiteral("world"));
     if (!single && !parser.isSet(QStringLiteral("worker")))
