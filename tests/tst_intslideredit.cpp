@@ -20,8 +20,8 @@ struct Fixture
 {
     Fixture()
     {
-        QObject::connect(&edit, &QIntSliderEdit::startedEdit, [this] { log << "started"; });
-        QObject::connect(&edit, &QIntSliderEdit::valueChanged, [this] { log << edit.value().toString(); });
+        QObject::connect(&edit, &QIntSliderEdit::startedEdit, &edit, [this] { log << "started"; });
+        QObject::connect(&edit, &QIntSliderEdit::valueChanged, &edit, [this] { log << edit.value().toString(); });
         edit.resize(600, edit.height());
         edit.show();
         edit.activateWindow();
@@ -85,7 +85,7 @@ public:
     }
     int textToValue(QString text) override
     {
-        return text.mid(2).toInt(nullptr, 16);
+        return text.remove(0, 2).toInt(nullptr, 16);
     }
 };
 } // namespace
