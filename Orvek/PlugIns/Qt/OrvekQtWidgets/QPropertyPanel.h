@@ -32,7 +32,7 @@ public:
 Q_SIGNALS:
     //! The search text, as typed; empty when there is no search. Enclosing sections receive it before those inside
     //! them.
-    void setSearchText(const QString& text);
+    void setSearchText(const QString& text); // clazy:exclude=overloaded-signal
 
 public Q_SLOTS:
     void on_search_textChanged(const QString& text);
