@@ -7,6 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
     libassimp-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
 x_server_packages=(xvfb xauth)
+# QDoc reads C++ with clang's library and needs its headers, which it does not bring.
+doc_packages=(qdoc-qt5 libclang-common-14-dev python3)
 
 say() { printf '\033[1m== %s\033[0m\n' "$*" >&2; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
