@@ -100,7 +100,7 @@ private:
 
 struct Change
 {
-    QWidget* widget;
+    QPointer<QWidget> widget; // a host may delete one when another is shown
     bool visible;
 };
 
@@ -135,9 +135,11 @@ void apply(const QVector<Change>& changes, QWidget* contents)
             ++last;
         setEnabled(false);
         for (int i = first; i < last; ++i)
-            changes.at(i).widget->setVisible(true);
+            if (changes.at(i).widget)
+                changes.at(i).widget->setVisible(true);
         setEnabled(true);
-        changes.at(last).widget->setVisible(changes.at(last).visible);
+        if (changes.at(last).widget)
+            changes.at(last).widget->setVisible(changes.at(last).visible);
         first = last + 1;
     }
 }

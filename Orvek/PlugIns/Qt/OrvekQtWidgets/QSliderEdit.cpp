@@ -4,7 +4,6 @@
 #include "EditorSupport.h"
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <typeinfo>
 
@@ -377,7 +376,8 @@ double QSliderEdit::clamped(double value) const
 bool QSliderEdit::isShown(double number) const
 {
     const QSlider* slider = m_ui.slider;
-    return std::memcmp(&number, &m_shown.number, sizeof(number)) == 0 && m_value == number &&
+    // -0 equals 0, but is written differently.
+    return number == m_shown.number && std::signbit(number) == std::signbit(m_shown.number) && m_value == number &&
            m_shown.minimum == m_minimum && m_shown.maximum == m_maximum && m_shown.logarithmic == m_logarithmic &&
            m_shown.sliderMinimum == slider->minimum() && m_shown.sliderMaximum == slider->maximum() &&
            m_shown.position == slider->value() && slider->sliderPosition() == slider->value() &&
