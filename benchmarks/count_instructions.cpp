@@ -50,7 +50,8 @@ void typeWord(PanelTree& tree, bool bare)
         {
             tree.search->setText(text);
         }
-        paint();
+        // Timers would come in at random: what the event loop has been sent is enough.
+        QCoreApplication::sendPostedEvents();
     }
 }
 } // namespace

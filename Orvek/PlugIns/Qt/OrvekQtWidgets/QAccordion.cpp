@@ -12,6 +12,7 @@
 #include <QtWidgets/QStyleOption>
 
 #include <algorithm>
+#include <vector>
 
 namespace
 {
@@ -119,7 +120,7 @@ QVector<QPointer<QLayout>> layoutsAbove(QWidget* widget)
 
 // Shows and hides the children. Each one shown would activate all layouts above, which costs the square of their
 // number; here the layouts stand still until the last of a row of them.
-void apply(const QVector<Change>& changes, QWidget* contents)
+void applyChanges(const std::vector<Change>& changes, QWidget* contents)
 {
     const QVector<QPointer<QLayout>> layouts = layoutsAbove(contents);
     const auto setEnabled = [&layouts](bool enabled)
@@ -128,13 +129,13 @@ void apply(const QVector<Change>& changes, QWidget* contents)
             if (layout)
                 layout->setEnabled(enabled);
     };
-    for (int first = 0; first < changes.size();)
+    for (std::size_t first = 0; first < changes.size();)
     {
-        int last = first;
+        std::size_t last = first;
         while (changes.at(last).visible && last + 1 < changes.size() && changes.at(last + 1).visible)
             ++last;
         setEnabled(false);
-        for (int i = first; i < last; ++i)
+        for (std::size_t i = first; i < last; ++i)
             if (changes.at(i).widget)
                 changes.at(i).widget->setVisible(true);
         setEnabled(true);
@@ -218,7 +219,8 @@ void QAccordion::setSearchText(const QString& text)
     // Under a host's style sheets everything is styled anew each time, as their rules may ask for any property.
     const bool styled = hasForeignStyleSheet(this, m_contentsWidget);
     bool found = showAll;
-    QVector<Change> changes;
+    std::vector<Change> changes;
+    changes.reserve(std::size_t(children.size()));
     for (QWidget* child : children)
     {
         const bool matches = showAll || searchLabel(child).contains(text, Qt::CaseInsensitive);
@@ -226,9 +228,9 @@ void QAccordion::setSearchText(const QString& text)
         if (!showAll && (setHighlighted(child, matches) || styled))
             applyStyleAgain(style(), child);
         if (child->isHidden() == matches || !child->testAttribute(Qt::WA_WState_ExplicitShowHide))
-            changes.append({child, matches});
+            changes.push_back({child, matches});
     }
-    apply(changes, m_contentsWidget);
+    applyChanges(changes, m_contentsWidget);
     if (!m_contentsWidget) // a host may delete it while its children come and go
         return;
     if (found && m_checkBox && !m_checkBox->isChecked())
