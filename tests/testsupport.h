@@ -14,8 +14,9 @@ T* child(const QObject& parent, const char* name)
 }
 
 // connectSlotsByName and Qt's widgets say in warnings what is wrong with them. Fails the program at the end of its test
-// functions if there was one that no QTest::ignoreMessage expected. What a platform says of itself does not count: of the
-// gaps of the offscreen one, or of a window that an X server without a window manager took the focus from too early.
+// functions if there was one that no QTest::ignoreMessage expected. What a platform says of itself does not count: of
+// the gaps of the offscreen one, or of a window that an X server without a window manager took the focus from too
+// early.
 class WarningWatch
 {
 public:
