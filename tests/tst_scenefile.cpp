@@ -8,6 +8,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <cmath>
 #include <limits>
 
 using namespace sceneeditor;
@@ -61,6 +62,7 @@ class tst_SceneFile : public QObject
 private Q_SLOTS:
     void init();
     void roundTripKeepsEverything();
+    void coordinatesStayShort();
     void fileNamesFollowTheScene();
     void leftOutMembersHaveDefaults();
     void unknownMembersAreNamed();
@@ -97,6 +99,22 @@ void tst_SceneFile::roundTripKeepsEverything()
     QVERIFY(read->view == scene.view);
     QVERIFY(read->animation == scene.animation);
     QVERIFY(*read == scene);
+}
+
+// Coordinates are floats, and a file is read by people and compared by tools.
+void tst_SceneFile::coordinatesStayShort()
+{
+    Scene scene;
+    scene.objects.resize(2);
+    scene.objects[0].position = QVector3D(0.1f, -1.62f, 100.f);
+    scene.objects[1].position = QVector3D(1.f / 3.f, 16777.217f, std::nextafter(1.f, 2.f));
+    QString error;
+    QVERIFY2(writeScene(scene, m_file, &error), qPrintable(error));
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll().simplified().replace(' ', "");
+    QVERIFY2(text.contains("[0.1,-1.62,100]"), text.constData());
+    QVERIFY(*readScene(m_file, &error) == scene);
 }
 
 // A scene and its meshes can be moved to another directory together.

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 
 namespace sceneeditor
 {
@@ -28,6 +29,19 @@ QString text(const char* source)
 QString number(double value)
 {
     return QString::number(value, 'g', 7);
+}
+
+// The shortest decimal that is read back as the same float: 0.1 rather than 0.10000000149011612.
+double shortest(float value)
+{
+    using Limits = std::numeric_limits<float>;
+    for (int digits = Limits::digits10; digits <= Limits::max_digits10; ++digits)
+    {
+        const double rounded = QString::number(double(value), 'g', digits).toDouble();
+        if (static_cast<float>(rounded) == value)
+            return rounded;
+    }
+    return double(value);
 }
 
 bool isPowerOfTwo(int value)
@@ -295,7 +309,7 @@ public:
 
     void value(const char* key, const QVector3D& source, const Range&)
     {
-        put(key, QJsonArray{double(source.x()), double(source.y()), double(source.z())});
+        put(key, QJsonArray{shortest(source.x()), shortest(source.y()), shortest(source.z())});
     }
 
     void value(const char* key, const QColor& source)
