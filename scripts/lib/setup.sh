@@ -46,11 +46,10 @@ configure_and_build() {
     shift
     local targets=()
     [ $# -eq 0 ] || targets=(--target "$@")
-    if [ ! -f "build/$preset/build.ninja" ]; then
-        say "Configuring build/$preset"
-        mkdir -p build
-        cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
-    fi
+    # Each time, as tools may have come that were not there before, and with them tests; it takes a moment.
+    say "Configuring build/$preset"
+    mkdir -p build
+    cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
     say "Building build/$preset"
     cmake --build "build/$preset" "${targets[@]}" >&2
 }
