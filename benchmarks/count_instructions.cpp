@@ -1,5 +1,5 @@
-// Does one piece of work a fixed number of times between two marks, for scripts/bench to count its instructions: they
-// are the same on every run, where times are not.
+// Does one piece of work a fixed number of times in a function of known name, for scripts/bench to count its
+// instructions: they vary by a thousandth from run to run, where times vary by tenths.
 
 #include "workloads.h"
 
