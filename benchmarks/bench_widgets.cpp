@@ -227,23 +227,14 @@ class EmptyEngine final : public orvek::crossplatform::DisplaySurfaceManagerInte
 {
 public:
     void RemoveWindow(HWND) override {}
-    void Render(HWND) override
-    {
-        ++frames;
-    }
+    void Render(HWND) override { ++frames; }
     void AddWindow(HWND, orvek::crossplatform::PlatformRendererInterface*, int) override {}
     void ResizeSurface(HWND) override {}
-    int GetWindowViewId(HWND) override
-    {
-        return 0;
-    }
+    int GetWindowViewId(HWND) override { return 0; }
     void MouseDown(int, int, int) override {}
     void MouseUp(int, int, int) override {}
     void MouseDoubleClick(int, int, int) override {}
-    void MouseMove(int, int) override
-    {
-        ++moves;
-    }
+    void MouseMove(int, int) override { ++moves; }
     void MouseWheel(int, int) override {}
     void KeyboardInput(unsigned int, bool, int) override {}
     int frames = 0;
@@ -260,17 +251,11 @@ public:
         setAttribute(Qt::WA_PaintOnScreen);
         setMouseTracking(true);
     }
-    QPaintEngine* paintEngine() const override
-    {
-        return nullptr;
-    }
+    QPaintEngine* paintEngine() const override { return nullptr; }
 
 protected:
     void paintEvent(QPaintEvent*) override {}
-    void mouseMoveEvent(QMouseEvent*) override
-    {
-        update();
-    }
+    void mouseMoveEvent(QMouseEvent*) override { update(); }
 };
 
 template <typename View>

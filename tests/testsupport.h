@@ -26,10 +26,7 @@ public:
         m_previous = qInstallMessageHandler(&WarningWatch::handle);
         previous() = m_previous;
     }
-    ~WarningWatch()
-    {
-        qInstallMessageHandler(m_previous);
-    }
+    ~WarningWatch() { qInstallMessageHandler(m_previous); }
     static int& count()
     {
         static int value = 0;

@@ -56,10 +56,7 @@ class tst_Accordion : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();

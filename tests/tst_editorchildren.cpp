@@ -52,10 +52,7 @@ class tst_EditorChildren : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();

@@ -98,10 +98,7 @@ public:
     {
         return QString("%1|%2").arg(context, source);
     }
-    bool isEmpty() const override
-    {
-        return false;
-    }
+    bool isEmpty() const override { return false; }
 };
 
 // A file editor that writes down what it announces, with the name that a host would read then.
@@ -157,10 +154,7 @@ class tst_Editors : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();
@@ -169,22 +163,13 @@ private Q_SLOTS:
 
     void contract_data();
     void contract();
-    void title_data()
-    {
-        allEditors();
-    }
+    void title_data() { allEditors(); }
     void title();
     void widths_data();
     void widths();
-    void formTextsAreTranslated_data()
-    {
-        allEditors();
-    }
+    void formTextsAreTranslated_data() { allEditors(); }
     void formTextsAreTranslated();
-    void returnInADialogPressesNoButton_data()
-    {
-        allEditors();
-    }
+    void returnInADialogPressesNoButton_data() { allEditors(); }
     void returnInADialogPressesNoButton();
     void tips();
 

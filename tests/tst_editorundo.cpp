@@ -45,10 +45,7 @@ public:
                          Qt::NoModifier);
         QCoreApplication::sendEvent(m_slider, &move);
     }
-    void release()
-    {
-        QTest::mouseRelease(m_slider, Qt::LeftButton, Qt::NoModifier, m_position);
-    }
+    void release() { QTest::mouseRelease(m_slider, Qt::LeftButton, Qt::NoModifier, m_position); }
 
 private:
     QSlider* const m_slider;
@@ -80,10 +77,7 @@ private Q_SLOTS:
     void stepsOutliveEditorAndUndo();
 
 private:
-    QSlider* slider()
-    {
-        return child<QSlider>(*m_number, "slider");
-    }
+    QSlider* slider() { return child<QSlider>(*m_number, "slider"); }
     void type(QWidget* editor, const char* field, const char* text, bool clear = true);
 
     QWidget* m_window = nullptr;

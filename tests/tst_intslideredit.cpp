@@ -38,14 +38,8 @@ struct Fixture
             .arg(slider->sliderPosition())
             .arg(reset);
     }
-    QString range() const
-    {
-        return QString("%1..%2").arg(slider->minimum()).arg(slider->maximum());
-    }
-    QStringList heard()
-    {
-        return std::exchange(log, {});
-    }
+    QString range() const { return QString("%1..%2").arg(slider->minimum()).arg(slider->maximum()); }
+    QStringList heard() { return std::exchange(log, {}); }
     void type(const QString& typed)
     {
         text->setFocus();
@@ -79,14 +73,8 @@ struct Fixture
 class HexEdit : public QIntSliderEdit
 {
 public:
-    QString valueToText(int value) override
-    {
-        return "0x" + QString::number(value, 16);
-    }
-    int textToValue(QString text) override
-    {
-        return text.remove(0, 2).toInt(nullptr, 16);
-    }
+    QString valueToText(int value) override { return "0x" + QString::number(value, 16); }
+    int textToValue(QString text) override { return text.remove(0, 2).toInt(nullptr, 16); }
 };
 } // namespace
 
@@ -94,14 +82,8 @@ class tst_IntSliderEdit : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QApplication::setStyle(QStyleFactory::create("Fusion"));
-    }
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void initTestCase() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();

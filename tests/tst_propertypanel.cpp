@@ -25,10 +25,7 @@ public:
     }
 
 private Q_SLOTS:
-    void setSearchText(const QString& text)
-    {
-        m_log << objectName() + ':' + text;
-    }
+    void setSearchText(const QString& text) { m_log << objectName() + ':' + text; }
 
 private:
     QStringList& m_log;
@@ -76,10 +73,7 @@ class tst_PropertyPanel : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();

@@ -41,27 +41,15 @@ class Manager final : public DisplaySurfaceManagerInterface
 {
 public:
     Manager(const QString& name, Log& log) : m_name(name), m_log(log) {}
-    void RemoveWindow(HWND window) override
-    {
-        m_log.note(m_name + "-", window);
-    }
-    void Render(HWND window) override
-    {
-        m_log.note(QStringLiteral("render"), window);
-    }
+    void RemoveWindow(HWND window) override { m_log.note(m_name + "-", window); }
+    void Render(HWND window) override { m_log.note(QStringLiteral("render"), window); }
     void AddWindow(HWND window, PlatformRendererInterface* renderer, int viewId) override
     {
         const char* name = !renderer ? "0" : renderer == &m_log.first ? "R" : renderer == &m_log.second ? "S" : "?";
         m_log.note(m_name + '+' + name + (viewId == -1 ? "" : "?"), window);
     }
-    void ResizeSurface(HWND window) override
-    {
-        m_log.note(QStringLiteral("resize"), window);
-    }
-    int GetWindowViewId(HWND window) override
-    {
-        return window == m_log.window ? 7 : 0;
-    }
+    void ResizeSurface(HWND window) override { m_log.note(QStringLiteral("resize"), window); }
+    int GetWindowViewId(HWND window) override { return window == m_log.window ? 7 : 0; }
 
 private:
     const QString m_name;
@@ -72,26 +60,11 @@ class Handler final : public BaseMouseHandler
 {
 public:
     explicit Handler(Log& log) : m_log(log) {}
-    void MouseDown(int button, int x, int y) override
-    {
-        note("down", {button, x, y});
-    }
-    void MouseUp(int button, int x, int y) override
-    {
-        note("up", {button, x, y});
-    }
-    void MouseDoubleClick(int button, int x, int y) override
-    {
-        note("double", {button, x, y});
-    }
-    void MouseMove(int x, int y) override
-    {
-        note("move", {x, y});
-    }
-    void MouseWheel(int delta, int modifiers) override
-    {
-        note("wheel", {delta, modifiers});
-    }
+    void MouseDown(int button, int x, int y) override { note("down", {button, x, y}); }
+    void MouseUp(int button, int x, int y) override { note("up", {button, x, y}); }
+    void MouseDoubleClick(int button, int x, int y) override { note("double", {button, x, y}); }
+    void MouseMove(int x, int y) override { note("move", {x, y}); }
+    void MouseWheel(int delta, int modifiers) override { note("wheel", {delta, modifiers}); }
     void KeyboardInput(unsigned int key, bool pressed, int reserved) override
     {
         note("key", {int(key), pressed, reserved});
@@ -131,10 +104,7 @@ private:
 class PaintCounter : public QObject
 {
 public:
-    explicit PaintCounter(QWidget& widget)
-    {
-        widget.installEventFilter(this);
-    }
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() == QEvent::Paint)
@@ -174,10 +144,7 @@ class tst_RenderWidget : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         m_warnings.reset();

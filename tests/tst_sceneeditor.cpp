@@ -79,10 +79,7 @@ private:
         return child<T>(*m_window, name);
     }
     void type(const char* editor, const char* field, const char* text);
-    void trigger(const char* action)
-    {
-        find<QAction>(action)->trigger();
-    }
+    void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
     QTemporaryDir m_directory;
     std::unique_ptr<MainWindow> m_window;

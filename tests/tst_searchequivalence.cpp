@@ -44,10 +44,7 @@ struct Tree
         panel.show();
     }
 
-    const QString& pick(const QStringList& list)
-    {
-        return list.at(int(random.bounded(quint32(list.size()))));
-    }
+    const QString& pick(const QStringList& list) { return list.at(int(random.bounded(quint32(list.size())))); }
     QString pickSheet()
     {
         const QString sheet = pick(sheets);
@@ -232,10 +229,7 @@ private Q_SLOTS:
             QCOMPARE(ours.scrollArea->grab().toImage(), literal.scrollArea->grab().toImage());
         }
     }
-    void cleanup()
-    {
-        qApp->setStyleSheet(QString());
-    }
+    void cleanup() { qApp->setStyleSheet(QString()); }
 };
 
 QTEST_MAIN(TestSearchEquivalence)

@@ -112,20 +112,14 @@ void release(QSlider* slider)
 class PercentEdit : public QSliderEdit
 {
 public:
-    QString valueToText(double value) override
-    {
-        return QString::number(value * 100.0) + QLatin1Char('%');
-    }
+    QString valueToText(double value) override { return QString::number(value * 100.0) + QLatin1Char('%'); }
     double textToValue(QString text, bool* ok) override
     {
         *ok = text.endsWith(QLatin1Char('%'));
         text.chop(1);
         return *ok ? text.toDouble(ok) / 100.0 : 0.0;
     }
-    void incrementDecrement(int direction) override
-    {
-        QSliderEdit::incrementDecrement(direction * 50);
-    }
+    void incrementDecrement(int direction) override { QSliderEdit::incrementDecrement(direction * 50); }
 };
 
 // Dresses its children while they are still being constructed.
@@ -159,14 +153,8 @@ class tst_SliderEdit : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QApplication::setStyle(QStringLiteral("windows"));
-    } // a click on the groove is a page step
-    void init()
-    {
-        m_warnings.emplace();
-    }
+    void initTestCase() { QApplication::setStyle(QStringLiteral("windows")); } // a click on the groove is a page step
+    void init() { m_warnings.emplace(); }
     void cleanup()
     {
         QLocale::setDefault(QLocale::c());

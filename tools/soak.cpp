@@ -63,14 +63,8 @@ public:
         z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
         return z ^ (z >> 31);
     }
-    int below(int count)
-    {
-        return static_cast<int>(next() % static_cast<quint64>(qMax(count, 1)));
-    }
-    bool once(int in)
-    {
-        return below(in) == 0;
-    }
+    int below(int count) { return static_cast<int>(next() % static_cast<quint64>(qMax(count, 1))); }
+    bool once(int in) { return below(in) == 0; }
     template <typename List>
     auto pick(const List& list)
     {
@@ -248,23 +242,11 @@ class Renderer final : public PlatformRendererInterface
 class Manager final : public DisplaySurfaceManagerInterface
 {
 public:
-    void RemoveWindow(HWND window) override
-    {
-        windows.erase(window);
-    }
-    void Render(HWND) override
-    {
-        ++frames;
-    }
-    void AddWindow(HWND window, PlatformRendererInterface*, int) override
-    {
-        windows.insert(window);
-    }
+    void RemoveWindow(HWND window) override { windows.erase(window); }
+    void Render(HWND) override { ++frames; }
+    void AddWindow(HWND window, PlatformRendererInterface*, int) override { windows.insert(window); }
     void ResizeSurface(HWND) override {}
-    int GetWindowViewId(HWND window) override
-    {
-        return windows.count(window) != 0 ? 7 : -1;
-    }
+    int GetWindowViewId(HWND window) override { return windows.count(window) != 0 ? 7 : -1; }
     std::set<HWND> windows;
     int frames = 0;
 };
@@ -284,10 +266,7 @@ public:
 class Translator final : public QTranslator
 {
 public:
-    bool isEmpty() const override
-    {
-        return false;
-    }
+    bool isEmpty() const override { return false; }
     QString translate(const char*, const char* text, const char*, int) const override
     {
         return QString::fromUtf8(text).toUpper();
@@ -298,10 +277,7 @@ public:
 class NativeWindow : public QWidget
 {
 public:
-    static void destroyOf(QWidget* widget)
-    {
-        (widget->*(&NativeWindow::destroy))(true, true);
-    }
+    static void destroyOf(QWidget* widget) { (widget->*(&NativeWindow::destroy))(true, true); }
 };
 
 bool isOfLibrary(const QWidget* widget)
@@ -433,10 +409,7 @@ private:
     {
         return find(random, [](QWidget*) { return true; });
     }
-    QWidget* anyOurs(Random& random) const
-    {
-        return find(random, isOfLibrary);
-    }
+    QWidget* anyOurs(Random& random) const { return find(random, isOfLibrary); }
 
     // Inside Qt's own widgets nothing may be deleted or moved away.
     static bool isQts(const QWidget* widget)
@@ -447,10 +420,7 @@ private:
                (widget->parentWidget() && widget->window() != widget && qobject_cast<QDialog*>(widget->window()));
     }
     // What belongs to a form; others are the host's.
-    static bool isFormChild(QWidget* widget)
-    {
-        return !isOfLibrary(widget) && editorAround(widget);
-    }
+    static bool isFormChild(QWidget* widget) { return !isOfLibrary(widget) && editorAround(widget); }
 
     void addRoot()
     {

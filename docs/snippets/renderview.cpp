@@ -18,10 +18,7 @@
 class BallRenderer final : public orvek::crossplatform::PlatformRendererInterface
 {
 public:
-    void turnLight(float angle)
-    {
-        m_angle += angle;
-    }
+    void turnLight(float angle) { m_angle += angle; }
     QImage draw(QSize size) const
     {
         const QVector3D light = QVector3D(std::cos(m_angle), -0.8f, 0.9f).normalized();
@@ -89,10 +86,7 @@ public:
         store.endPaint();
         store.flush(area);
     }
-    int GetWindowViewId(HWND window) override
-    {
-        return int(std::distance(m_views.begin(), m_views.find(window)));
-    }
+    int GetWindowViewId(HWND window) override { return int(std::distance(m_views.begin(), m_views.find(window))); }
 
 private:
     struct View
@@ -115,10 +109,7 @@ public:
         m_held = button == int(Qt::LeftButton);
         m_x = x;
     }
-    void MouseUp(int, int, int) override
-    {
-        m_held = false;
-    }
+    void MouseUp(int, int, int) override { m_held = false; }
     void MouseDoubleClick(int button, int x, int y) override
     {
         MouseDown(button, x, y); // the second press of a double click comes here alone

@@ -87,10 +87,7 @@ public:
     {
     }
 
-    int id() const override
-    {
-        return stepId;
-    }
+    int id() const override { return stepId; }
     void undo() override
     {
         if (m_editor && m_undo)

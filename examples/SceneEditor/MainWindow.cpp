@@ -94,14 +94,8 @@ public:
           m_selectedAfter(selected)
     {
     }
-    void undo() override
-    {
-        m_window->setObjects(m_before, m_selectedBefore);
-    }
-    void redo() override
-    {
-        m_window->setObjects(m_after, m_selectedAfter);
-    }
+    void undo() override { m_window->setObjects(m_before, m_selectedBefore); }
+    void redo() override { m_window->setObjects(m_after, m_selectedAfter); }
 
 private:
     MainWindow* const m_window;

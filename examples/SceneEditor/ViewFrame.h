@@ -11,9 +11,6 @@ class ViewFrame final : public QFrame
 {
     Q_OBJECT
 public:
-    explicit ViewFrame(QWidget* parent = nullptr) : QFrame(parent)
-    {
-        setAttribute(Qt::WA_DontCreateNativeAncestors);
-    }
+    explicit ViewFrame(QWidget* parent = nullptr) : QFrame(parent) { setAttribute(Qt::WA_DontCreateNativeAncestors); }
 };
 } // namespace sceneeditor

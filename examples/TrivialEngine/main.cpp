@@ -39,24 +39,15 @@ public:
         m_dragging = button == Qt::LeftButton;
         m_lastX = x;
     }
-    void MouseUp(int, int, int) override
-    {
-        m_dragging = false;
-    }
-    void MouseDoubleClick(int, int, int) override
-    {
-        m_angle = 0.0;
-    }
+    void MouseUp(int, int, int) override { m_dragging = false; }
+    void MouseDoubleClick(int, int, int) override { m_angle = 0.0; }
     void MouseMove(int x, int) override
     {
         if (m_dragging)
             m_angle += 0.5 * (x - m_lastX);
         m_lastX = x;
     }
-    void MouseWheel(int delta, int) override
-    {
-        m_angle += delta / 8.0;
-    }
+    void MouseWheel(int delta, int) override { m_angle += delta / 8.0; }
     void KeyboardInput(unsigned int, bool, int) override {}
 
 private:
@@ -77,10 +68,7 @@ public:
         if (!view.store)
             view.store = std::make_unique<QBackingStore>(QWidget::find(WId(window))->windowHandle());
     }
-    void RemoveWindow(HWND window) override
-    {
-        m_views.erase(window);
-    }
+    void RemoveWindow(HWND window) override { m_views.erase(window); }
     void ResizeSurface(HWND window) override
     {
         QBackingStore* store = m_views.at(window).store.get();

@@ -38,10 +38,7 @@ QString text(const char* source)
 
 struct Stopped : std::exception
 {
-    const char* what() const noexcept override
-    {
-        return "stopped";
-    }
+    const char* what() const noexcept override { return "stopped"; }
 };
 
 struct Failure
@@ -55,19 +52,10 @@ class Progress final : public Assimp::ProgressHandler
 public:
     explicit Progress(const MeshProgress& progress) : m_progress(progress) {}
 
-    bool Update(float /*percentage*/) override
-    {
-        return !m_stopped;
-    }
+    bool Update(float /*percentage*/) override { return !m_stopped; }
 
-    void UpdateFileRead(int step, int steps) override
-    {
-        report(step, steps, 0.0, readShare);
-    }
-    void UpdatePostProcess(int step, int steps) override
-    {
-        report(step, steps, readShare, processShare);
-    }
+    void UpdateFileRead(int step, int steps) override { report(step, steps, 0.0, readShare); }
+    void UpdatePostProcess(int step, int steps) override { report(step, steps, readShare, processShare); }
 
     void report(double fraction)
     {
@@ -79,10 +67,7 @@ public:
             throw Stopped();
     }
 
-    bool stopped() const
-    {
-        return m_stopped;
-    }
+    bool stopped() const { return m_stopped; }
 
 private:
     void report(int step, int steps, double from, double to)

@@ -29,10 +29,7 @@ struct MeshData
     QVector3D minimum;            //!< of the bounding box
     QVector3D maximum;
 
-    int triangleCount() const
-    {
-        return static_cast<int>(indices.size() / 3);
-    }
+    int triangleCount() const { return static_cast<int>(indices.size() / 3); }
 };
 
 using MeshPointer = std::shared_ptr<const MeshData>;

@@ -15,10 +15,7 @@ struct Range
     double maximum;
     bool logarithmic = false; //!< equal ratios deserve equal distances on a slider
 
-    constexpr bool contains(double value) const
-    {
-        return value >= minimum && value <= maximum;
-    }
+    constexpr bool contains(double value) const { return value >= minimum && value <= maximum; }
     constexpr double clamp(double value) const
     {
         return value < minimum ? minimum : (value > maximum ? maximum : value);

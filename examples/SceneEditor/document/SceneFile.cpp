@@ -285,27 +285,12 @@ class Writer
 public:
     explicit Writer(const QDir& directory) : m_directory(directory) {}
 
-    const QJsonObject& object() const
-    {
-        return m_object;
-    }
+    const QJsonObject& object() const { return m_object; }
 
-    void value(const char* key, bool source)
-    {
-        put(key, source);
-    }
-    void value(const char* key, double source, const Range&)
-    {
-        put(key, source);
-    }
-    void powerOfTwo(const char* key, int source, int, int)
-    {
-        put(key, source);
-    }
-    void value(const char* key, const QString& source)
-    {
-        put(key, source);
-    }
+    void value(const char* key, bool source) { put(key, source); }
+    void value(const char* key, double source, const Range&) { put(key, source); }
+    void powerOfTwo(const char* key, int source, int, int) { put(key, source); }
+    void value(const char* key, const QString& source) { put(key, source); }
 
     void value(const char* key, const QVector3D& source, const Range&)
     {
@@ -360,10 +345,7 @@ public:
     }
 
 private:
-    void put(const char* key, const QJsonValue& value)
-    {
-        m_object.insert(QLatin1String(key), value);
-    }
+    void put(const char* key, const QJsonValue& value) { m_object.insert(QLatin1String(key), value); }
 
     QDir m_directory;
     QJsonObject m_object;

@@ -142,10 +142,7 @@ struct Box
                       std::numeric_limits<float>::max()};
     QVector3D maximum = -minimum;
 
-    bool isEmpty() const
-    {
-        return minimum.x() > maximum.x();
-    }
+    bool isEmpty() const { return minimum.x() > maximum.x(); }
 
     void add(const QVector3D& point)
     {

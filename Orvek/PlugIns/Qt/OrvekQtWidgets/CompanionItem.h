@@ -19,44 +19,20 @@ public:
             m_widgets.append(widget);
     }
 
-    QSize sizeHint() const override
-    {
-        return Line(*this).sizeHint();
-    }
-    QSize minimumSize() const override
-    {
-        return Line(*this).minimumSize();
-    }
-    QSize maximumSize() const override
-    {
-        return Line(*this).maximumSize();
-    }
-    Qt::Orientations expandingDirections() const override
-    {
-        return Line(*this).expandingDirections();
-    }
-    bool isEmpty() const override
-    {
-        return Line(*this).isEmpty();
-    }
+    QSize sizeHint() const override { return Line(*this).sizeHint(); }
+    QSize minimumSize() const override { return Line(*this).minimumSize(); }
+    QSize maximumSize() const override { return Line(*this).maximumSize(); }
+    Qt::Orientations expandingDirections() const override { return Line(*this).expandingDirections(); }
+    bool isEmpty() const override { return Line(*this).isEmpty(); }
     // None of the widgets has a height that depends on its width.
-    bool hasHeightForWidth() const override
-    {
-        return false;
-    }
-    int heightForWidth(int) const override
-    {
-        return -1;
-    }
+    bool hasHeightForWidth() const override { return false; }
+    int heightForWidth(int) const override { return -1; }
     void setGeometry(const QRect& rect) override
     {
         m_rect = rect;
         Line(*this).setGeometry(rect);
     }
-    QRect geometry() const override
-    {
-        return m_rect;
-    }
+    QRect geometry() const override { return m_rect; }
 
 private:
     Q_DISABLE_COPY(CompanionItem)

@@ -18,10 +18,7 @@ namespace EditorSupport
 class SignalMute
 {
 public:
-    explicit SignalMute(QObject* object) : m_object(object)
-    {
-        m_object->blockSignals(true);
-    }
+    explicit SignalMute(QObject* object) : m_object(object) { m_object->blockSignals(true); }
     ~SignalMute()
     {
         if (m_object)
