@@ -524,6 +524,65 @@
     </message>
 </context>
 <context>
+    <name>MeshLoader</name>
+    <message>
+        <source>vertex %1 is not finite, expected three finite numbers</source>
+        <translation>Eckpunkt %1 ist nicht endlich; erwartet: drei endliche Zahlen</translation>
+    </message>
+    <message>
+        <source>face %1 uses vertex %2, expected one below %3</source>
+        <translation>Fläche %1 benutzt Eckpunkt %2; erwartet: einer unter %3</translation>
+    </message>
+    <message>
+        <source>has no faces, expected at least one triangle</source>
+        <translation>hat keine Flächen; erwartet: mindestens ein Dreieck</translation>
+    </message>
+    <message>
+        <source>has %1 triangles, expected at most %2</source>
+        <translation>hat %1 Dreiecke; erwartet: höchstens %2</translation>
+    </message>
+    <message>
+        <source>a transformed vertex is not finite</source>
+        <translation>ein transformierter Eckpunkt ist nicht endlich</translation>
+    </message>
+    <message>
+        <source>does not exist, expected a mesh file</source>
+        <translation>existiert nicht; erwartet: eine Netzdatei</translation>
+    </message>
+    <message>
+        <source>is a directory, expected a mesh file</source>
+        <translation>ist ein Ordner; erwartet: eine Netzdatei</translation>
+    </message>
+    <message>
+        <source>is not a regular file, expected a mesh file</source>
+        <translation>ist keine gewöhnliche Datei; erwartet: eine Netzdatei</translation>
+    </message>
+    <message>
+        <source>is of an unknown kind, expected %1</source>
+        <translation>ist von unbekannter Art; erwartet: %1</translation>
+    </message>
+    <message>
+        <source>is too large, expected at most %1 MiB</source>
+        <translation>ist zu groß; erwartet: höchstens %1 MiB</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>is not a mesh that can be read, expected %1 (%2)</source>
+        <translation>ist kein lesbares Netz; erwartet: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>needs more memory than there is</source>
+        <translation>braucht mehr Speicher, als vorhanden ist</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
     <name>SceneEditor</name>
     <message>
         <source>Edits the objects, material, light and camera of a small 3D scene.</source>
@@ -580,6 +639,136 @@
     <message>
         <source>%1: cannot be written</source>
         <translation>%1: kann nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
+    <name>SceneFile</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>the file&apos;s top level</source>
+        <translation>oberste Ebene der Datei</translation>
+    </message>
+    <message>
+        <source>null</source>
+        <translation>null</translation>
+    </message>
+    <message>
+        <source>an array of %1</source>
+        <translation>ein Array mit %1 Elementen</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>ein Objekt</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>expected an object, found %1</source>
+        <translation>erwartet: ein Objekt; gefunden: %1</translation>
+    </message>
+    <message>
+        <source>%1: unknown, ignored</source>
+        <translation>%1: unbekannt, wird ignoriert</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true oder false</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>eine Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>a power of two from %1 to %2</source>
+        <translation>eine Zweierpotenz von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>an array of three numbers from %1 to %2</source>
+        <translation>ein Array mit drei Zahlen von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>expected a number from %1 to %2, found %3</source>
+        <translation>erwartet: eine Zahl von %1 bis %2; gefunden: %3</translation>
+    </message>
+    <message>
+        <source>a colour such as &quot;#ff8000&quot;</source>
+        <translation>eine Farbe wie &quot;#ff8000&quot;</translation>
+    </message>
+    <message>
+        <source>a text of at most %1 characters</source>
+        <translation>ein Text von höchstens %1 Zeichen</translation>
+    </message>
+    <message>
+        <source>one of %1</source>
+        <translation>eines von %1</translation>
+    </message>
+    <message>
+        <source>an array of at most %1</source>
+        <translation>ein Array mit höchstens %1 Elementen</translation>
+    </message>
+    <message>
+        <source>expected %1, found %2</source>
+        <translation>erwartet: %1; gefunden: %2</translation>
+    </message>
+    <message>
+        <source>expected &quot;%1&quot;, found %2</source>
+        <translation>erwartet: &quot;%1&quot;; gefunden: %2</translation>
+    </message>
+    <message>
+        <source>is a directory, expected a scene file</source>
+        <translation>ist ein Ordner; erwartet: eine Szenendatei</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>is too large, expected at most %1 MiB</source>
+        <translation>ist zu groß; erwartet: höchstens %1 MiB</translation>
+    </message>
+    <message>
+        <source>%1: not valid JSON, %2</source>
+        <translation>%1: kein gültiges JSON, %2</translation>
+    </message>
+    <message>
+        <source>1:1: expected an object, found an array</source>
+        <translation>1:1: erwartet: ein Objekt; gefunden: ein Array</translation>
+    </message>
+    <message>
+        <source>not saved, %1</source>
+        <translation>nicht gespeichert, %1</translation>
+    </message>
+    <message>
+        <source>cannot be written: %1</source>
+        <translation>kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>not saved, larger than %1 MiB</source>
+        <translation>nicht gespeichert, größer als %1 MiB</translation>
+    </message>
+</context>
+<context>
+    <name>SceneRenderer</name>
+    <message>
+        <source>The graphics driver refuses a shader: %1</source>
+        <translation>Der Grafiktreiber weist einen Shader ab: %1</translation>
+    </message>
+    <message>
+        <source>The graphics driver has no OpenGL 3.3</source>
+        <translation>Der Grafiktreiber hat kein OpenGL 3.3</translation>
+    </message>
+    <message>
+        <source>The view is larger than %1 pixels, the limit of the graphics driver</source>
+        <translation>Die Ansicht ist größer als %1 Pixel, die Grenze des Grafiktreibers</translation>
+    </message>
+    <message>
+        <source>The graphics driver has no frame buffer of %1 x %2 pixels</source>
+        <translation>Der Grafiktreiber hat keinen Bildspeicher mit %1 x %2 Pixeln</translation>
     </message>
 </context>
 <context>

@@ -810,9 +810,7 @@ void MainWindow::failLoading(const QString& error)
             if (m_loading->scene.objects[i].meshFile == m_loading->meshFiles.first())
             {
                 text = tr("%1: objects[%2].mesh: %3")
-                           .arg(QDir::toNativeSeparators(m_loading->sceneFile))
-                           .arg(i)
-                           .arg(error);
+                           .arg(QDir::toNativeSeparators(m_loading->sceneFile), QString::number(i), error);
                 break;
             }
         }

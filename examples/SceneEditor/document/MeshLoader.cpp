@@ -31,10 +31,10 @@ constexpr double processShare = 0.9;
 
 const char* const extensions[] = {"obj", "ply", "stl", "gltf", "glb"};
 
-QString text(const char* source)
+struct Text
 {
-    return QCoreApplication::translate("MeshLoader", source);
-}
+    Q_DECLARE_TR_FUNCTIONS(MeshLoader)
+};
 
 struct Stopped : std::exception
 {
@@ -96,7 +96,7 @@ void checkMeshes(const aiScene& scene)
         for (unsigned int v = 0; v < mesh.mNumVertices; ++v)
         {
             if (!isFinite(mesh.mVertices[v]))
-                throw Failure{text("vertex %1 is not finite, expected three finite numbers").arg(v)};
+                throw Failure{Text::tr("vertex %1 is not finite, expected three finite numbers").arg(v)};
         }
         for (unsigned int f = 0; f < mesh.mNumFaces; ++f)
         {
@@ -104,7 +104,7 @@ void checkMeshes(const aiScene& scene)
             for (unsigned int i = 0; i < face.mNumIndices; ++i)
             {
                 if (face.mIndices[i] >= mesh.mNumVertices)
-                    throw Failure{text("face %1 uses vertex %2, expected one below %3")
+                    throw Failure{Text::tr("face %1 uses vertex %2, expected one below %3")
                                       .arg(f)
                                       .arg(face.mIndices[i])
                                       .arg(mesh.mNumVertices)};
@@ -113,9 +113,9 @@ void checkMeshes(const aiScene& scene)
         }
     }
     if (triangles == 0)
-        throw Failure{text("has no faces, expected at least one triangle")};
+        throw Failure{Text::tr("has no faces, expected at least one triangle")};
     if (triangles > maximumTriangleCount)
-        throw Failure{text("has %1 triangles, expected at most %2").arg(triangles).arg(maximumTriangleCount)};
+        throw Failure{Text::tr("has %1 triangles, expected at most %2").arg(triangles).arg(maximumTriangleCount)};
 }
 
 QVector3D toVector(const aiVector3D& v)
@@ -153,7 +153,7 @@ std::shared_ptr<MeshData> convert(const aiScene& scene)
         }
     }
     if (data->indices.empty())
-        throw Failure{text("has no faces, expected at least one triangle")};
+        throw Failure{Text::tr("has no faces, expected at least one triangle")};
 
     data->minimum = data->maximum = data->vertices.front().position;
     for (const MeshData::Vertex& vertex : data->vertices)
@@ -162,7 +162,7 @@ std::shared_ptr<MeshData> convert(const aiScene& scene)
         {
             // Node transforms of large numbers can overflow even where the file's own numbers are finite.
             if (!std::isfinite(vertex.position[i]))
-                throw Failure{text("a transformed vertex is not finite")};
+                throw Failure{Text::tr("a transformed vertex is not finite")};
             data->minimum[i] = qMin(data->minimum[i], vertex.position[i]);
             data->maximum[i] = qMax(data->maximum[i], vertex.position[i]);
         }
@@ -173,21 +173,22 @@ std::shared_ptr<MeshData> convert(const aiScene& scene)
 void checkFile(const QFileInfo& info)
 {
     if (!info.exists())
-        throw Failure{text("does not exist, expected a mesh file")};
+        throw Failure{Text::tr("does not exist, expected a mesh file")};
     if (info.isDir())
-        throw Failure{text("is a directory, expected a mesh file")};
+        throw Failure{Text::tr("is a directory, expected a mesh file")};
     if (!info.isFile())
-        throw Failure{text("is not a regular file, expected a mesh file")};
+        throw Failure{Text::tr("is not a regular file, expected a mesh file")};
     bool known = false;
     for (const char* extension : extensions)
         known = known || info.suffix().compare(QLatin1String(extension), Qt::CaseInsensitive) == 0;
     if (!known)
-        throw Failure{text("is of an unknown kind, expected %1").arg(meshFilePatterns().join(QStringLiteral(", ")))};
+        throw Failure{
+            Text::tr("is of an unknown kind, expected %1").arg(meshFilePatterns().join(QStringLiteral(", ")))};
     if (info.size() > maximumMeshFileSize)
-        throw Failure{text("is too large, expected at most %1 MiB").arg(maximumMeshFileSize / 1024 / 1024)};
+        throw Failure{Text::tr("is too large, expected at most %1 MiB").arg(maximumMeshFileSize / 1024 / 1024)};
     QFile file(info.filePath());
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure{text("cannot be read: %1").arg(file.errorString())};
+        throw Failure{Text::tr("cannot be read: %1").arg(file.errorString())};
 }
 
 std::shared_ptr<MeshData> import(const QFileInfo& info, const MeshProgress& progress)
@@ -202,7 +203,7 @@ std::shared_ptr<MeshData> import(const QFileInfo& info, const MeshProgress& prog
     {
         if (handler->stopped())
             throw Stopped();
-        throw Failure{text("is not a mesh that can be read, expected %1 (%2)")
+        throw Failure{Text::tr("is not a mesh that can be read, expected %1 (%2)")
                           .arg(info.suffix().toUpper(), QString::fromUtf8(importer.GetErrorString()).simplified())};
     };
     const QByteArray path = info.absoluteFilePath().toUtf8();
@@ -259,14 +260,14 @@ MeshPointer loadMesh(const QString& fileName, QString* error, const MeshProgress
     }
     catch (const std::bad_alloc&)
     {
-        message = text("needs more memory than there is");
+        message = Text::tr("needs more memory than there is");
     }
     catch (const std::exception& exception)
     {
-        message = text("cannot be read: %1").arg(QString::fromLocal8Bit(exception.what()));
+        message = Text::tr("cannot be read: %1").arg(QString::fromLocal8Bit(exception.what()));
     }
     if (error != nullptr)
-        *error = text("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
+        *error = Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
     return nullptr;
 }
 

@@ -21,10 +21,10 @@ const QString formatName = QStringLiteral("orvek-scene");
 constexpr int formatVersion = 1;
 constexpr int maximumTextLength = 4096; // characters of a name or a file name
 
-QString text(const char* source)
+struct Text
 {
-    return QCoreApplication::translate("SceneFile", source);
-}
+    Q_DECLARE_TR_FUNCTIONS(SceneFile)
+};
 
 QString number(double value)
 {
@@ -75,7 +75,7 @@ struct Report
     void fail(const QString& path, const QString& expectation)
     {
         if (error.isEmpty())
-            error = text("%1: %2").arg(path.isEmpty() ? text("the file's top level") : path, expectation);
+            error = Text::tr("%1: %2").arg(path.isEmpty() ? Text::tr("the file's top level") : path, expectation);
     }
 };
 
@@ -84,7 +84,7 @@ QString describe(const QJsonValue& value)
     switch (value.type())
     {
     case QJsonValue::Null:
-        return text("null");
+        return Text::tr("null");
     case QJsonValue::Bool:
         return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
     case QJsonValue::Double:
@@ -97,13 +97,13 @@ QString describe(const QJsonValue& value)
         return QLatin1Char('"') + shortened + QLatin1Char('"');
     }
     case QJsonValue::Array:
-        return text("an array of %1").arg(value.toArray().size());
+        return Text::tr("an array of %1").arg(value.toArray().size());
     case QJsonValue::Object:
-        return text("an object");
+        return Text::tr("an object");
     case QJsonValue::Undefined:
         break;
     }
-    return text("nothing");
+    return Text::tr("nothing");
 }
 
 QString memberPath(const QString& parent, const QString& key)
@@ -121,7 +121,7 @@ public:
         if (value.isObject())
             m_object = value.toObject();
         else
-            m_report.fail(path, text("expected an object, found %1").arg(describe(value)));
+            m_report.fail(path, Text::tr("expected an object, found %1").arg(describe(value)));
     }
 
     ~Reader()
@@ -129,7 +129,7 @@ public:
         for (auto it = m_object.constBegin(); it != m_object.constEnd(); ++it)
         {
             if (!m_known.contains(it.key()))
-                m_report.warnings << text("%1: unknown, ignored").arg(memberPath(m_path, it.key()));
+                m_report.warnings << Text::tr("%1: unknown, ignored").arg(memberPath(m_path, it.key()));
         }
     }
 
@@ -139,7 +139,7 @@ public:
         if (json.isBool())
             target = json.toBool();
         else
-            expected(key, json, text("true or false"));
+            expected(key, json, Text::tr("true or false"));
     }
 
     void value(const char* key, double& target, const Range& range)
@@ -148,7 +148,7 @@ public:
         if (json.isDouble() && range.contains(json.toDouble()))
             target = json.toDouble();
         else
-            expected(key, json, text("a number from %1 to %2").arg(number(range.minimum), number(range.maximum)));
+            expected(key, json, Text::tr("a number from %1 to %2").arg(number(range.minimum), number(range.maximum)));
     }
 
     void powerOfTwo(const char* key, int& target, int minimum, int maximum)
@@ -158,14 +158,14 @@ public:
         if (isPowerOfTwo(read) && read >= minimum && read <= maximum)
             target = read;
         else
-            expected(key, json, text("a power of two from %1 to %2").arg(minimum).arg(maximum));
+            expected(key, json, Text::tr("a power of two from %1 to %2").arg(minimum).arg(maximum));
     }
 
     void value(const char* key, QVector3D& target, const Range& range)
     {
         const QJsonValue json = take(key);
         const QString expectation =
-            text("an array of three numbers from %1 to %2").arg(number(range.minimum), number(range.maximum));
+            Text::tr("an array of three numbers from %1 to %2").arg(number(range.minimum), number(range.maximum));
         const QJsonArray array = json.toArray();
         if (!json.isArray() || array.size() != 3)
             return expected(key, json, expectation);
@@ -177,7 +177,7 @@ public:
             const bool inside = component >= float(range.minimum) && component <= float(range.maximum);
             if (!array.at(i).isDouble() || !inside)
                 return m_report.fail(QStringLiteral("%1[%2]").arg(memberPath(m_path, QLatin1String(key))).arg(i),
-                                     text("expected a number from %1 to %2, found %3")
+                                     Text::tr("expected a number from %1 to %2, found %3")
                                          .arg(number(range.minimum), number(range.maximum), describe(array.at(i))));
             read[i] = component;
         }
@@ -193,7 +193,7 @@ public:
         if (colour.isValid())
             target = colour;
         else
-            expected(key, json, text("a colour such as \"#ff8000\""));
+            expected(key, json, Text::tr("a colour such as \"#ff8000\""));
     }
 
     void value(const char* key, QString& target)
@@ -202,7 +202,7 @@ public:
         if (json.isString() && json.toString().size() <= maximumTextLength)
             target = json.toString();
         else
-            expected(key, json, text("a text of at most %1 characters").arg(maximumTextLength));
+            expected(key, json, Text::tr("a text of at most %1 characters").arg(maximumTextLength));
     }
 
     void file(const char* key, QString& target)
@@ -227,7 +227,7 @@ public:
             }
             known << QLatin1Char('"') + QLatin1String(name.text) + QLatin1Char('"');
         }
-        expected(key, json, text("one of %1").arg(known.join(QStringLiteral(", "))));
+        expected(key, json, Text::tr("one of %1").arg(known.join(QStringLiteral(", "))));
     }
 
     template <typename T>
@@ -246,7 +246,7 @@ public:
         const QJsonValue json = take(key);
         const QJsonArray array = json.toArray();
         if (!json.isArray() || array.size() > maximum)
-            return expected(key, json, text("an array of at most %1").arg(maximum));
+            return expected(key, json, Text::tr("an array of at most %1").arg(maximum));
         target.clear();
         for (int i = 0; i < array.size() && m_report.error.isEmpty(); ++i)
         {
@@ -271,7 +271,7 @@ private:
     {
         if (!found.isUndefined())
             m_report.fail(memberPath(m_path, QLatin1String(key)),
-                          text("expected %1, found %2").arg(expectation, describe(found)));
+                          Text::tr("expected %1, found %2").arg(expectation, describe(found)));
     }
 
     QJsonObject m_object;
@@ -445,10 +445,11 @@ std::optional<Scene> parseScene(const QJsonObject& root, Report& report)
     Reader reader(root, QString(), report);
     const QJsonValue format = reader.take("format");
     if (format != QJsonValue(formatName))
-        report.fail(QStringLiteral("format"), text("expected \"%1\", found %2").arg(formatName, describe(format)));
+        report.fail(QStringLiteral("format"), Text::tr("expected \"%1\", found %2").arg(formatName, describe(format)));
     const QJsonValue version = reader.take("version");
     if (version != QJsonValue(formatVersion))
-        report.fail(QStringLiteral("version"), text("expected %1, found %2").arg(formatVersion).arg(describe(version)));
+        report.fail(QStringLiteral("version"),
+                    Text::tr("expected %1, found %2").arg(formatVersion).arg(describe(version)));
     if (report.error.isEmpty())
         members(reader, scene);
     if (!report.error.isEmpty())
@@ -469,7 +470,7 @@ QJsonObject toJson(Scene scene, const QDir& directory)
 bool setError(QString* error, const QString& fileName, const QString& message)
 {
     if (error != nullptr)
-        *error = text("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
+        *error = Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
     return false;
 }
 } // namespace
@@ -484,26 +485,26 @@ std::optional<Scene> readScene(const QString& fileName, QString* error, QStringL
 
     const QFileInfo info(fileName);
     if (info.isDir())
-        return failed(text("is a directory, expected a scene file"));
+        return failed(Text::tr("is a directory, expected a scene file"));
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return failed(text("cannot be read: %1").arg(file.errorString()));
+        return failed(Text::tr("cannot be read: %1").arg(file.errorString()));
     // One byte more than allowed also finds out about devices and pipes, which have no size.
     const QByteArray data = file.read(maximumSceneFileSize + 1);
     if (file.error() != QFileDevice::NoError)
-        return failed(text("cannot be read: %1").arg(file.errorString()));
+        return failed(Text::tr("cannot be read: %1").arg(file.errorString()));
     if (data.size() > maximumSceneFileSize)
-        return failed(text("is too large, expected at most %1 MiB").arg(maximumSceneFileSize / 1024 / 1024));
+        return failed(Text::tr("is too large, expected at most %1 MiB").arg(maximumSceneFileSize / 1024 / 1024));
 
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(data, &parseError);
     if (parseError.error != QJsonParseError::NoError)
         return failed(
-            text("%1: not valid JSON, %2").arg(lineAndColumn(data, parseError.offset), parseError.errorString()));
+            Text::tr("%1: not valid JSON, %2").arg(lineAndColumn(data, parseError.offset), parseError.errorString()));
     Report report;
     report.directory = QDir(info.absolutePath());
     if (!document.isObject())
-        return failed(text("1:1: expected an object, found an array"));
+        return failed(Text::tr("1:1: expected an object, found an array"));
     const std::optional<Scene> scene = parseScene(document.object(), report);
     if (!scene)
         return failed(report.error);
@@ -520,17 +521,18 @@ bool writeScene(const Scene& scene, const QString& fileName, QString* error)
     Report report;
     report.directory = directory;
     if (!parseScene(root, report))
-        return setError(error, fileName, text("not saved, %1").arg(report.error));
+        return setError(error, fileName, Text::tr("not saved, %1").arg(report.error));
 
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
-        return setError(error, fileName, text("cannot be written: %1").arg(file.errorString()));
+        return setError(error, fileName, Text::tr("cannot be written: %1").arg(file.errorString()));
     const QByteArray data = QJsonDocument(root).toJson();
     if (data.size() > maximumSceneFileSize)
-        return setError(error, fileName, text("not saved, larger than %1 MiB").arg(maximumSceneFileSize / 1024 / 1024));
+        return setError(error, fileName,
+                        Text::tr("not saved, larger than %1 MiB").arg(maximumSceneFileSize / 1024 / 1024));
     file.write(data);
     if (!file.commit())
-        return setError(error, fileName, text("cannot be written: %1").arg(file.errorString()));
+        return setError(error, fileName, Text::tr("cannot be written: %1").arg(file.errorString()));
     return true;
 }
 } // namespace sceneeditor

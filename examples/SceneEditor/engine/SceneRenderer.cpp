@@ -24,10 +24,10 @@ constexpr float outlinePixels = 2.0f;
 const QVector3D selectionColour(1.0f, 0.62f, 0.15f); // sRGB
 constexpr double pi = 3.14159265358979323846;
 
-QString text(const char* source)
+struct Text
 {
-    return QCoreApplication::translate("SceneRenderer", source);
-}
+    Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
+};
 
 float toLinear(double c)
 {
@@ -265,7 +265,7 @@ bool SceneRenderer::Graphics::link(QOpenGLShaderProgram& program, const char* ve
     if (program.addShaderFromSourceCode(QOpenGLShader::Vertex, version + vertex) &&
         program.addShaderFromSourceCode(QOpenGLShader::Fragment, version + fragment) && program.link())
         return true;
-    *error = text("The graphics driver refuses a shader: %1").arg(program.log().simplified());
+    *error = Text::tr("The graphics driver refuses a shader: %1").arg(program.log().simplified());
     return false;
 }
 
@@ -276,7 +276,7 @@ bool SceneRenderer::Graphics::prepare(QString* error)
     if (gl == nullptr || !gl->initializeOpenGLFunctions())
     {
         gl = nullptr;
-        *error = text("The graphics driver has no OpenGL 3.3");
+        *error = Text::tr("The graphics driver has no OpenGL 3.3");
         return false;
     }
     const QByteArray common(shaders::common);
@@ -320,7 +320,7 @@ bool SceneRenderer::Graphics::resize(const QSize& wanted, int wantedSamples, QSt
     granted = qMin(granted, wantedSamples);
     if (wanted.width() > largest || wanted.height() > largest)
     {
-        *error = text("The view is larger than %1 pixels, the limit of the graphics driver").arg(largest);
+        *error = Text::tr("The view is larger than %1 pixels, the limit of the graphics driver").arg(largest);
         return false;
     }
     gl->glGenFramebuffers(1, &resolved[0]);
@@ -349,7 +349,7 @@ bool SceneRenderer::Graphics::resize(const QSize& wanted, int wantedSamples, QSt
             break;
         if (granted == 0)
         {
-            *error = text("The graphics driver has no frame buffer of %1 x %2 pixels")
+            *error = Text::tr("The graphics driver has no frame buffer of %1 x %2 pixels")
                          .arg(wanted.width())
                          .arg(wanted.height());
             return false;
