@@ -1,5 +1,5 @@
 # What `cmake --install` and `cpack` take: the component Runtime has what a finished program or Qt Designer needs,
-# Development the rest. All paths in installed files are relative, so the prefix can be moved.
+# Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files are relative, so the prefix can be moved.
 include(CMakePackageConfigHelpers)
 
 # Debian looks for libraries below its architecture's name, whatever the prefix. With the same folder in every installation
@@ -51,7 +51,7 @@ install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
     FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png PATTERN *.qch)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/orvekqtwidgets/translations
-    COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN *.qm)
+    COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN orvekqtwidgets_*.qm)
 
 # find_package(OrvekQtWidgets)
 set(_config ${CMAKE_INSTALL_LIBDIR}/cmake/OrvekQtWidgets)

@@ -1,5 +1,5 @@
-# `cpack -G DEB` makes two packages: liborvekqtwidgets1 to run programs and to have the widgets in Qt Designer, and
-# liborvekqtwidgets-dev to build with. `cpack -G TGZ` makes one archive.
+# `cpack -G DEB` makes liborvekqtwidgets1 to run programs and to have the widgets in Qt Designer, liborvekqtwidgets-dev to
+# build with and, where the examples are built, orvek-scene-editor. `cpack -G TGZ` makes one archive.
 set(CPACK_PACKAGE_NAME orvekqtwidgets)
 set(CPACK_PACKAGE_VENDOR "OrvekQtWidgets maintainers")
 set(CPACK_PACKAGE_CONTACT "OrvekQtWidgets maintainers <maintainers@users.noreply.c-seed-7e902a63.example>")
@@ -9,33 +9,42 @@ set(CPACK_VERBATIM_VARIABLES ON)
 
 set(_runtime liborvekqtwidgets${PROJECT_VERSION_MAJOR})
 set(_development liborvekqtwidgets-dev)
+set(_editor orvek-scene-editor)
+set(_components Runtime Development)
+if(ORVEK_BUILD_EXAMPLES)
+    list(APPEND _components SceneEditor)
+endif()
 # What Debian wants beside the documentation, and an ordinary installation does not need.
 find_program(ORVEK_GZIP gzip)
-foreach(_package IN ITEMS ${_runtime} ${_development})
-    if(_package STREQUAL _runtime)
-        set(_component DebianRuntime)
+foreach(_component IN LISTS _components)
+    if(_component STREQUAL Runtime)
+        set(_package ${_runtime})
+    elseif(_component STREQUAL Development)
+        set(_package ${_development})
     else()
-        set(_component DebianDevelopment)
+        set(_package ${_editor})
     endif()
-    install(FILES packaging/debian/copyright DESTINATION share/doc/${_package} COMPONENT ${_component} EXCLUDE_FROM_ALL)
+    install(FILES packaging/debian/copyright DESTINATION share/doc/${_package} COMPONENT Debian${_component}
+        EXCLUDE_FROM_ALL)
     if(ORVEK_GZIP)
         execute_process(COMMAND ${ORVEK_GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/debian/changelog
             OUTPUT_FILE ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz)
         install(FILES ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz DESTINATION share/doc/${_package}
-            COMPONENT ${_component} EXCLUDE_FROM_ALL)
+            COMPONENT Debian${_component} EXCLUDE_FROM_ALL)
     endif()
 endforeach()
 
-set(CPACK_COMPONENTS_ALL Runtime Development)
+set(CPACK_COMPONENTS_ALL ${_components})
+list(TRANSFORM _components PREPEND Debian OUTPUT_VARIABLE _debian_components)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/installed/OrvekCPackOptions.cmake)
-file(WRITE ${CPACK_PROJECT_CONFIG_FILE} [[
-if(CPACK_GENERATOR STREQUAL "DEB")
-    list(APPEND CPACK_COMPONENTS_ALL DebianRuntime DebianDevelopment)
+file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "
+if(CPACK_GENERATOR STREQUAL \"DEB\")
+    list(APPEND CPACK_COMPONENTS_ALL ${_debian_components})
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
     # Each package has a summary of its own.
-    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY \"\")
 endif()
-]])
+")
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
@@ -57,6 +66,13 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${_runtime} (= ${PROJECT_VERSION}-1), qtbase5-dev (>= 5.15)")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "qttools5-dev-tools")
 
+set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_NAME ${_editor})
+set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_RECOMMENDS "qttranslations5-l10n")
+# The library of the other package is found here, where dpkg does not know to which package it belongs.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
+set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_DEPENDS "${_runtime} (= ${PROJECT_VERSION}-1)")
+
 # Without it the linker would not see the library before the next package that has one.
 file(WRITE ${PROJECT_BINARY_DIR}/installed/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/installed/triggers)
@@ -67,6 +83,9 @@ renderer to draw on. Qt Designer offers the widgets in its widget box.")
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "${PROJECT_DESCRIPTION}\n${_about}")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
     "${PROJECT_DESCRIPTION} - headers\n${_about}\n.\nThis package has what building a program with them takes.")
+set(CPACK_DEBIAN_SCENEEDITOR_DESCRIPTION "editor for the objects, light and camera of a small 3D scene
+An example of what the widgets of OrvekQtWidgets can do: meshes, a material
+each, a light, a camera and the surroundings, edited beside a view of them.")
 
 include(CPack)
 cpack_add_component_group(library DISPLAY_NAME "Library")
@@ -75,3 +94,8 @@ cpack_add_component(Runtime DISPLAY_NAME "Library and Qt Designer plugin" GROUP 
 cpack_add_component(DebianRuntime GROUP library HIDDEN)
 cpack_add_component(Development DISPLAY_NAME "Headers and build files" GROUP development DEPENDS Runtime)
 cpack_add_component(DebianDevelopment GROUP development HIDDEN)
+if(ORVEK_BUILD_EXAMPLES)
+    cpack_add_component_group(sceneeditor DISPLAY_NAME "Scene editor")
+    cpack_add_component(SceneEditor DISPLAY_NAME "Scene editor" GROUP sceneeditor DEPENDS Runtime)
+    cpack_add_component(DebianSceneEditor GROUP sceneeditor HIDDEN)
+endif()

@@ -22,15 +22,11 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(SceneEditor)
 };
 
-// The shipped scene: in the sources while they are there, otherwise where an installation has it.
+// The shipped scene. A build has the folder in the same place as an installation.
 QString studioScene()
 {
-    const QString name = QStringLiteral("studio.json");
-    const QDir sources(QStringLiteral(SCENE_EDITOR_ASSETS));
-    if (sources.exists(name))
-        return sources.filePath(name);
     return QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                           QStringLiteral("/../share/OrvekQtWidgets/SceneEditor/") + name);
+                           QStringLiteral("/../share/orvekqtwidgets/SceneEditor/studio.json"));
 }
 
 int fail(const QString& text)

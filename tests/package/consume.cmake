@@ -86,6 +86,10 @@ file(RENAME ${WORK}/first "${WORK}/elsewhere/a new home")
 set(moved "${WORK}/elsewhere/a new home")
 build_stranger(${WORK}/build-moved "-DCMAKE_PREFIX_PATH=${moved}")
 run_stranger(${WORK}/build-moved/stranger)
+# It finds its library and the scene to begin with from where it lies.
+if(EXISTS "${moved}/bin/SceneEditor")
+    run_stranger("${moved}/bin/SceneEditor" --screenshot ${WORK}/editor.png)
+endif()
 file(GLOB_RECURSE pc "${moved}/orvekqtwidgets.pc")
 get_filename_component(pc_directory "${pc}" DIRECTORY)
 
