@@ -251,6 +251,13 @@ void tst_PropertyPanel::searchFieldReturnsToEmptyLayout()
     QObject second(&panel);
     QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
 
+    // From elsewhere the field comes as a child of its own.
+    search->setParent(nullptr);
+    QCOMPARE(itemsOf(panel), QList<QObject*>());
+    QObject third(&panel);
+    QCOMPARE(search->parent(), &panel);
+    QTRY_COMPARE(itemsOf(panel), QList<QObject*>({search}));
+
     delete panel.layout();
     QScrollArea area;
     area.setParent(&panel);

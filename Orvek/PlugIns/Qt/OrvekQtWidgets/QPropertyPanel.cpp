@@ -89,7 +89,7 @@ void QPropertyPanel::childEvent(QChildEvent* event)
     if (event->type() == QEvent::ChildAdded)
     {
         if (m_search && rows && rows->count() == 0)
-            rows->addWidget(m_search);
+            ContainerSupport::layOut(this, m_search);
         if (event->child()->isWidgetType())
         {
             // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their
