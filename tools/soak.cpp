@@ -194,12 +194,23 @@ QPalette anyPalette(Random& random)
     return {QColor::fromRgba(static_cast<QRgb>(random.next())), QColor::fromRgba(static_cast<QRgb>(random.next()))};
 }
 
+// Now and then a value without a name, within the bits that C++ promises for the type: code made by moc cannot take
+// more.
+int anyOf(const QMetaEnum& type, Random& random)
+{
+    int bits = 0;
+    for (int i = 0; i < type.keyCount(); ++i)
+        bits |= qMax(type.value(i), 0);
+    for (int shift = 1; shift < 32; shift *= 2)
+        bits |= bits >> shift;
+    return random.once(6) ? static_cast<int>(random.next()) & bits : type.value(random.below(type.keyCount()));
+}
+
 // Of a property's type; invalid for a type that stays as it is.
 QVariant anyOf(const QMetaProperty& property, Random& random)
 {
     if (property.isEnumType())
-        return random.once(6) ? random.below(5)
-                              : property.enumerator().value(random.below(property.enumerator().keyCount()));
+        return anyOf(property.enumerator(), random);
     switch (static_cast<int>(property.userType()))
     {
     case QMetaType::Bool:
@@ -308,6 +319,14 @@ QString nameOf(const QObject* object)
     return QStringLiteral("%1 %2").arg(QLatin1String(object->metaObject()->className()), object->objectName());
 }
 
+// What has been done so far.
+struct Counts
+{
+    qint64 user = 0;
+    qint64 writes = 0;
+    qint64 host = 0;
+} counts;
+
 QString complaint;          // of the first check that failed; empty so far
 bool hostIsAtFault = false; // while Qt may warn, as a host writes nonsense into what belongs to Qt
 
@@ -319,10 +338,17 @@ void check(bool holds, const QString& what)
 
 void hearWarning(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    // What neither the library nor Qt's widgets say: gaps of the platform, and style sheets that the host garbled.
-    static const char* const others[] = {
-        "This plugin does not",       "Could not parse", "QXcb", "qt.qpa", "libpng", "propagateSizeHints",
-        "Cannot destroy paint device"};
+    // What neither the library nor Qt's widgets say: gaps of the platform, and style sheets, paths and filters of files
+    // that the host garbled.
+    static const char* const others[] = {"This plugin does not",
+                                         "Could not parse",
+                                         "QXcb",
+                                         "qt.qpa",
+                                         "libpng",
+                                         "propagateSizeHints",
+                                         "Cannot destroy paint device",
+                                         "Broken filename",
+                                         "called on an invalid QRegularExpression"};
     for (const char* other : others)
         if (message.contains(QLatin1String(other)))
             return;
@@ -353,8 +379,10 @@ public:
         QApplication::setLayoutDirection(Qt::LeftToRight);
         QApplication::setPalette(QPalette());
         QApplication::setFont(QFont());
+        const std::set<HWND> left = lastWindows(all());
         qDeleteAll(live());
         settle();
+        checkLeft(left);
     }
     void step(int index)
     {
@@ -367,8 +395,9 @@ public:
     }
 
 private:
-    void note(const QString& what) const
+    void note(qint64& count, const QString& what) const
     {
+        ++count;
         if (m_shown)
             std::fprintf(stderr, "%4d  %s\n", m_index, qPrintable(what));
     }
@@ -411,6 +440,24 @@ private:
     }
     QWidget* anyOurs(Random& random) const { return find(random, isOfLibrary); }
 
+    // What views take off their manager when they are deleted now: only the window that they have. Where Qt has
+    // replaced it, the manager learns the new one from the calls for frames, and keeps the old one.
+    static std::set<HWND> lastWindows(const QWidgetList& widgets)
+    {
+        std::set<HWND> windows;
+        for (QWidget* widget : widgets)
+            if (auto* view = qobject_cast<QRenderWidget*>(widget))
+                windows.insert(view->internalWinId() ? reinterpret_cast<HWND>(view->internalWinId()) : view->GetHWND());
+        return windows;
+    }
+    void checkLeft(const std::set<HWND>& windows) const
+    {
+        for (const Manager& manager : m_managers)
+            for (HWND window : windows)
+                check(manager.windows.count(window) == 0,
+                      QStringLiteral("a manager keeps the window of a view that is gone"));
+    }
+
     // Inside Qt's own widgets nothing may be deleted or moved away.
     static bool isQts(const QWidget* widget)
     {
@@ -434,7 +481,7 @@ private:
     }
     void fill(QWidget* root)
     {
-        auto* panel = new QPropertyPanel(root);
+        auto* panel = prepare(new QPropertyPanel(root));
         panel->resize(root->size());
         auto* area = new QScrollArea(panel);
         area->setWidgetResizable(true);
@@ -477,7 +524,7 @@ private:
         case 6:
             return prepare(new QRenderWidget(parent));
         case 7:
-            return new QPropertyPanel(parent);
+            return prepare(new QPropertyPanel(parent));
         case 8:
             return new QScrollArea(parent);
         default:
@@ -488,12 +535,17 @@ private:
     template <typename Widget>
     Widget* prepare(Widget* widget)
     {
-        const auto heard = [this] { answer(); };
+        const auto heard = [this, widget] { answer(widget); };
         if constexpr (std::is_same_v<Widget, QRenderWidget>)
         {
             widget->setMinimumHeight(40);
             QObject::connect(widget, &QRenderWidget::viewUpdated, &m_closer, heard);
             QObject::connect(widget, &QRenderWidget::keyReleased, &m_closer, heard);
+            QObject::connect(widget, &QRenderWidget::deferredUpdate, &m_closer, heard);
+        }
+        else if constexpr (std::is_same_v<Widget, QPropertyPanel>)
+        {
+            QObject::connect(widget, qOverload<const QString&>(&QPropertyPanel::setSearchText), &m_closer, heard);
         }
         else
         {
@@ -504,13 +556,13 @@ private:
             QObject::connect(widget, &Widget::startedEdit, &m_closer, heard);
         return widget;
     }
-    void answer()
+    void answer(QWidget* sender)
     {
         if (!m_onSignal)
             return;
-        const std::function<void()> ordered = std::move(m_onSignal);
+        const std::function<void(QWidget*)> ordered = std::move(m_onSignal);
         m_onSignal = nullptr;
-        ordered();
+        ordered(sender);
     }
 
     // Whoever opens a dialog waits for its end; meanwhile a host may delete its editor.
@@ -603,7 +655,7 @@ private:
             target = anyWidget(random);
         if (!target)
             return;
-        note(QStringLiteral("key %1 with %2 on %3").arg(key, 0, 16).arg(int(with)).arg(nameOf(target)));
+        note(counts.user, QStringLiteral("key %1 with %2 on %3").arg(key, 0, 16).arg(int(with)).arg(nameOf(target)));
         const QPointer<QWidget> alive(target);
         const QString text = key < 0x80 && with == Qt::NoModifier ? QString(QChar(key)) : QString();
         QKeyEvent press(QEvent::KeyPress, key, with, text);
@@ -619,7 +671,8 @@ private:
         if (!field)
             return;
         const QString text = anyString(random).left(40);
-        note(QStringLiteral("type %1 into %2 of %3").arg(text, nameOf(field), nameOf(field->parentWidget())));
+        note(counts.user,
+             QStringLiteral("type %1 into %2 of %3").arg(text, nameOf(field), nameOf(field->parentWidget())));
         field->setFocus();
         qobject_cast<QLineEdit*>(field)->selectAll();
         for (const QChar character : text)
@@ -654,12 +707,12 @@ private:
         };
         const bool through = random.once(2) && target->window()->windowHandle();
         const QPoint start = place();
-        note(QStringLiteral("mouse button %1 on %2 of %3 at %4,%5%6")
-                 .arg(button)
-                 .arg(nameOf(target), nameOf(target->parentWidget()))
-                 .arg(start.x())
-                 .arg(start.y())
-                 .arg(through ? QStringLiteral(" through the window") : QString()));
+        note(counts.user, QStringLiteral("mouse button %1 on %2 of %3 at %4,%5%6")
+                              .arg(button)
+                              .arg(nameOf(target), nameOf(target->parentWidget()))
+                              .arg(start.x())
+                              .arg(start.y())
+                              .arg(through ? QStringLiteral(" through the window") : QString()));
         m_deleteBehindDialog = random.once(4);
         if (through)
         {
@@ -694,7 +747,7 @@ private:
             return;
         const QPoint delta(random.once(4) ? anyInt(random) % 100000 : 0,
                            random.once(2) ? 120 : anyInt(random) % 100000);
-        note(QStringLiteral("wheel %1,%2 on %3").arg(delta.x()).arg(delta.y()).arg(nameOf(target)));
+        note(counts.user, QStringLiteral("wheel %1,%2 on %3").arg(delta.x()).arg(delta.y()).arg(nameOf(target)));
         QWheelEvent event(QPointF(2, 2), target->mapToGlobal(QPoint(2, 2)), QPoint(), delta, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(target, &event);
@@ -705,7 +758,8 @@ private:
         if (!target)
             return;
         const QSize size(random.below(LargestSide), random.below(LargestSide));
-        note(QStringLiteral("resize %1 to %2x%3").arg(nameOf(target)).arg(size.width()).arg(size.height()));
+        note(counts.host,
+             QStringLiteral("resize %1 to %2x%3").arg(nameOf(target)).arg(size.width()).arg(size.height()));
         target->resize(size);
     }
     void changeShown(Random& random)
@@ -714,7 +768,8 @@ private:
         if (!target)
             return;
         const int what = random.below(6);
-        note(QStringLiteral("change %1 whether %2 is shown or has the focus").arg(what).arg(nameOf(target)));
+        note(counts.host,
+             QStringLiteral("change %1 whether %2 is shown or has the focus").arg(what).arg(nameOf(target)));
         wear(target);
         if (what == 0)
             target->close();
@@ -751,7 +806,8 @@ private:
         if (!property.isWritable() || left.contains(name) || value.userType() == QMetaType::UnknownType ||
             (target->isWindow() && name.contains("imum")) || (name == "styleSheet" && !random.once(5)))
             return;
-        note(QStringLiteral("write %1 of %2 of %3 = %4")
+        note(counts.writes,
+             QStringLiteral("write %1 of %2 of %3 = %4")
                  .arg(QLatin1String(name), nameOf(target), nameOf(target->parentWidget()), value.toString().left(60)));
         const bool isQts = property.enclosingMetaObject() == &QWidget::staticMetaObject || !ours;
         wear(target);
@@ -792,7 +848,7 @@ private:
                 bool ok = false;
                 const double number = value.toDouble(&ok);
                 const double now = edit->value().toDouble();
-                check(!edit->signalsBlocked(), QStringLiteral("setValue() left the signals blocked"));
+                check(!ok || !edit->signalsBlocked(), QStringLiteral("setValue() left the signals blocked"));
                 if (ok && !std::isnan(number) && edit->minimum() <= edit->maximum())
                 {
                     check(now >= edit->minimum() && now <= edit->maximum(), QStringLiteral("value out of its range"));
@@ -845,7 +901,7 @@ private:
         if (meta->methodCount() <= own)
             return;
         const QMetaMethod method = meta->method(own + random.below(meta->methodCount() - own));
-        note(QStringLiteral("call %1 of %2").arg(QLatin1String(method.methodSignature()), nameOf(target)));
+        note(counts.host, QStringLiteral("call %1 of %2").arg(QLatin1String(method.methodSignature()), nameOf(target)));
         m_deleteBehindDialog = random.once(4);
         const int number = anyInt(random);
         const QString text = anyString(random);
@@ -864,7 +920,7 @@ private:
         if (!target)
             return;
         const int what = random.below(4);
-        note(QStringLiteral("call operation %1 of %2").arg(what).arg(nameOf(target)));
+        note(counts.host, QStringLiteral("call operation %1 of %2").arg(what).arg(nameOf(target)));
         if (auto* edit = qobject_cast<QSliderEdit*>(target))
         {
             if (what == 0)
@@ -944,9 +1000,9 @@ private:
         if (!parent)
             return;
         const bool byLayout = random.once(2) && parent->layout();
-        note(QStringLiteral("move %1 of %2 into %3%4")
-                 .arg(nameOf(child), nameOf(child->parentWidget()), nameOf(parent),
-                      byLayout ? QStringLiteral(" by its layout") : QString()));
+        note(counts.host, QStringLiteral("move %1 of %2 into %3%4")
+                              .arg(nameOf(child), nameOf(child->parentWidget()), nameOf(parent),
+                                   byLayout ? QStringLiteral(" by its layout") : QString()));
         wear(child);
         wear(parent);
         if (byLayout)
@@ -967,13 +1023,18 @@ private:
         if (!target)
             return;
         const bool later = random.once(2);
-        note(QStringLiteral("delete %1 of %2%3")
+        note(counts.host,
+             QStringLiteral("delete %1 of %2%3")
                  .arg(nameOf(target), nameOf(target->parentWidget()), later ? QStringLiteral(" later") : QString()));
         wear(target);
         if (later)
+        {
             target->deleteLater();
-        else
-            delete target;
+            return;
+        }
+        const std::set<HWND> left = lastWindows(target->findChildren<QWidget*>() << target);
+        delete target;
+        checkLeft(left);
     }
     void add(Random& random)
     {
@@ -981,12 +1042,12 @@ private:
             return;
         if (random.once(8) || live().isEmpty())
         {
-            note(QStringLiteral("add a window"));
+            note(counts.host, QStringLiteral("add a window"));
             return addRoot();
         }
         QWidget* parent = find(random, [](QWidget* widget) { return !isFormChild(widget) && !isQts(widget); });
         QWidget* child = create(random, random.once(2) ? parent : nullptr);
-        note(QStringLiteral("add %1 to %2").arg(nameOf(child), nameOf(parent)));
+        note(counts.host, QStringLiteral("add %1 to %2").arg(nameOf(child), nameOf(parent)));
         wear(parent);
         if (!child->parentWidget() && parent->layout())
             parent->layout()->addWidget(child);
@@ -999,24 +1060,25 @@ private:
     {
         const QPointer<QWidget> target =
             find(random, [this](QWidget* widget) { return !live().contains(widget) && !isQts(widget); });
-        const int what = random.below(4);
-        note(QStringLiteral("order %1 about %2 at the next signal").arg(what).arg(nameOf(target)));
+        const int what = random.below(5);
+        note(counts.host, QStringLiteral("order %1 about %2 at the next signal").arg(what).arg(nameOf(target)));
         const quint64 seed = random.next();
-        m_onSignal = [this, target, what, seed]
+        m_onSignal = [this, target, what, seed](QWidget* sender)
         {
             Random later(seed);
+            QWidget* doomed = what == 0 ? target.data() : what == 4 ? sender : nullptr;
+            if (doomed && !live().contains(doomed))
+            {
+                wear(doomed);
+                doomed->deleteLater();
+            }
             if (!target)
                 return;
-            if (what == 0)
-            {
-                wear(target);
-                target->deleteLater();
-            }
-            else if (what == 1)
+            if (what == 1)
                 writeProperty(later, target);
             else if (what == 2)
                 target->hide();
-            else
+            else if (what == 3)
                 search(later);
         };
     }
@@ -1027,7 +1089,7 @@ private:
         if (!view)
             return;
         Manager* manager = random.once(4) ? nullptr : &m_managers[random.below(3)];
-        note(QStringLiteral("another engine for %1").arg(nameOf(view)));
+        note(counts.host, QStringLiteral("another engine for %1").arg(nameOf(view)));
         const HWND window = view->GetHWND();
         if (random.once(2))
             view->SetPlatformRendererInterface(random.once(3) ? nullptr : &m_renderers[random.below(2)]);
@@ -1042,7 +1104,7 @@ private:
     {
         const int what = random.below(8);
         QWidget* target = anyWidget(random);
-        note(QStringLiteral("surroundings %1 for %2").arg(what).arg(nameOf(target)));
+        note(counts.host, QStringLiteral("surroundings %1 for %2").arg(what).arg(nameOf(target)));
         if (what == 0)
             QApplication::setStyle(
                 QStyleFactory::create(random.once(2) ? QStringLiteral("Fusion") : QStringLiteral("Windows")));
@@ -1074,7 +1136,7 @@ private:
         const QString text = random.once(3)   ? QString()
                              : random.once(2) ? QStringLiteral("Section 1")
                                               : anyString(random).left(20);
-        note(QStringLiteral("search %1").arg(text));
+        note(counts.user, QStringLiteral("search %1").arg(text));
         field->setText(text);
     }
     void shakeWindow(Random& random)
@@ -1083,7 +1145,7 @@ private:
         QWidget* target = find(random, [](QWidget* widget) { return widget->testAttribute(Qt::WA_WState_Created); });
         if (!target)
             return;
-        note(QStringLiteral("window act %1 on %2").arg(what).arg(nameOf(target)));
+        note(counts.host, QStringLiteral("window act %1 on %2").arg(what).arg(nameOf(target)));
         if (what == 0)
         {
             // Qt expects nothing on the screen then, and no focus.
@@ -1151,7 +1213,7 @@ private:
     const bool m_shown;
     int m_index = 0;
     bool m_deleteBehindDialog = false;
-    std::function<void()> m_onSignal;
+    std::function<void(QWidget*)> m_onSignal;
     QVector<QPointer<QWidget>> m_roots;
     Manager m_managers[3];
     Renderer m_renderers[2];
@@ -1323,6 +1385,8 @@ int work(const Options& options, Progress& progress)
             return 1;
     std::fprintf(stderr, "worlds %llu to %llu of %d steps each stayed whole, in %lld s\n", options.seed,
                  options.seed + worlds - 1, options.steps, time.elapsed() / 1000);
+    std::fprintf(stderr, "%lld user acts, %lld property writes, %lld host acts\n", counts.user, counts.writes,
+                 counts.host);
     return 0;
 }
 } // namespace
