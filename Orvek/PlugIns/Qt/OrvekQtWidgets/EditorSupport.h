@@ -2,6 +2,7 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
@@ -71,17 +72,17 @@ inline void setWidth(QWidget* editor, QWidget* child, int width)
     editor->update();
 }
 
-// Whether writing the text would change nothing about the field, its cursor and its history included.
-inline bool showsAlready(const QLineEdit* field, const QString& text)
+// Whether writing the text that the field has would change nothing about its cursor and its history.
+inline bool isUntouched(const QLineEdit* field, const QString& text)
 {
-    return field->text() == text && !field->isModified() && field->cursorPosition() == text.size() &&
-           !field->hasSelectedText() && !field->isUndoAvailable() && !field->isRedoAvailable() && !field->hasFocus();
+    return !field->isModified() && field->cursorPosition() == text.size() && !field->hasSelectedText() &&
+           !field->isUndoAvailable() && !field->isRedoAvailable() && QApplication::focusWidget() != field;
 }
 
 // Hosts push all their values each frame, and a text costs more than all the rest of a value.
 inline void showText(QLineEdit* field, const QString& text)
 {
-    if (!showsAlready(field, text))
+    if (field->text() != text || !isUntouched(field, text))
         field->setText(text);
 }
 
@@ -89,7 +90,9 @@ inline void showText(QLineEdit* field, const QString& text)
 template <typename T>
 void updateReset(QPushButton* reset, bool allowed, const T& value, const T& defaultValue)
 {
-    reset->setEnabled(allowed && value != defaultValue);
+    const bool enabled = allowed && value != defaultValue;
+    if (reset->testAttribute(Qt::WA_ForceDisabled) == enabled)
+        reset->setEnabled(enabled);
 }
 
 // The wheel scrolls panels and must not change the values that pass beneath the pointer. Qt hands the event to a filter

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <typeinfo>
+#include <utility>
 
 using EditorSupport::SignalMute;
 
@@ -182,7 +183,7 @@ QVariant QSliderEdit::value() const
 
 void QSliderEdit::setValue(QVariant value)
 {
-    setValue(value, true);
+    setValue(std::move(value), true);
 }
 
 void QSliderEdit::setValue(QVariant value, bool showText)
@@ -191,13 +192,15 @@ void QSliderEdit::setValue(QVariant value, bool showText)
     const double number = value.toDouble(&ok);
     if (!ok)
         return;
-    const SignalMute muteEditor(this);
-    const SignalMute muteSlider(m_ui.slider);
     if (showText && isShown(number))
     {
+        // As the mutes below leave them.
+        m_ui.slider->blockSignals(false);
+        blockSignals(false);
         setShowDefaultButton(m_showDefaultButton);
         return;
     }
+    const SignalMute muteEditor(this);
     m_value = clamped(number);
     setShowDefaultButton(m_showDefaultButton);
     updateSlider();
@@ -381,7 +384,8 @@ bool QSliderEdit::isShown(double number) const
            m_shown.minimum == m_minimum && m_shown.maximum == m_maximum && m_shown.logarithmic == m_logarithmic &&
            m_shown.sliderMinimum == slider->minimum() && m_shown.sliderMaximum == slider->maximum() &&
            m_shown.position == slider->value() && slider->sliderPosition() == slider->value() &&
-           typeid(*this) == typeid(QSliderEdit) && EditorSupport::showsAlready(m_ui.lineEdit, m_shown.text);
+           typeid(*this) == typeid(QSliderEdit) && m_ui.lineEdit->displayText() == m_shown.text &&
+           EditorSupport::isUntouched(m_ui.lineEdit, m_shown.text);
 }
 
 // False for a range that its positions cannot be spread over.
