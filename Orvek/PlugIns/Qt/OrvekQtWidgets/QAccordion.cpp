@@ -65,13 +65,26 @@ bool isStyledFromOutside(const QWidget* section)
     return false;
 }
 
+// Without the lists and casts of findChildren(), as a search asks this of every section at each letter.
+template <typename Condition>
+bool anyInside(const QWidget* widget, Condition condition)
+{
+    const QObjectList& children = widget->children();
+    return std::any_of(children.cbegin(), children.cend(),
+                       [&condition](const QObject* child)
+                       {
+                           if (!child->isWidgetType())
+                               return false;
+                           const auto* inside = static_cast<const QWidget*>(child);
+                           return condition(inside) || anyInside(inside, condition);
+                       });
+}
+
 // Whether a style sheet besides the border can draw something in the section.
 bool hasForeignStyleSheet(const QWidget* section, const QWidget* contents)
 {
-    if (!qApp->styleSheet().isEmpty() || isStyledFromOutside(section) || hasStyleSheet(contents))
-        return true;
-    const QList<QWidget*> inside = contents->findChildren<QWidget*>();
-    return std::any_of(inside.cbegin(), inside.cend(), hasStyleSheet);
+    return !qApp->styleSheet().isEmpty() || isStyledFromOutside(section) || hasStyleSheet(contents) ||
+           anyInside(contents, hasStyleSheet);
 }
 
 // Takes a child out of the list that Qt walks when its parent gets a style sheet, and puts it back: each of some 160
@@ -235,42 +248,45 @@ void QAccordion::setSearchText(const QString& text)
         return;
     if (found && m_checkBox && !m_checkBox->isChecked())
         m_checkBox->setChecked(true);
-    const bool highlight = found && !text.isEmpty();
-    const bool marked = setHighlighted(this, highlight);
-    const bool bordered = setBorder(highlight, styled);
-    if (marked || bordered)
-        applyStyleAgain(style(), this);
+    setMark(found && !text.isEmpty(), styled);
     update();
 }
 
-// Returns whether the section has to be polished.
-bool QAccordion::setBorder(bool border, bool styled)
+// Property and border. Everything in it is done as if both were set anew each time, where somebody could see it.
+void QAccordion::setMark(bool mark, bool styled)
 {
-    const QString sheet = border ? borderSheet() : QString();
+    const QString sheet = mark ? borderSheet() : QString();
+    const QString before = styleSheet();
+    bool polish = setHighlighted(this, mark);
     // Sections inside obey the border's rule, too.
-    if (styled || m_contentsWidget->parent() != this || m_contentsWidget->findChild<QAccordion*>())
+    const auto isSection = [](const QWidget* widget) { return qobject_cast<const QAccordion*>(widget) != nullptr; };
+    if (styled || m_contentsWidget->parent() != this || anyInside(m_contentsWidget, isSection))
     {
         if (m_contentsAside)
             styleContentsToo();
         setStyleSheet(sheet);
-        return true;
+        applyStyleAgain(style(), this);
+        return;
     }
-    const QString before = styleSheet();
-    if (sheet.isEmpty() && before.isEmpty())
-        return false;
-    if (sheet.isEmpty())
+    if (sheet != before)
     {
-        m_contentsAside = false;
-        setStyleSheet(sheet);
+        m_contentsAside = mark;
+        if (mark)
+        {
+            const AsideFromStyling aside(m_contentsWidget);
+            setStyleSheet(sheet);
+        }
+        else
+        {
+            setStyleSheet(sheet);
+        }
+        // A new sheet polishes what was polished before.
+        polish = !testAttribute(Qt::WA_WState_Polished);
     }
-    else if (before.isEmpty())
-    {
-        m_contentsAside = true;
-        const AsideFromStyling aside(m_contentsWidget);
-        setStyleSheet(sheet);
-    }
-    if (!m_contentsWidget)
-        return true;
+    if (polish)
+        applyStyleAgain(style(), this);
+    if (!m_contentsWidget || (sheet.isEmpty() && before.isEmpty()))
+        return;
     // What else a style sheet does to the widgets inside: their sizes are asked for again.
     m_contentsWidget->updateGeometry();
     if (QLayout* contentsLayout = m_contentsWidget->layout())
@@ -278,7 +294,6 @@ bool QAccordion::setBorder(bool border, bool styled)
     updateGeometry();
     if (QLayout* rows = layout())
         rows->invalidate();
-    return true;
 }
 
 // Qt hands a style on to the widgets inside only when it sets the first style sheet.

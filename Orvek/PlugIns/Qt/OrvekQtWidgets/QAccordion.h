@@ -56,7 +56,7 @@ protected:
 
 private:
     void hookupContentsWidget();
-    bool setBorder(bool border, bool styled);
+    void setMark(bool mark, bool styled);
     void styleContentsToo();
 
     Ui::Accordion m_ui;             // the children belong to the section
