@@ -3,6 +3,7 @@
 #include "ContainerSupport.h"
 
 #include <QtCore/QChildEvent>
+#include <QtCore/QHash>
 #include <QtCore/QMetaMethod>
 #include <QtGui/QPainter>
 #include <QtWidgets/QScrollArea>
@@ -13,11 +14,9 @@
 
 namespace
 {
-bool hasSearchSlot(const QObject* object)
+bool hasSearchSlot(const QMetaObject* metaObject)
 {
-    const QMetaObject* metaObject = object->metaObject();
-    const int index =
-        metaObject->indexOfMethod(QMetaObject::normalizedSignature("setSearchText(const QString &)").constData());
+    const int index = metaObject->indexOfMethod("setSearchText(QString)");
     return index >= 0 && metaObject->method(index).methodType() == QMetaMethod::Slot;
 }
 
@@ -68,10 +67,9 @@ void QPropertyPanel::on_search_textChanged(const QString& text)
         if (m_scrollContents)
         {
             // A widget comes before those inside it, so outer sections hear each text first.
-            const QList<QWidget*> widgets = m_scrollContents->findChildren<QWidget*>();
-            for (const QWidget* widget : widgets)
-                if (widget != m_searchEdit)
-                    connectSearch(widget);
+            QList<QWidget*> widgets = m_scrollContents->findChildren<QWidget*>();
+            widgets.removeOne(m_searchEdit);
+            connectSearch(widgets);
         }
         m_searchConnected = true;
     }
@@ -94,11 +92,8 @@ void QPropertyPanel::childEvent(QChildEvent* event)
         {
             // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their
             // slot.
-            const auto* child = static_cast<const QWidget*>(event->child());
-            const QList<QWidget*> widgets = child->findChildren<QWidget*>();
-            for (const QWidget* widget : widgets)
-                connectSearch(widget);
-            connectSearch(child);
+            auto* child = static_cast<QWidget*>(event->child());
+            connectSearch(child->findChildren<QWidget*>() << child);
         }
     }
     else if (event->type() == QEvent::ChildRemoved)
@@ -132,9 +127,18 @@ void QPropertyPanel::paintEvent(QPaintEvent*)
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }
 
-void QPropertyPanel::connectSearch(const QWidget* widget)
+void QPropertyPanel::connectSearch(const QList<QWidget*>& widgets)
 {
-    // By signature, as any class may have the slot; not unique, so who is reached twice hears each text twice.
-    if (hasSearchSlot(widget))
-        connect(this, SIGNAL(setSearchText(QString)), widget, SLOT(setSearchText(QString)));
+    // Thousands of widgets are of a few classes.
+    QHash<const QMetaObject*, bool> classes;
+    for (const QWidget* widget : widgets)
+    {
+        const QMetaObject* metaObject = widget->metaObject();
+        auto known = classes.find(metaObject);
+        if (known == classes.end())
+            known = classes.insert(metaObject, hasSearchSlot(metaObject));
+        // By signature, as any class may have the slot; not unique, so who is reached twice hears each text twice.
+        if (*known)
+            connect(this, SIGNAL(setSearchText(QString)), widget, SLOT(setSearchText(QString)));
+    }
 }

@@ -42,7 +42,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void connectSearch(const QWidget* widget);
+    void connectSearch(const QList<QWidget*>& widgets);
 
     Ui::QPropertyPanel m_ui;      // the children belong to the panel
     QPointer<QLineEdit> m_search; // the form's; a host may delete it
