@@ -36,23 +36,32 @@ void push(std::vector<std::unique_ptr<BareRow>>& rows, bool changing)
     }
 }
 
+void enter(PanelTree& tree, const QString& text, bool bare)
+{
+    if (bare)
+    {
+        for (QSliderEdit* row : tree.rows)
+            row->setVisible(row->title().contains(text, Qt::CaseInsensitive));
+    }
+    else
+    {
+        tree.search->setText(text);
+    }
+    // Timers would come in at random: what the event loop has been sent is enough.
+    QCoreApplication::sendPostedEvents();
+}
+
 void typeWord(PanelTree& tree, bool bare)
 {
     for (int length = 1; length <= typedWord.size(); ++length)
-    {
-        const QString text = typedWord.left(length);
-        if (bare)
-        {
-            for (QSliderEdit* row : tree.rows)
-                row->setVisible(row->title().contains(text, Qt::CaseInsensitive));
-        }
-        else
-        {
-            tree.search->setText(text);
-        }
-        // Timers would come in at random: what the event loop has been sent is enough.
-        QCoreApplication::sendPostedEvents();
-    }
+        enter(tree, typedWord.left(length), bare);
+}
+
+// The keystrokes that change most.
+void typeAndDeleteLetter(PanelTree& tree, bool bare)
+{
+    enter(tree, typedWord.left(1), bare);
+    enter(tree, QString(), bare);
 }
 } // namespace
 
@@ -69,6 +78,8 @@ int main(int argc, char** argv)
     if (argc != 2 || !std::freopen("/dev/null", "w", stdout))
         return 1;
     QApplication application(argc, argv);
+    // The same glyphs wherever it runs.
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     const QByteArray work = argv[1];
     const bool floor = work.endsWith("-floor");
     const auto fill = [](auto& rows)
@@ -81,7 +92,13 @@ int main(int argc, char** argv)
     };
     std::vector<std::unique_ptr<QSliderEdit>> ours;
     std::vector<std::unique_ptr<BareRow>> bare;
-    if (work.startsWith("search"))
+    if (work.startsWith("search-worst"))
+    {
+        PanelTree tree(Rows);
+        typeAndDeleteLetter(tree, floor);
+        counted([&] { typeAndDeleteLetter(tree, floor); });
+    }
+    else if (work.startsWith("search"))
     {
         PanelTree tree(Rows);
         counted([&] { typeWord(tree, floor); });
