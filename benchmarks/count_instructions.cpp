@@ -60,7 +60,7 @@ void typeWord(PanelTree& tree, bool bare)
 // The keystrokes that change most.
 void typeAndDeleteLetter(PanelTree& tree, bool bare)
 {
-    enter(tree, typedWord.left(1), bare);
+    enter(tree, typedWord.at(0), bare);
     enter(tree, QString(), bare);
 }
 } // namespace

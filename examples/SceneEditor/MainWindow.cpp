@@ -66,7 +66,7 @@ void setKeys(QAction* action, QKeySequence::StandardKey standard, int otherwise)
 QImage readEnvironment(const QString& fileName, QString* error)
 {
     QImageReader reader(fileName);
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (image.isNull())
         *error = MainWindow::tr("%1: expected a picture of the surroundings: %2")
                      .arg(QDir::toNativeSeparators(fileName), reader.errorString());

@@ -505,7 +505,7 @@ std::optional<Scene> readScene(const QString& fileName, QString* error, QStringL
     report.directory = QDir(info.absolutePath());
     if (!document.isObject())
         return failed(Text::tr("1:1: expected an object, found an array"));
-    const std::optional<Scene> scene = parseScene(document.object(), report);
+    std::optional<Scene> scene = parseScene(document.object(), report);
     if (!scene)
         return failed(report.error);
     if (warnings != nullptr)

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace sceneeditor
 {
@@ -291,6 +292,7 @@ bool SceneRenderer::Graphics::prepare(QString* error)
     gl->glGenVertexArrays(1, &emptyArray);
     const QVector3D up(0.0f, 1.0f, 0.0f);
     std::vector<MeshData::Vertex> corners;
+    corners.reserve(8);
     for (int i = 0; i < 8; ++i)
         corners.push_back(
             {{(i & 1) != 0 ? 0.5f : -0.5f, (i & 2) != 0 ? 0.5f : -0.5f, (i & 4) != 0 ? 0.5f : -0.5f}, up});
@@ -614,7 +616,7 @@ int SceneRenderer::objectAt(const QPoint& position, const QSize& viewport) const
 bool SceneRenderer::boundingBox(QVector3D* minimum, QVector3D* maximum) const
 {
     Box all;
-    for (const Object& object : m_scene.objects)
+    for (const Object& object : std::as_const(m_scene.objects))
     {
         const MeshPointer mesh = m_meshes.value(object.meshFile);
         if (!object.visible || !mesh)
@@ -740,7 +742,7 @@ void SceneRenderer::drawShadowMap()
     gl->glEnable(GL_POLYGON_OFFSET_FILL);
     gl->glPolygonOffset(2.0f, 4.0f);
     g.depth.bind();
-    for (const Object& object : m_scene.objects)
+    for (const Object& object : std::as_const(m_scene.objects))
     {
         const auto mesh = g.meshes.constFind(object.meshFile);
         if (!object.visible || mesh == g.meshes.constEnd())
@@ -854,7 +856,7 @@ void SceneRenderer::drawFloorAndBackground(const QMatrix4x4& viewProjection)
     const View& view = m_scene.view;
     const bool shaded = view.shading == ShadingMode::Lit && m_scene.light.shadows;
     QVector<QVector4D> occluders;
-    for (const Object& object : m_scene.objects)
+    for (const Object& object : std::as_const(m_scene.objects))
     {
         const MeshPointer mesh = m_meshes.value(object.meshFile);
         if (!shaded || !object.visible || !mesh || occluders.size() == maximumOccluders)

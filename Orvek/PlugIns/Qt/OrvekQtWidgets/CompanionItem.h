@@ -3,6 +3,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
 #include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QWidget>
 
 #include <initializer_list>
 

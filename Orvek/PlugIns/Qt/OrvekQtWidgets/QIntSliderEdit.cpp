@@ -15,7 +15,7 @@ constexpr int LargestInt = std::numeric_limits<int>::max();
 // The exponent of the nearest power of two, by ratio; 0 for what has none.
 int roundedExponent(int value)
 {
-    return value < 1 ? 0 : static_cast<int>(std::log(value) / std::log(2) + 0.5);
+    return value < 1 ? 0 : static_cast<int>(std::lround(std::log2(value)));
 }
 
 int powerOf(int exponent)
