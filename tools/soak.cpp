@@ -288,7 +288,16 @@ public:
 class NativeWindow : public QWidget
 {
 public:
-    static void destroyOf(QWidget* widget) { (widget->*(&NativeWindow::destroy))(true, true); }
+    // From the inside: Qt does not look beneath a child without a window of its own. The windows there would go with
+    // the outer one, and their widgets would not know.
+    static void destroyOf(QWidget* widget)
+    {
+        const QWidgetList inside = widget->findChildren<QWidget*>();
+        for (auto child = inside.rbegin(); child != inside.rend(); ++child)
+            if ((*child)->windowHandle() && !(*child)->isWindow())
+                ((*child)->*(&NativeWindow::destroy))(true, true);
+        (widget->*(&NativeWindow::destroy))(true, true);
+    }
 };
 
 bool isOfLibrary(const QWidget* widget)
