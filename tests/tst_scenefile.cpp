@@ -166,6 +166,15 @@ void tst_SceneFile::unknownMembersAreNamed()
     QCOMPARE(warnings.size(), 2);
     QVERIFY(warnings.filter(QStringLiteral("objects[1].material.gloss")).size() == 1);
     QVERIFY(warnings.filter(QRegularExpression(QStringLiteral("^colour:"))).size() == 1);
+
+    // A whole file of them does not become a message of its size.
+    QByteArray many = "\"" + QByteArray(100000, 'a') + "\": 1";
+    for (int i = 0; i < 5000; ++i)
+        many += ", \"b" + QByteArray::number(i) + "\": 1";
+    write(m_file, sceneText(many));
+    QVERIFY(readScene(m_file, &error, &warnings));
+    const QString message = warnings.join(QLatin1Char('\n'));
+    QVERIFY2(message.size() < 2000 && message.contains(QStringLiteral("4981")), qPrintable(message.left(2000)));
 }
 
 void tst_SceneFile::badScenesAreRefused_data()

@@ -20,6 +20,8 @@ namespace
 const QString formatName = QStringLiteral("orvek-scene");
 constexpr int formatVersion = 1;
 constexpr int maximumTextLength = 4096; // characters of a name or a file name
+constexpr int maximumWarnings = 20;     // more would fill the window, and a hostile file has a million
+constexpr int maximumQuoteLength = 40;  // characters of the file that a message repeats
 
 struct Text
 {
@@ -70,6 +72,7 @@ struct Report
 {
     QString error;
     QStringList warnings;
+    int moreWarnings = 0;
     QDir directory; // that file names in the scene are relative to
 
     void fail(const QString& path, const QString& expectation)
@@ -77,7 +80,20 @@ struct Report
         if (error.isEmpty())
             error = Text::tr("%1: %2").arg(path.isEmpty() ? Text::tr("the file's top level") : path, expectation);
     }
+
+    void warnOfUnknown(const QString& path)
+    {
+        if (warnings.size() < maximumWarnings)
+            warnings << Text::tr("%1: unknown, ignored").arg(path);
+        else
+            ++moreWarnings;
+    }
 };
+
+QString shortened(const QString& text)
+{
+    return text.size() > maximumQuoteLength ? text.left(maximumQuoteLength) + QStringLiteral("...") : text;
+}
 
 QString describe(const QJsonValue& value)
 {
@@ -90,12 +106,7 @@ QString describe(const QJsonValue& value)
     case QJsonValue::Double:
         return number(value.toDouble());
     case QJsonValue::String:
-    {
-        QString shortened = value.toString().simplified();
-        if (shortened.size() > 40)
-            shortened = shortened.left(40) + QStringLiteral("...");
-        return QLatin1Char('"') + shortened + QLatin1Char('"');
-    }
+        return QLatin1Char('"') + shortened(value.toString().simplified()) + QLatin1Char('"');
     case QJsonValue::Array:
         return Text::tr("an array of %1").arg(value.toArray().size());
     case QJsonValue::Object:
@@ -129,7 +140,7 @@ public:
         for (auto it = m_object.constBegin(); it != m_object.constEnd(); ++it)
         {
             if (!m_known.contains(it.key()))
-                m_report.warnings << Text::tr("%1: unknown, ignored").arg(memberPath(m_path, it.key()));
+                m_report.warnOfUnknown(memberPath(m_path, shortened(it.key())));
         }
     }
 
@@ -508,6 +519,8 @@ std::optional<Scene> readScene(const QString& fileName, QString* error, QStringL
     std::optional<Scene> scene = parseScene(document.object(), report);
     if (!scene)
         return failed(report.error);
+    if (report.moreWarnings > 0)
+        report.warnings << Text::tr("%1 further unknown ones, ignored").arg(report.moreWarnings);
     if (warnings != nullptr)
         *warnings = report.warnings;
     return scene;
