@@ -21,6 +21,16 @@ QByteArray squarePly()
            "0 0 0\n1 0 0\n1 1 0\n0 1 0\n4 0 1 2 3\n";
 }
 
+QByteArray binaryPly(const QByteArray& countType, const QByteArray& count)
+{
+    const float positions[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
+    const qint32 indices[] = {0, 1, 2, 3};
+    QByteArray data = squarePly().replace("ascii", "binary_little_endian").replace("uchar", countType);
+    data.truncate(data.indexOf("0 0 0"));
+    data.append(reinterpret_cast<const char*>(positions), sizeof positions);
+    return data.append(count).append(reinterpret_cast<const char*>(indices), sizeof indices);
+}
+
 QByteArray squareStl()
 {
     return "solid s\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\nendloop\nendfacet\n"
@@ -43,6 +53,17 @@ QByteArray squareGltf()
 "bufferViews":[{"buffer":0,"byteOffset":0,"byteLength":48},{"buffer":0,"byteOffset":48,"byteLength":12}],
 "accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3","min":[0,0,0],"max":[1,1,0]},
 {"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}]})";
+}
+
+// Of this process, in bytes; 0 where the system does not tell.
+qint64 peakMemory()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    const int at = text.indexOf("VmHWM:");
+    return at < 0 ? 0 : text.mid(at + 6, text.indexOf(" kB", at) - at - 6).trimmed().toLongLong() * 1024;
 }
 
 // Large enough that reading it takes a while.
@@ -110,6 +131,7 @@ void tst_MeshLoader::meshesLoad_data()
     QTest::newRow("obj") << QStringLiteral("a.obj") << squareObj << QVector3D();
     QTest::newRow("obj, capitals and umlaut") << QString::fromUtf8("\xc3\xa4.OBJ") << squareObj << QVector3D();
     QTest::newRow("ply") << QStringLiteral("a.ply") << squarePly() << QVector3D();
+    QTest::newRow("binary ply") << QStringLiteral("b.ply") << binaryPly("uchar", "\4") << QVector3D();
     QTest::newRow("stl") << QStringLiteral("a.stl") << squareStl() << QVector3D();
     QTest::newRow("gltf in a moved node") << QStringLiteral("a.gltf") << squareGltf() << QVector3D(-2, 0, 0);
 }
@@ -164,6 +186,32 @@ void tst_MeshLoader::badMeshesAreRefused_data()
     row("ply index beyond the end", "index.ply", squarePly().replace("4 0 1 2 3", "4 0 1 2 77"), "expected");
     row("not a number", "nan.obj", "v 0 0 0\nv 1 0 0\nv 1 nan 0\nf 1 2 3\n", "finite");
     row("infinite", "inf.ply", squarePly().replace("1 1 0", "1 inf 0"), "finite");
+    // What would take gigabytes, or the program down.
+    row("ply with a huge list", "list.ply", squarePly().replace("uchar", "uint").replace("4 0 1", "400000000 0 1"),
+        "list of 400000000");
+    row("binary ply with a huge list", "blist.ply", binaryPly("uint", QByteArray("\xff\xff\xff\x7f", 4)),
+        "list of 2147483647");
+    row("binary ply with many vertices", "vertices.ply",
+        binaryPly("uchar", "\4").replace("vertex 4", "vertex 400000000"), "400000000 entries of \"vertex\"");
+    row("ply with many faces", "faces.ply", squarePly().replace("face 1", "face 400000000"), "400000000 entries");
+    row("ply with many of something else", "fog.ply",
+        squarePly().replace("end_header", "element fog 400000000\nproperty uchar a\nend_header"), "\"fog\"");
+    row("obj of many groups", "groups.obj", squareObj + QByteArray("g a\n").repeated(60000), "parts");
+    row("stl of many solids", "solids.stl", squareStl() + QByteArray("solid\nendsolid\n").repeated(60000), "parts");
+    row("gltf without data", "sparse.gltf",
+        squareGltf().replace("\"bufferView\":0,\"componentType\":5126,\"count\":4",
+                             "\"sparse\":{},\"componentType\":5126,\"count\":400000000"),
+        "400000000 vertices");
+    row("gltf, two members with one name", "twice.gltf",
+        squareGltf().replace("\"accessors\":", "\"accessors\":[],\"accessors\":"), "one name");
+    row("deep gltf", "deep.gltf", QByteArray("[").repeated(2000000), "expected GLTF");
+    row("glb with a huge chunk", "chunk.glb", QByteArray("glTF\2\0\0\0\x40\0\0\0\xf0\xff\xff\xffJSON", 20) + "{}",
+        "expected GLB");
+    // Each node has the next one twice.
+    QByteArray nodes = "\"nodes\":[";
+    for (int i = 1; i <= 40; ++i)
+        nodes += "{\"children\":[" + QByteArray::number(i) + ',' + QByteArray::number(i) + "]},";
+    row("gltf that grows", "nodes.gltf", squareGltf().replace("\"nodes\":[{\"mesh\"", nodes + "{\"mesh\""), "parts");
 }
 
 void tst_MeshLoader::badMeshesAreRefused()
@@ -173,7 +221,9 @@ void tst_MeshLoader::badMeshesAreRefused()
     QFETCH(QString, expectation);
     const QString fileName = file(name, data);
     QString error;
+    const qint64 before = peakMemory();
     QVERIFY(!loadMesh(fileName, &error));
+    QVERIFY(peakMemory() - before < (qint64(256) << 20));
     QVERIFY2(error.startsWith(QDir::toNativeSeparators(fileName) + QStringLiteral(": ")), qPrintable(error));
     QVERIFY2(error.contains(expectation), qPrintable(error));
 }

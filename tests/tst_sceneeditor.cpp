@@ -336,6 +336,12 @@ void tst_SceneEditor::badFilesLeaveTheSceneAsItIs_data()
     QTest::newRow("environment missing") << head + "\"view\": {\"environmentImage\": \"none.png\"}}"
                                          << QStringList{QStringLiteral("view.environmentImage"),
                                                         QStringLiteral("none.png"), QStringLiteral("expected")};
+    // A PNG file that claims to have 30000 x 30000 pixels.
+    write(m_directory.filePath(QStringLiteral("huge.png")),
+          QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAdTAAAHUwCAIAAADpRW/tAAAADElEQVR4nGNgoD0AAABkAAGGZDw1"));
+    QTest::newRow("environment huge") << head + "\"view\": {\"environmentImage\": \"huge.png\"}}"
+                                      << QStringList{QStringLiteral("view.environmentImage"),
+                                                     QStringLiteral("huge.png"), QStringLiteral("30000")};
 }
 
 void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()

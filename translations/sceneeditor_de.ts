@@ -538,10 +538,6 @@
         <translation>hat keine Flächen; erwartet: mindestens ein Dreieck</translation>
     </message>
     <message>
-        <source>has %1 triangles, expected at most %2</source>
-        <translation>hat %1 Dreiecke; erwartet: höchstens %2</translation>
-    </message>
-    <message>
         <source>a transformed vertex is not finite</source>
         <translation>ein transformierter Eckpunkt ist nicht endlich</translation>
     </message>
@@ -580,6 +576,94 @@
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>has %1 %2, expected at most %3</source>
+        <translation>hat %1 %2; erwartet: höchstens %3</translation>
+    </message>
+    <message>
+        <source>triangles</source>
+        <translation>Dreiecke</translation>
+    </message>
+    <message>
+        <source>vertices</source>
+        <translation>Ecken</translation>
+    </message>
+    <message>
+        <source>parts</source>
+        <translation>Teile</translation>
+    </message>
+    <message>
+        <source>unknown type &quot;%1&quot;</source>
+        <translation>unbekannter Typ „%1“</translation>
+    </message>
+    <message>
+        <source>it does not begin with &quot;ply&quot;</source>
+        <translation>sie beginnt nicht mit „ply“</translation>
+    </message>
+    <message>
+        <source>element &quot;%1&quot; has no number</source>
+        <translation>Element „%1“ hat keine Anzahl</translation>
+    </message>
+    <message>
+        <source>the length of a list is not an integer</source>
+        <translation>die Länge einer Liste ist keine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>unknown line &quot;%1&quot;</source>
+        <translation>unbekannte Zeile „%1“</translation>
+    </message>
+    <message>
+        <source>the header has no end</source>
+        <translation>der Kopf hat kein Ende</translation>
+    </message>
+    <message>
+        <source>is too short for the %1 entries of &quot;%2&quot; that it announces</source>
+        <translation>ist zu kurz für die %1 Einträge von „%2“, die sie ankündigt</translation>
+    </message>
+    <message>
+        <source>further values</source>
+        <translation>weitere Werte</translation>
+    </message>
+    <message>
+        <source>is too short for a list of %1 values in &quot;%2&quot;</source>
+        <translation>ist zu kurz für eine Liste von %1 Werten in „%2“</translation>
+    </message>
+    <message>
+        <source>it ends before its last entry</source>
+        <translation>sie endet vor ihrem letzten Eintrag</translation>
+    </message>
+    <message>
+        <source>comment between the values</source>
+        <translation>Kommentar zwischen den Werten</translation>
+    </message>
+    <message>
+        <source>unknown format &quot;%1&quot;</source>
+        <translation>unbekanntes Format „%1“</translation>
+    </message>
+    <message>
+        <source>glTF 2 is needed</source>
+        <translation>glTF 2 wird benötigt</translation>
+    </message>
+    <message>
+        <source>a buffer has no length</source>
+        <translation>ein Puffer hat keine Länge</translation>
+    </message>
+    <message>
+        <source>values of vertices</source>
+        <translation>Werte von Ecken</translation>
+    </message>
+    <message>
+        <source>nodes within nodes, more than %1 levels</source>
+        <translation>Knoten in Knoten, mehr als %1 Ebenen</translation>
+    </message>
+    <message>
+        <source>no object</source>
+        <translation>kein Objekt</translation>
+    </message>
+    <message>
+        <source>two members with one name</source>
+        <translation>zwei Einträge mit demselben Namen</translation>
     </message>
 </context>
 <context>
@@ -751,6 +835,10 @@
         <source>not saved, larger than %1 MiB</source>
         <translation>nicht gespeichert, größer als %1 MiB</translation>
     </message>
+    <message>
+        <source>%1 further unknown ones, ignored</source>
+        <translation>%1 weitere unbekannte, werden ignoriert</translation>
+    </message>
 </context>
 <context>
     <name>SceneRenderer</name>
@@ -911,6 +999,10 @@
     <message>
         <source>&amp;System</source>
         <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>%1: expected a picture of at most %2 million pixels, found %3 × %4</source>
+        <translation>%1: ein Bild mit höchstens %2 Millionen Pixeln wurde erwartet, gefunden: %3 × %4</translation>
     </message>
 </context>
 <context>

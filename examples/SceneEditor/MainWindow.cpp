@@ -32,7 +32,8 @@ namespace
 constexpr int maximumRecentFiles = 8;
 constexpr int maximumNameLength = 200;
 constexpr int progressSteps = 1000;
-constexpr int sideListHeight = 190; // of the list of objects and its buttons, pixels
+constexpr qint64 maximumEnvironmentPixels = 34'000'000; // 8192 × 4096 and a little more
+constexpr int sideListHeight = 190;                     // of the list of objects and its buttons, pixels
 
 QString meshFilter()
 {
@@ -66,6 +67,17 @@ void setKeys(QAction* action, QKeySequence::StandardKey standard, int otherwise)
 QImage readEnvironment(const QString& fileName, QString* error)
 {
     QImageReader reader(fileName);
+    // The engine shows less than this; a picture of a few bytes can claim to be of any size.
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > maximumEnvironmentPixels)
+    {
+        *error = MainWindow::tr("%1: expected a picture of at most %2 million pixels, found %3 × %4")
+                     .arg(QDir::toNativeSeparators(fileName))
+                     .arg(maximumEnvironmentPixels / 1000000)
+                     .arg(size.width())
+                     .arg(size.height());
+        return QImage();
+    }
     QImage image = reader.read();
     if (image.isNull())
         *error = MainWindow::tr("%1: expected a picture of the surroundings: %2")

@@ -1,5 +1,7 @@
 #include <examples/SceneEditor/document/MeshLoader.h>
 
+#include <examples/SceneEditor/document/MeshCheck.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -115,7 +117,10 @@ void checkMeshes(const aiScene& scene)
     if (triangles == 0)
         throw Failure{Text::tr("has no faces, expected at least one triangle")};
     if (triangles > maximumTriangleCount)
-        throw Failure{Text::tr("has %1 triangles, expected at most %2").arg(triangles).arg(maximumTriangleCount)};
+        throw Failure{Text::tr("has %1 %2, expected at most %3")
+                          .arg(triangles)
+                          .arg(Text::tr("triangles"))
+                          .arg(maximumTriangleCount)};
 }
 
 QVector3D toVector(const aiVector3D& v)
@@ -189,6 +194,9 @@ void checkFile(const QFileInfo& info)
     QFile file(info.filePath());
     if (!file.open(QIODevice::ReadOnly))
         throw Failure{Text::tr("cannot be read: %1").arg(file.errorString())};
+    const QString fault = meshFileFault(file.readAll(), info.suffix().toLower());
+    if (!fault.isEmpty())
+        throw Failure{fault};
 }
 
 std::shared_ptr<MeshData> import(const QFileInfo& info, const MeshProgress& progress)

@@ -12,8 +12,9 @@
 
 namespace sceneeditor
 {
-constexpr qint64 maximumMeshFileSize = qint64(1) << 30; //!< bytes
-constexpr quint32 maximumTriangleCount = 20'000'000;
+// Reading a mesh of these sizes takes up to three gibibytes for a while.
+constexpr qint64 maximumMeshFileSize = qint64(512) << 20; //!< bytes
+constexpr quint32 maximumTriangleCount = 5'000'000;
 
 //! A triangle mesh in model space, never empty and with finite numbers only. Not changed once it is shared.
 struct MeshData
