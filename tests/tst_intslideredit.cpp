@@ -104,6 +104,7 @@ private Q_SLOTS:
     void switchingPowersOfTwo();
     void rangeMovesTheHandle();
     void crossedRangeComesIntoOrder();
+    void widestRangesArePainted();
     void names();
     void readOnlyText();
     void derivedTextForm();
@@ -356,6 +357,26 @@ void tst_IntSliderEdit::crossedRangeComesIntoOrder()
     QCOMPARE(f.range(), QString("0..50"));
     f.edit.setValue(30);
     QCOMPARE(f.state(), QString("30 '30' 30 default"));
+}
+
+// Those of just 2^31 steps are more than Qt's styles can divide by.
+void tst_IntSliderEdit::widestRangesArePainted()
+{
+    QIntSliderEdit edit;
+    auto* slider = child<QSlider>(edit, "slider");
+    for (const auto& [minimum, maximum] : {std::pair(-1, IntMax), std::pair(IntMin, 0), std::pair(IntMin, IntMax)})
+    {
+        edit.setMaximum(maximum);
+        edit.setMinimum(minimum);
+        edit.setValue(1);
+        QVERIFY(!edit.grab().isNull());
+        QCOMPARE(edit.minimum(), minimum);
+        QCOMPARE(edit.maximum(), maximum);
+        QTest::keyClick(slider, Qt::Key_Home);
+        QCOMPARE(edit.value(), QVariant(minimum));
+        QTest::keyClick(slider, Qt::Key_End);
+        QCOMPARE(edit.value(), QVariant(maximum));
+    }
 }
 
 void tst_IntSliderEdit::names()

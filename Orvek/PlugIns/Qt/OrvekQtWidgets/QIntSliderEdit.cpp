@@ -103,7 +103,7 @@ void QIntSliderEdit::setMinimum(int minimum)
     m_ui.slider->setMinimum(positionOf(m_minimum));
     // A slider drags its other end along when they cross; it goes back when the range is in order again.
     if (m_minimum < m_maximum)
-        m_ui.slider->setMaximum(positionOf(m_maximum));
+        m_ui.slider->setMaximum(lastPosition());
 }
 
 int QIntSliderEdit::maximum() const
@@ -116,7 +116,7 @@ void QIntSliderEdit::setMaximum(int maximum)
     m_maximum = maximum;
     if (m_powerOfTwo && m_maximum <= m_minimum)
         m_maximum = static_cast<int>(qMin(qint64(m_minimum) * 2, qint64(LargestInt)));
-    m_ui.slider->setMaximum(positionOf(m_maximum));
+    m_ui.slider->setMaximum(lastPosition());
     // The other end, as in setMinimum().
     if (m_minimum < m_maximum)
         m_ui.slider->setMinimum(positionOf(m_minimum));
@@ -306,7 +306,16 @@ int QIntSliderEdit::positionOf(int value) const
     return m_powerOfTwo ? roundedExponent(value) : value;
 }
 
+// Qt's styles divide by zero when a slider has just 2^31 steps; it gets one less then.
+int QIntSliderEdit::lastPosition() const
+{
+    const int last = positionOf(m_maximum);
+    return last - qint64(positionOf(m_minimum)) == qint64(LargestInt) + 1 ? last - 1 : last;
+}
+
 int QIntSliderEdit::valueOf(int position) const
 {
-    return m_powerOfTwo ? powerOf(position) : position;
+    if (m_powerOfTwo)
+        return powerOf(position);
+    return position == lastPosition() ? m_maximum : position;
 }
