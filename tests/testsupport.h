@@ -3,6 +3,8 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QWidget>
 
+#include <optional>
+
 // The child of an editor's or container's form by its fixed name; fails hard when there is none.
 template <typename T>
 T* child(const QObject& parent, const char* name)
@@ -49,4 +51,20 @@ private:
             previous()(type, context, message);
     }
     QtMessageHandler m_previous = nullptr;
+};
+
+// A test whose functions fail where Qt warned during one.
+class WatchedTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { m_warnings.emplace(); }
+    void cleanup()
+    {
+        m_warnings.reset();
+        QCOMPARE(WarningWatch::count(), 0);
+    }
+
+private:
+    std::optional<WarningWatch> m_warnings;
 };

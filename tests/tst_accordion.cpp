@@ -7,7 +7,6 @@
 #include <QtWidgets/QToolButton>
 
 #include <algorithm>
-#include <optional>
 
 namespace
 {
@@ -52,289 +51,258 @@ public:
     using QPushButton::QPushButton;
 };
 
-class tst_Accordion : public QObject
+class tst_Accordion : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { m_warnings.emplace(); }
-    void cleanup()
+    void searchComparesLabels_data()
     {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
+        QTest::addColumn<QByteArray>("type");
+        QTest::addColumn<QString>("windowTitle");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("search");
+        QTest::addColumn<bool>("matches");
+
+        const auto row = [](const char* name, const char* type, const char* windowTitle, const char* text,
+                            const char* search, bool matches) {
+            QTest::newRow(name) << QByteArray(type) << QString(windowTitle) << QString(text) << QString(search)
+                                << matches;
+        };
+        row("part of a title in another case", "label", "Thick Fög", "", "CK FÖ", true);
+        row("another title", "label", "Thick Fog", "", "fogs", false);
+        row("label text", "label", "", "Fog", "fog", false);
+        row("push button text", "push", "", "Reload", "LOAD", true);
+        row("check box text", "check", "", "Reload", "LOAD", true);
+        row("title before button text", "push", "Fog", "Reload", "load", false);
+        row("derived button text", "derived", "", "Reload", "load", false);
+        row("other button text", "tool", "", "Reload", "load", false);
     }
 
-    void searchComparesLabels_data();
-    void searchComparesLabels();
-    void searchesFollowOneAnother();
-    void markingIsPainted();
-    void checkBoxShowsAndHidesContents();
-    void contentsAreAdoptedOnce();
-    void partsMayBeDestroyed();
-    void contentsFromTheHostsLayoutCallLieThereOnce();
-    void settingsRoundTrip();
-
-private:
-    std::optional<WarningWatch> m_warnings;
-};
-
-void tst_Accordion::searchComparesLabels_data()
-{
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<QString>("windowTitle");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("search");
-    QTest::addColumn<bool>("matches");
-
-    QTest::newRow("part of a title in another case") << QByteArray("label") << "Thick Fög"
-                                                     << ""
-                                                     << "CK FÖ" << true;
-    QTest::newRow("another title") << QByteArray("label") << "Thick Fog"
-                                   << ""
-                                   << "fogs" << false;
-    QTest::newRow("label text") << QByteArray("label") << ""
-                                << "Fog"
-                                << "fog" << false;
-    QTest::newRow("push button text") << QByteArray("push") << ""
-                                      << "Reload"
-                                      << "LOAD" << true;
-    QTest::newRow("check box text") << QByteArray("check") << ""
-                                    << "Reload"
-                                    << "LOAD" << true;
-    QTest::newRow("title before button text") << QByteArray("push") << "Fog"
-                                              << "Reload"
-                                              << "load" << false;
-    QTest::newRow("derived button text") << QByteArray("derived") << ""
-                                         << "Reload"
-                                         << "load" << false;
-    QTest::newRow("other button text") << QByteArray("tool") << ""
-                                       << "Reload"
-                                       << "load" << false;
-}
-
-void tst_Accordion::searchComparesLabels()
-{
-    QFETCH(QByteArray, type);
-    QFETCH(QString, windowTitle);
-    QFETCH(QString, text);
-    QFETCH(QString, search);
-    QFETCH(bool, matches);
-
-    QAccordion section;
-    QWidget* contents = addContents(section);
-    QWidget* row = type == "label"   ? addRow<QLabel>(contents, windowTitle)
-                   : type == "push"  ? addRow<QPushButton>(contents, windowTitle)
-                   : type == "check" ? addRow<QCheckBox>(contents, windowTitle)
-                   : type == "tool"  ? addRow<QToolButton>(contents, windowTitle)
-                                     : static_cast<QWidget*>(addRow<DerivedButton>(contents, windowTitle));
-    row->setProperty("text", text);
-    row->setObjectName(search);
-    row->setToolTip(search);
-    QWidget inner(row);
-    inner.setWindowTitle(search); // deeper ones do not count
-    section.setOpen(false);
-
-    section.setSearchText(search);
-    QCOMPARE(!row->isHidden(), matches);
-    QCOMPARE(row->property("highlighted"), QVariant(matches));
-    QVERIFY(!inner.property("highlighted").isValid());
-    QCOMPARE(section.isOpen(), matches);
-    QCOMPARE(section.property("highlighted"), QVariant(matches));
-    QCOMPARE(section.styleSheet(), matches ? Border : QString());
-}
-
-void tst_Accordion::searchesFollowOneAnother()
-{
-    QAccordion section;
-    section.setSearchText("accordion"); // without contents it does nothing
-    QCOMPARE(section.styleSheet(), QString());
-    QVERIFY(!section.property("highlighted").isValid());
-
-    section.setTitle("Weather");
-    QWidget* contents = addContents(section);
-    const QWidget* fog = addRow<QWidget>(contents, "Fog");
-    const QWidget* sun = addRow<QWidget>(contents, "Sun");
-    section.setStyleSheet("QAccordion {border: 3px solid red;}");
-
-    section.setSearchText("sun");
-    QVERIFY(!isShownIn(section, fog) && isShownIn(section, sun));
-    section.setSearchText("rain");
-    QVERIFY(section.isOpen()); // as it was
-    QVERIFY(!isShownIn(section, fog) && !isShownIn(section, sun));
-    QCOMPARE(section.styleSheet(), QString());
-    QCOMPARE(section.property("highlighted"), QVariant(false));
-    section.setSearchText("fog");
-    QCOMPARE(fog->property("highlighted"), QVariant(true));
-    QCOMPARE(section.styleSheet(), Border); // one match is enough, also when it is not the last child
-
-    section.setOpen(false);
-    section.setSearchText("EATH"); // the section's own title
-    QVERIFY(section.isOpen());
-    QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
-    QCOMPARE(section.styleSheet(), Border);
-    QCOMPARE(fog->property("highlighted"), QVariant(true));
-    QCOMPARE(sun->property("highlighted"), QVariant(false));
-
-    section.setSearchText("sun");
-    section.setOpen(false);
-    section.setSearchText(QString());
-    QVERIFY(section.isOpen());
-    QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
-    QCOMPARE(section.styleSheet(), QString());
-    QCOMPARE(section.property("highlighted"), QVariant(false));
-    QCOMPARE(sun->property("highlighted"), QVariant(true)); // editors keep the mark
-}
-
-void tst_Accordion::markingIsPainted()
-{
-    QWidget host;
-    host.setStyleSheet("QLabel[highlighted=\"true\"] {background: rgb(0, 0, 200);}"
-                       "QLabel[highlighted=\"false\"] {background: rgb(0, 200, 0);}");
-    QAccordion section(&host);
-    QLabel* fog = addRow<QLabel>(addContents(section), "Fog");
-    host.resize(300, 200);
-    section.setGeometry(10, 10, 200, 100);
-    host.show();
-    const auto background = [fog] { return fog->grab().toImage().pixelColor(1, 1); };
-    QVERIFY(!hasYellowBorder(section));
-
-    section.setSearchText("rain");
-    QCOMPARE(background(), QColor(0, 200, 0));
-    section.setSearchText("fog");
-    QVERIFY(hasYellowBorder(section));
-    QCOMPARE(background(), QColor(0, 0, 200));
-    section.setSearchText(QString());
-    QVERIFY(!hasYellowBorder(section));
-}
-
-void tst_Accordion::checkBoxShowsAndHidesContents()
-{
-    QAccordion section;
-    QWidget* contents = addContents(section);
-    auto* checkBox = child<QCheckBox>(section, "accordionCheckBox");
-    section.show();
-    QVERIFY(contents->isVisible());
-
-    QTest::keyClick(checkBox, Qt::Key_Space);
-    QVERIFY(!section.isOpen());
-    QVERIFY(contents->isHidden());
-    QVERIFY(contents->testAttribute(Qt::WA_DontShowOnScreen));
-    QVERIFY(checkBox->isVisible());
-    QTest::keyClick(checkBox, Qt::Key_Space);
-    QVERIFY(section.isOpen());
-    QVERIFY(contents->isVisible());
-    QVERIFY(!contents->testAttribute(Qt::WA_DontShowOnScreen));
-    QVERIFY(!section.signalsBlocked());
-
-    contents->hide();
-    section.setOpen(true); // no change, so nothing is shown
-    QVERIFY(contents->isHidden());
-
-    section.setTitle("Fog");
-    QCOMPARE(checkBox->text(), QStringLiteral("Fog"));
-    QCOMPARE(section.windowTitle(), QStringLiteral("Fog"));
-}
-
-void tst_Accordion::contentsAreAdoptedOnce()
-{
-    QAccordion section;
-    section.setOpen(false);
-    const QObject noWidget(&section);
-    auto* first = new QWidget(&section);
-    auto* second = new QWidget(&section);
-    QCOMPARE(section.layout()->indexOf(first), 1);
-    QCOMPARE(section.layout()->indexOf(second), -1);
-    QVERIFY(!first->isHidden()); // the state is applied at its next change only
-    section.setOpen(true);
-    section.setOpen(false);
-    QVERIFY(first->isHidden());
-    QVERIFY(!second->isHidden());
-
-    // Once the contents are gone, the last widget that the host laid out follows.
-    QWidget third(&section);
-    section.layout()->addWidget(second);
-    section.layout()->addWidget(&third);
-    delete first;
-    section.setOpen(true);
-    section.setOpen(false);
-    QVERIFY(third.isHidden());
-    QVERIFY(!second->isHidden());
-
-    QAccordion bare;
-    delete bare.layout();
-    QWidget contents(&bare);
-    bare.setOpen(false);
-    QVERIFY(contents.isHidden());
-}
-
-void tst_Accordion::partsMayBeDestroyed()
-{
-    QAccordion section;
-    section.setTitle("Weather");
-    delete addContents(section);
-    section.setOpen(false);
-    section.setSearchText("weather");
-    QVERIFY(!section.isOpen());
-
-    QWidget* next = addContents(section);
-    const QWidget* fog = addRow<QWidget>(next, "Fog");
-    QCOMPARE(section.layout()->indexOf(next), 1);
-    delete child<QCheckBox>(section, "accordionCheckBox");
-    QCOMPARE(section.title(), QStringLiteral("Weather"));
-    section.setTitle("Other");
-    QCOMPARE(section.windowTitle(), QStringLiteral("Weather"));
-    section.setOpen(true);
-    QVERIFY(!section.isOpen());
-    section.setSearchText("rain");
-    QVERIFY(fog->isHidden());
-    section.on_accordionCheckBox_toggled();
-    QVERIFY(next->isHidden());
-}
-
-// The child event comes while the host's call is under way, and both lay the widget out.
-void tst_Accordion::contentsFromTheHostsLayoutCallLieThereOnce()
-{
-    QAccordion section;
-    auto* contents = new QWidget;
-    section.layout()->addWidget(contents);
-    QTRY_COMPARE(section.layout()->count(), 2);
-    QCOMPARE(section.layout()->indexOf(contents), 1);
-
-    delete contents;
-    QCOMPARE(section.layout()->count(), 1);
-    contents = new QWidget;
-    section.layout()->addWidget(contents);
-    delete contents;
-    QCOMPARE(section.layout()->count(), 1);
-}
-
-void tst_Accordion::settingsRoundTrip()
-{
-    QTemporaryDir directory;
-    const QString fileName = directory.filePath("sections.ini");
-    QAccordion section;
-    section.setObjectName("fogSection");
+    void searchComparesLabels()
     {
+        QFETCH(QByteArray, type);
+        QFETCH(QString, windowTitle);
+        QFETCH(QString, text);
+        QFETCH(QString, search);
+        QFETCH(bool, matches);
+
+        QAccordion section;
+        QWidget* contents = addContents(section);
+        QWidget* row = type == "label"   ? addRow<QLabel>(contents, windowTitle)
+                       : type == "push"  ? addRow<QPushButton>(contents, windowTitle)
+                       : type == "check" ? addRow<QCheckBox>(contents, windowTitle)
+                       : type == "tool"  ? addRow<QToolButton>(contents, windowTitle)
+                                         : static_cast<QWidget*>(addRow<DerivedButton>(contents, windowTitle));
+        row->setProperty("text", text);
+        row->setObjectName(search);
+        row->setToolTip(search);
+        QWidget inner(row);
+        inner.setWindowTitle(search); // deeper ones do not count
+        section.setOpen(false);
+
+        section.setSearchText(search);
+        QCOMPARE(!row->isHidden(), matches);
+        QCOMPARE(row->property("highlighted"), QVariant(matches));
+        QVERIFY(!inner.property("highlighted").isValid());
+        QCOMPARE(section.isOpen(), matches);
+        QCOMPARE(section.property("highlighted"), QVariant(matches));
+        QCOMPARE(section.styleSheet(), matches ? Border : QString());
+    }
+
+    void searchesFollowOneAnother()
+    {
+        QAccordion section;
+        section.setSearchText("accordion"); // without contents it does nothing
+        QCOMPARE(section.styleSheet(), QString());
+        QVERIFY(!section.property("highlighted").isValid());
+
+        section.setTitle("Weather");
+        QWidget* contents = addContents(section);
+        const QWidget* fog = addRow<QWidget>(contents, "Fog");
+        const QWidget* sun = addRow<QWidget>(contents, "Sun");
+        section.setStyleSheet("QAccordion {border: 3px solid red;}");
+
+        section.setSearchText("sun");
+        QVERIFY(!isShownIn(section, fog) && isShownIn(section, sun));
+        section.setSearchText("rain");
+        QVERIFY(section.isOpen()); // as it was
+        QVERIFY(!isShownIn(section, fog) && !isShownIn(section, sun));
+        QCOMPARE(section.styleSheet(), QString());
+        QCOMPARE(section.property("highlighted"), QVariant(false));
+        section.setSearchText("fog");
+        QCOMPARE(fog->property("highlighted"), QVariant(true));
+        QCOMPARE(section.styleSheet(), Border); // one match is enough, also when it is not the last child
+
+        section.setOpen(false);
+        section.setSearchText("EATH"); // the section's own title
+        QVERIFY(section.isOpen());
+        QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
+        QCOMPARE(section.styleSheet(), Border);
+        QCOMPARE(fog->property("highlighted"), QVariant(true));
+        QCOMPARE(sun->property("highlighted"), QVariant(false));
+
+        section.setSearchText("sun");
+        section.setOpen(false);
+        section.setSearchText(QString());
+        QVERIFY(section.isOpen());
+        QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
+        QCOMPARE(section.styleSheet(), QString());
+        QCOMPARE(section.property("highlighted"), QVariant(false));
+        QCOMPARE(sun->property("highlighted"), QVariant(true)); // editors keep the mark
+    }
+
+    void markingIsPainted()
+    {
+        QWidget host;
+        host.setStyleSheet("QLabel[highlighted=\"true\"] {background: rgb(0, 0, 200);}"
+                           "QLabel[highlighted=\"false\"] {background: rgb(0, 200, 0);}");
+        QAccordion section(&host);
+        QLabel* fog = addRow<QLabel>(addContents(section), "Fog");
+        host.resize(300, 200);
+        section.setGeometry(10, 10, 200, 100);
+        host.show();
+        const auto background = [fog] { return fog->grab().toImage().pixelColor(1, 1); };
+        QVERIFY(!hasYellowBorder(section));
+
+        section.setSearchText("rain");
+        QCOMPARE(background(), QColor(0, 200, 0));
+        section.setSearchText("fog");
+        QVERIFY(hasYellowBorder(section));
+        QCOMPARE(background(), QColor(0, 0, 200));
+        section.setSearchText(QString());
+        QVERIFY(!hasYellowBorder(section));
+    }
+
+    void checkBoxShowsAndHidesContents()
+    {
+        QAccordion section;
+        QWidget* contents = addContents(section);
+        auto* checkBox = child<QCheckBox>(section, "accordionCheckBox");
+        section.show();
+        QVERIFY(contents->isVisible());
+
+        QTest::keyClick(checkBox, Qt::Key_Space);
+        QVERIFY(!section.isOpen());
+        QVERIFY(contents->isHidden());
+        QVERIFY(contents->testAttribute(Qt::WA_DontShowOnScreen));
+        QVERIFY(checkBox->isVisible());
+        QTest::keyClick(checkBox, Qt::Key_Space);
+        QVERIFY(section.isOpen());
+        QVERIFY(contents->isVisible());
+        QVERIFY(!contents->testAttribute(Qt::WA_DontShowOnScreen));
+        QVERIFY(!section.signalsBlocked());
+
+        contents->hide();
+        section.setOpen(true); // no change, so nothing is shown
+        QVERIFY(contents->isHidden());
+
+        section.setTitle("Fog");
+        QCOMPARE(checkBox->text(), QStringLiteral("Fog"));
+        QCOMPARE(section.windowTitle(), QStringLiteral("Fog"));
+    }
+
+    void contentsAreAdoptedOnce()
+    {
+        QAccordion section;
+        section.setOpen(false);
+        const QObject noWidget(&section);
+        auto* first = new QWidget(&section);
+        auto* second = new QWidget(&section);
+        QCOMPARE(section.layout()->indexOf(first), 1);
+        QCOMPARE(section.layout()->indexOf(second), -1);
+        QVERIFY(!first->isHidden()); // the state is applied at its next change only
+        section.setOpen(true);
+        section.setOpen(false);
+        QVERIFY(first->isHidden());
+        QVERIFY(!second->isHidden());
+
+        // Once the contents are gone, the last widget that the host laid out follows.
+        QWidget third(&section);
+        section.layout()->addWidget(second);
+        section.layout()->addWidget(&third);
+        delete first;
+        section.setOpen(true);
+        section.setOpen(false);
+        QVERIFY(third.isHidden());
+        QVERIFY(!second->isHidden());
+
+        QAccordion bare;
+        delete bare.layout();
+        QWidget contents(&bare);
+        bare.setOpen(false);
+        QVERIFY(contents.isHidden());
+    }
+
+    void partsMayBeDestroyed()
+    {
+        QAccordion section;
+        section.setTitle("Weather");
+        delete addContents(section);
+        section.setOpen(false);
+        section.setSearchText("weather");
+        QVERIFY(!section.isOpen());
+
+        QWidget* next = addContents(section);
+        const QWidget* fog = addRow<QWidget>(next, "Fog");
+        QCOMPARE(section.layout()->indexOf(next), 1);
+        delete child<QCheckBox>(section, "accordionCheckBox");
+        QCOMPARE(section.title(), QStringLiteral("Weather"));
+        section.setTitle("Other");
+        QCOMPARE(section.windowTitle(), QStringLiteral("Weather"));
+        section.setOpen(true);
+        QVERIFY(!section.isOpen());
+        section.setSearchText("rain");
+        QVERIFY(fog->isHidden());
+        section.on_accordionCheckBox_toggled();
+        QVERIFY(next->isHidden());
+    }
+
+    // The child event comes while the host's call is under way, and both lay the widget out.
+    void contentsFromTheHostsLayoutCallLieThereOnce()
+    {
+        QAccordion section;
+        auto* contents = new QWidget;
+        section.layout()->addWidget(contents);
+        QTRY_COMPARE(section.layout()->count(), 2);
+        QCOMPARE(section.layout()->indexOf(contents), 1);
+
+        delete contents;
+        QCOMPARE(section.layout()->count(), 1);
+        contents = new QWidget;
+        section.layout()->addWidget(contents);
+        delete contents;
+        QCOMPARE(section.layout()->count(), 1);
+    }
+
+    void settingsRoundTrip()
+    {
+        QTemporaryDir directory;
+        const QString fileName = directory.filePath("sections.ini");
+        QAccordion section;
+        section.setObjectName("fogSection");
+        {
+            QSettings settings(fileName, QSettings::IniFormat);
+            settings.beginGroup("view");
+            section.writeSettings(settings);
+            QCOMPARE(settings.value("fogSection"), QVariant(true));
+            settings.endGroup();
+            QCOMPARE(settings.allKeys(), QStringList("view/fogSection"));
+        }
         QSettings settings(fileName, QSettings::IniFormat);
+        section.readSettings(settings);
+        QVERIFY(!section.isOpen()); // no entry outside the group
         settings.beginGroup("view");
+        section.readSettings(settings);
+        QVERIFY(section.isOpen());
+        section.setOpen(false);
         section.writeSettings(settings);
-        QCOMPARE(settings.value("fogSection"), QVariant(true));
-        settings.endGroup();
-        QCOMPARE(settings.allKeys(), QStringList("view/fogSection"));
-    }
-    QSettings settings(fileName, QSettings::IniFormat);
-    section.readSettings(settings);
-    QVERIFY(!section.isOpen()); // no entry outside the group
-    settings.beginGroup("view");
-    section.readSettings(settings);
-    QVERIFY(section.isOpen());
-    section.setOpen(false);
-    section.writeSettings(settings);
 
-    QAccordion sameName;
-    sameName.setObjectName("fogSection");
-    sameName.readSettings(settings);
-    QVERIFY(!sameName.isOpen());
-}
+        QAccordion sameName;
+        sameName.setObjectName("fogSection");
+        sameName.readSettings(settings);
+        QVERIFY(!sameName.isOpen());
+    }
+};
 
 QTEST_MAIN(tst_Accordion)
 #include "tst_accordion.moc"

@@ -10,7 +10,6 @@
 #include <QtWidgets/QHBoxLayout>
 
 #include <memory>
-#include <optional>
 
 namespace
 {
@@ -48,118 +47,102 @@ void useAll(QWidget* editor)
 
 Q_DECLARE_METATYPE(Create)
 
-class tst_EditorChildren : public QObject
+class tst_EditorChildren : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { m_warnings.emplace(); }
-    void cleanup()
+    void anyMayBeDeleted_data()
     {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
+        QTest::addColumn<Create>("create");
+        QTest::addColumn<QString>("name");
+        const Create all[] = {create<QSliderEdit>, create<QIntSliderEdit>, create<QVectorEdit>,
+                              create<QColourEdit>, create<QLabelEdit>,     create<QFileEdit>};
+        for (const Create create : all)
+        {
+            const std::unique_ptr<QWidget> editor(create());
+            const QWidgetList children = editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+            for (const QWidget* child : children)
+                QTest::addRow("%s, %s", editor->metaObject()->className(), qPrintable(child->objectName()))
+                    << create << child->objectName();
+            QTest::addRow("%s, all", editor->metaObject()->className()) << create << QString();
+        }
     }
-    void anyMayBeDeleted_data();
-    void anyMayBeDeleted();
-    void maySurviveTheEditor();
-    void mayGoWithAnotherWindow();
-    void mayBeDeletedWhenTheValueChanges();
-    void mayMoveElsewhere();
 
-private:
-    std::optional<WarningWatch> m_warnings;
-};
-
-void tst_EditorChildren::anyMayBeDeleted_data()
-{
-    QTest::addColumn<Create>("create");
-    QTest::addColumn<QString>("name");
-    const Create all[] = {create<QSliderEdit>, create<QIntSliderEdit>, create<QVectorEdit>,
-                          create<QColourEdit>, create<QLabelEdit>,     create<QFileEdit>};
-    for (const Create create : all)
+    void anyMayBeDeleted()
     {
+        QFETCH(Create, create);
+        QFETCH(QString, name);
         const std::unique_ptr<QWidget> editor(create());
-        const QWidgetList children = editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-        for (const QWidget* child : children)
-            QTest::addRow("%s, %s", editor->metaObject()->className(), qPrintable(child->objectName()))
-                << create << child->objectName();
-        QTest::addRow("%s, all", editor->metaObject()->className()) << create << QString();
+        editor->show();
+        qDeleteAll(editor->findChildren<QWidget*>(name, Qt::FindDirectChildrenOnly));
+        const int left = editor->findChildren<QWidget*>().size();
+        useAll(editor.get());
+        editor->setProperty("title", QStringLiteral("Sun"));
+        editor->setProperty("label", QStringLiteral("Sun"));
+        QCOMPARE(editor->windowTitle(), QStringLiteral("Sun"));
+        // What is in place of the deleted ones cannot be seen.
+        const QWidgetList now = editor->findChildren<QWidget*>();
+        for (const QWidget* child : now.mid(left))
+            QVERIFY(!child->isVisible() || child->size().isEmpty());
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (const QWidget* window : windows)
+            QVERIFY(window == editor.get() || !window->isVisible());
     }
-}
 
-void tst_EditorChildren::anyMayBeDeleted()
-{
-    QFETCH(Create, create);
-    QFETCH(QString, name);
-    const std::unique_ptr<QWidget> editor(create());
-    editor->show();
-    qDeleteAll(editor->findChildren<QWidget*>(name, Qt::FindDirectChildrenOnly));
-    const int left = editor->findChildren<QWidget*>().size();
-    useAll(editor.get());
-    editor->setProperty("title", QStringLiteral("Sun"));
-    editor->setProperty("label", QStringLiteral("Sun"));
-    QCOMPARE(editor->windowTitle(), QStringLiteral("Sun"));
-    // What is in place of the deleted ones cannot be seen.
-    const QWidgetList now = editor->findChildren<QWidget*>();
-    for (const QWidget* child : now.mid(left))
-        QVERIFY(!child->isVisible() || child->size().isEmpty());
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget* window : windows)
-        QVERIFY(window == editor.get() || !window->isVisible());
-}
+    void maySurviveTheEditor()
+    {
+        QWidget elsewhere;
+        auto editor = std::make_unique<QSliderEdit>();
+        auto* units = child<QLabel>(*editor, "units");
+        units->setParent(&elsewhere);
+        delete child<QLabel>(*editor, "label");
+        const int windows = QApplication::topLevelWidgets().size();
+        editor.reset();
+        QCOMPARE(QApplication::topLevelWidgets().size(), windows - 2); // the editor and what was in place of the label
+        delete units;
+    }
 
-void tst_EditorChildren::maySurviveTheEditor()
-{
-    QWidget elsewhere;
-    auto editor = std::make_unique<QSliderEdit>();
-    auto* units = child<QLabel>(*editor, "units");
-    units->setParent(&elsewhere);
-    delete child<QLabel>(*editor, "label");
-    const int windows = QApplication::topLevelWidgets().size();
-    editor.reset();
-    QCOMPARE(QApplication::topLevelWidgets().size(), windows - 2); // the editor and what was in place of the label
-    delete units;
-}
+    void mayGoWithAnotherWindow()
+    {
+        auto window = std::make_unique<QWidget>();
+        auto* inner = new QWidget(window.get());
+        auto* editor = new QLabelEdit(inner);
+        // The child is destroyed before its editor, in a window that is half destroyed by then.
+        auto* before = new QWidget(window.get());
+        inner->setParent(nullptr);
+        inner->setParent(window.get());
+        child<QPushButton>(*editor, "reset")->setParent(before);
+        child<QLabel>(*editor, "units")->setParent(before);
+        window.reset();
+    }
 
-void tst_EditorChildren::mayGoWithAnotherWindow()
-{
-    auto window = std::make_unique<QWidget>();
-    auto* inner = new QWidget(window.get());
-    auto* editor = new QLabelEdit(inner);
-    // The child is destroyed before its editor, in a window that is half destroyed by then.
-    auto* before = new QWidget(window.get());
-    inner->setParent(nullptr);
-    inner->setParent(window.get());
-    child<QPushButton>(*editor, "reset")->setParent(before);
-    child<QLabel>(*editor, "units")->setParent(before);
-    window.reset();
-}
+    void mayBeDeletedWhenTheValueChanges()
+    {
+        QSliderEdit edit;
+        connect(&edit, &QSliderEdit::valueChanged, &edit, [&edit] { delete edit.findChild<QSlider*>("slider"); });
+        auto* text = child<QLineEdit>(edit, "lineEdit");
+        text->setText("0.5");
+        QTest::keyClick(text, Qt::Key_Return);
+        QCOMPARE(edit.value().toDouble(), 0.5);
+        QVERIFY(!edit.findChild<QSlider*>("slider"));
+    }
 
-void tst_EditorChildren::mayBeDeletedWhenTheValueChanges()
-{
-    QSliderEdit edit;
-    connect(&edit, &QSliderEdit::valueChanged, &edit, [&edit] { delete edit.findChild<QSlider*>("slider"); });
-    auto* text = child<QLineEdit>(edit, "lineEdit");
-    text->setText("0.5");
-    QTest::keyClick(text, Qt::Key_Return);
-    QCOMPARE(edit.value().toDouble(), 0.5);
-    QVERIFY(!edit.findChild<QSlider*>("slider"));
-}
-
-// Two companions of one item: the editor places only those that are still its own.
-void tst_EditorChildren::mayMoveElsewhere()
-{
-    QWidget elsewhere;
-    QSliderEdit edit;
-    edit.setOrientation(Qt::Vertical);
-    auto* units = child<QLabel>(edit, "units");
-    units->setParent(&elsewhere);
-    const QRect place(5, 300, 40, 20);
-    units->setGeometry(place);
-    units->show();
-    edit.show();
-    edit.resize(200, 400);
-    QCOMPARE(units->geometry(), place);
-}
+    // Two companions of one item: the editor places only those that are still its own.
+    void mayMoveElsewhere()
+    {
+        QWidget elsewhere;
+        QSliderEdit edit;
+        edit.setOrientation(Qt::Vertical);
+        auto* units = child<QLabel>(edit, "units");
+        units->setParent(&elsewhere);
+        const QRect place(5, 300, 40, 20);
+        units->setGeometry(place);
+        units->show();
+        edit.show();
+        edit.resize(200, 400);
+        QCOMPARE(units->geometry(), place);
+    }
+};
 
 QTEST_MAIN(tst_EditorChildren)
 #include "tst_editorchildren.moc"

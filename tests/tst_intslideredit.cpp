@@ -2,12 +2,10 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleFactory>
 
 #include <limits>
-#include <optional>
 
 namespace
 {
@@ -28,6 +26,7 @@ struct Fixture
         if (!QTest::qWaitForWindowActive(&edit))
             qFatal("the editor did not come to the screen");
     }
+
     // Value, text, handle and whether reset can be clicked.
     QString state() const
     {
@@ -38,6 +37,7 @@ struct Fixture
             .arg(slider->sliderPosition())
             .arg(reset);
     }
+
     QString range() const { return QString("%1..%2").arg(slider->minimum()).arg(slider->maximum()); }
     QStringList heard() { return std::exchange(log, {}); }
     void type(const QString& typed)
@@ -47,6 +47,7 @@ struct Fixture
         QTest::keyClicks(text, typed);
         QTest::keyClick(text, Qt::Key_Return);
     }
+
     // Only good for a horizontal slider: handles travel the whole length less their own.
     QPoint handle() const
     {
@@ -55,6 +56,7 @@ struct Fixture
                                                           slider->sliderPosition(), slider->width() - thickness);
         return {place + thickness / 2, slider->height() / 2};
     }
+
     void drag(const QPoint& to)
     {
         QTest::mousePress(slider, Qt::LeftButton, {}, handle());
@@ -78,388 +80,346 @@ public:
 };
 } // namespace
 
-class tst_IntSliderEdit : public QObject
+class tst_IntSliderEdit : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
-    void init() { m_warnings.emplace(); }
-    void cleanup()
+    void newEditor()
     {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
+        Fixture f;
+        QCOMPARE(f.state(), QString("0 '0' 0 default"));
+        QCOMPARE(f.range(), QString("0..100"));
+        QCOMPARE(f.edit.minimumSize(), QSize(270, 38));
+        QCOMPARE(f.text->width(), 80);
+        QCOMPARE(child<QLabel>(f.edit, "units")->width(), 40);
+        f.edit.setValue(30);
+        QVERIFY(!f.resetButton->isEnabled()); // until a default is given or asked for
     }
 
-    void newEditor();
-    void dragPreviewsAndReleaseCommits();
-    void clicksAndKeysCommit();
-    void wheelStopsAtTheSlider();
-    void resetRule();
-    void committedText_data();
-    void committedText();
-    void hostSetsTheValue_data();
-    void hostSetsTheValue();
-    void powersOfTwo_data();
-    void powersOfTwo();
-    void switchingPowersOfTwo();
-    void rangeMovesTheHandle();
-    void crossedRangeComesIntoOrder();
-    void widestRangesArePainted();
-    void names();
-    void readOnlyText();
-    void derivedTextForm();
-    void orientation();
+    void dragPreviewsAndReleaseCommits()
+    {
+        Fixture f;
+        f.edit.setShowDefaultButton(true);
+        f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
+        QCOMPARE(f.heard(), QStringList{"started"});
+        QCOMPARE(f.state(), QString("0 '100' 100 default"));
+        QTest::mouseRelease(f.slider, Qt::LeftButton);
+        QCOMPARE(f.heard(), QStringList{"100"});
+        QCOMPARE(f.state(), QString("100 '100' 100 reset"));
 
-private:
-    std::optional<WarningWatch> m_warnings;
+        QTest::mouseClick(f.slider, Qt::LeftButton, {}, f.handle()); // taken hold of and left where it was
+        QCOMPARE(f.heard(), QStringList{"started"});
+    }
+
+    void clicksAndKeysCommit()
+    {
+        Fixture f;
+        QTest::mouseClick(f.slider, Qt::LeftButton, {}, QPoint(f.slider->width() - 3, f.slider->height() / 2));
+        QCOMPARE(f.state(), QString("10 '10' 10 default"));
+        QTest::keyClick(f.slider, Qt::Key_Right);
+        QTest::keyClick(f.slider, Qt::Key_PageUp);
+        QCOMPARE(f.state(), QString("21 '21' 21 default"));
+        QCOMPARE(f.heard(), (QStringList{"10", "11", "21"}));
+    }
+
+    void resetRule()
+    {
+        Fixture f;
+        f.edit.setDefaultValue(500); // beyond the range
+        QCOMPARE(f.state(), QString("0 '0' 0 reset"));
+        QTest::mouseClick(f.resetButton, Qt::LeftButton);
+        QCOMPARE(f.heard(), QStringList{"100"});
+        QCOMPARE(f.state(), QString("100 '100' 100 reset"));
+        f.edit.setDefaultValue(40);
+        QTest::mouseClick(f.resetButton, Qt::LeftButton);
+        QCOMPARE(f.state(), QString("40 '40' 40 default"));
+        QTest::keyClick(f.slider, Qt::Key_Left);
+        QVERIFY(f.resetButton->isEnabled());
+        f.type("40");
+        QVERIFY(!f.resetButton->isEnabled());
+        f.edit.setValue(41);
+        QVERIFY(f.resetButton->isEnabled());
+        f.edit.setShowDefaultButton(false);
+        QVERIFY(!f.resetButton->isEnabled() && f.resetButton->isVisible());
+    }
+
+    void committedText_data()
+    {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<bool>("powers");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<int>("handle");
+
+        QTest::newRow("number") << 0 << 100 << false << "48" << 48 << 48;
+        QTest::newRow("blanks around") << 0 << 100 << false << " 48 " << 48 << 48;
+        QTest::newRow("beyond maximum") << 0 << 100 << false << "150" << 100 << 100;
+        QTest::newRow("below minimum") << 5 << 100 << false << "-5" << 5 << 5;
+        QTest::newRow("letters") << -10 << 100 << false << "abc" << 0 << 0;
+        QTest::newRow("fraction") << -10 << 100 << false << "2.5" << 0 << 0;
+        QTest::newRow("other base") << -10 << 100 << false << "0x10" << 0 << 0;
+        QTest::newRow("too long for an int") << -10 << 100 << false << "99999999999" << 0 << 0;
+        QTest::newRow("least int") << IntMin << IntMax << false << "-2147483648" << IntMin << IntMin;
+        QTest::newRow("greatest int") << IntMin << IntMax << false << "2147483647" << IntMax << IntMax;
+        QTest::newRow("power, rounded up") << 0 << 100 << true << "48" << 64 << 6;
+        QTest::newRow("power, rounded down") << 0 << 100 << true << "45" << 32 << 5;
+        QTest::newRow("power, then clamped") << 0 << 100 << true << "100" << 100 << 7;
+        QTest::newRow("power, zero") << 0 << 100 << true << "0" << 1 << 0;
+        QTest::newRow("power, negative") << 0 << 100 << true << "-8" << 1 << 0;
+        QTest::newRow("power, nothing above") << 0 << IntMax << true << "2147483647" << LargestPower << 30;
+        QTest::newRow("power, below minimum") << 4 << 100 << true << "1" << 4 << 2;
+    }
+
+    void committedText()
+    {
+        QFETCH(int, minimum);
+        QFETCH(int, maximum);
+        QFETCH(bool, powers);
+        QFETCH(QString, typed);
+        QFETCH(int, value);
+        QFETCH(int, handle);
+        Fixture f;
+        f.edit.setMinimum(minimum);
+        f.edit.setMaximum(maximum);
+        f.edit.setPowerOfTwo(powers);
+        f.edit.setDefaultValue(value);
+        f.edit.setValue(maximum);
+        f.heard();
+        f.type(typed);
+        QCOMPARE(f.state(), QString("%1 '%2' %3 default").arg(value).arg(typed).arg(handle));
+        QCOMPARE(f.heard(), (QStringList{QString::number(value), QString::number(value)}));
+    }
+
+    void hostSetsTheValue_data()
+    {
+        QTest::addColumn<QVariant>("given");
+        QTest::addColumn<bool>("powers");
+        QTest::addColumn<QString>("state");
+
+        QTest::newRow("int") << QVariant(30) << false << "30 '30' 30 reset";
+        QTest::newRow("clamped") << QVariant(-1) << false << "1 '1' 1 reset";
+        QTest::newRow("text") << QVariant("31") << false << "31 '31' 31 reset";
+        QTest::newRow("no number") << QVariant("x") << false << "7 '7' 7 default";
+        QTest::newRow("nothing") << QVariant() << false << "7 '7' 7 default";
+        QTest::newRow("no power, kept as it is") << QVariant(48) << true << "48 '48' 6 reset";
+    }
+
+    void hostSetsTheValue()
+    {
+        QFETCH(QVariant, given);
+        QFETCH(bool, powers);
+        QFETCH(QString, state);
+        Fixture f;
+        f.edit.setMinimum(1);
+        f.edit.setValue(7);
+        f.edit.setDefaultValue(7);
+        f.edit.setPowerOfTwo(powers);
+        f.heard();
+        f.edit.blockSignals(true);
+        f.edit.setValue(given);
+        QCOMPARE(f.state(), state);
+        const bool ignored = state.startsWith("7 ");
+        QCOMPARE(f.edit.signalsBlocked(), ignored);
+        f.edit.blockSignals(false);
+        f.edit.setValue(given, false);
+        f.edit.setValue(QVariant(9), false);
+        QVERIFY(f.text->text().isEmpty());
+        QCOMPARE(f.edit.value(), QVariant(9));
+        QCOMPARE(f.heard(), QStringList());
+        QTest::keyClick(f.slider, Qt::Key_End); // the slider can be heard again
+        QCOMPARE(f.heard(), QStringList{"100"});
+    }
+
+    void powersOfTwo_data()
+    {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<int>("newMinimum");
+        QTest::addColumn<int>("newMaximum");
+        QTest::addColumn<QString>("range");
+        QTest::addColumn<QString>("end"); // what the End key reaches
+
+        QTest::newRow("default range") << 0 << 100 << 1 << 100 << "0..7"
+                                       << "100 '100' 7 default";
+        QTest::newRow("one number") << 5 << 5 << 5 << 10 << "2..3"
+                                    << "8 '8' 3 default";
+        QTest::newRow("negative") << -10 << -5 << 1 << 2 << "0..1"
+                                  << "2 '2' 1 default";
+        QTest::newRow("everything") << IntMin << IntMax << 1 << IntMax << "0..31"
+                                    << "1073741824 '1073741824' 31 default";
+        QTest::newRow("no room for twice the minimum") << LargestPower << 5 << LargestPower << IntMax << "30..31"
+                                                       << "1073741824 '1073741824' 31 default";
+        QTest::newRow("greatest int") << IntMax << IntMax << IntMax << IntMax << "31..31"
+                                      << "2147483647 '2147483647' 31 default";
+    }
+
+    void powersOfTwo()
+    {
+        QFETCH(int, minimum);
+        QFETCH(int, maximum);
+        QFETCH(QString, end);
+        Fixture f;
+        f.edit.setMinimum(minimum);
+        f.edit.setMaximum(maximum);
+        f.edit.setPowerOfTwo(true);
+        QTEST(f.edit.minimum(), "newMinimum");
+        QTEST(f.edit.maximum(), "newMaximum");
+        QTEST(f.range(), "range");
+        f.edit.setValue(f.edit.minimum());
+        QTest::keyClick(f.slider, Qt::Key_End);
+        QCOMPARE(f.state(), end);
+    }
+
+    void switchingPowersOfTwo()
+    {
+        Fixture f;
+        f.edit.setPowerOfTwo(true);
+        QCOMPARE(f.heard(), QStringList{"1"});
+        QCOMPARE(f.state(), QString("1 '0' 0 default"));
+        f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
+        QCOMPARE(f.text->text(), QString("128"));
+        QTest::mouseRelease(f.slider, Qt::LeftButton);
+        QCOMPARE(f.heard(), (QStringList{"started", "100"}));
+        QCOMPARE(f.state(), QString("100 '100' 7 default"));
+        f.edit.setPowerOfTwo(false);
+        QCOMPARE(f.heard(), QStringList{"100"});
+        QCOMPARE(f.range(), QString("1..100"));
+        QCOMPARE(f.state(), QString("100 '100' 100 default"));
+    }
+
+    void rangeMovesTheHandle()
+    {
+        Fixture f;
+        f.edit.setMinimum(20);
+        QCOMPARE(f.heard(), QStringList{"20"});
+        QCOMPARE(f.state(), QString("20 '20' 20 default"));
+        f.edit.setValue(80);
+        f.edit.setMaximum(90);
+        QCOMPARE(f.heard(), QStringList());
+        f.edit.setMaximum(60);
+        QCOMPARE(f.heard(), QStringList{"60"});
+        QCOMPARE(f.state(), QString("60 '60' 60 default"));
+        QCOMPARE(f.range(), QString("20..60"));
+    }
+
+    void crossedRangeComesIntoOrder()
+    {
+        Fixture f;
+        f.edit.setMinimum(200);
+        QCOMPARE(f.edit.value(), QVariant(100)); // crossed ends clamp to the maximum
+        f.edit.setMinimum(0);
+        QCOMPARE(f.range(), QString("0..100"));
+        f.edit.setMaximum(-50);
+        f.edit.setMaximum(50);
+        QCOMPARE(f.range(), QString("0..50"));
+        f.edit.setValue(30);
+        QCOMPARE(f.state(), QString("30 '30' 30 default"));
+    }
+
+    // Those of just 2^31 steps are more than Qt's styles can divide by.
+    void widestRangesArePainted()
+    {
+        QIntSliderEdit edit;
+        auto* slider = child<QSlider>(edit, "slider");
+        for (const auto& [minimum, maximum] : {std::pair(-1, IntMax), std::pair(IntMin, 0), std::pair(IntMin, IntMax)})
+        {
+            edit.setMaximum(maximum);
+            edit.setMinimum(minimum);
+            edit.setValue(1);
+            QVERIFY(!edit.grab().isNull());
+            QCOMPARE(edit.minimum(), minimum);
+            QCOMPARE(edit.maximum(), maximum);
+            QTest::keyClick(slider, Qt::Key_Home);
+            QCOMPARE(edit.value(), QVariant(minimum));
+            QTest::keyClick(slider, Qt::Key_End);
+            QCOMPARE(edit.value(), QVariant(maximum));
+        }
+    }
+
+    void names()
+    {
+        Fixture f;
+        f.edit.setMinimum(-1);
+        f.edit.setMaximum(2);
+        f.edit.setValue(1);
+        f.edit.setEnums({"off", "low", "high"});
+        QCOMPARE(f.state(), QString("1 'low' 1 default"));
+        QCOMPARE(f.range(), QString("-1..2"));
+        f.edit.setMaximum(3);
+        QCOMPARE(f.heard(), QStringList());
+        f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
+        QCOMPARE(f.text->text(), QString("3"));
+        f.drag(QPoint(0, f.slider->height() / 2));
+        QCOMPARE(f.text->text(), QString("-1"));
+        QTest::mouseRelease(f.slider, Qt::LeftButton);
+        QTest::keyClick(f.slider, Qt::Key_Right);
+        QCOMPARE(f.text->text(), QString("off"));
+        f.edit.setValue(2);
+        QCOMPARE(f.text->text(), QString("high"));
+        f.heard();
+        f.type("low");
+        QCOMPARE(f.heard(), (QStringList{"0", "0"}));
+        f.edit.setEnums({});
+        QCOMPARE(f.state(), QString("0 '0' 0 default"));
+    }
+
+    void readOnlyText()
+    {
+        Fixture f;
+        f.edit.setReadOnlyText(true);
+        f.type("55");
+        QCOMPARE(f.state(), QString("0 '0' 0 default"));
+        QTest::keyClick(f.slider, Qt::Key_Right);
+        QCOMPARE(f.state(), QString("1 '1' 1 default"));
+        f.edit.setReadOnlyText(false);
+        f.type("55");
+        QCOMPARE(f.state(), QString("55 '55' 55 default"));
+    }
+
+    void derivedTextForm()
+    {
+        HexEdit edit;
+        auto* text = child<QLineEdit>(edit, "lineEdit");
+        edit.setValue(31);
+        QCOMPARE(text->text(), QString("0x1f"));
+        QTest::keyClick(child<QSlider>(edit, "slider"), Qt::Key_Right);
+        QCOMPARE(text->text(), QString("0x20"));
+        text->clear();
+        QTest::keyClicks(text, "0x40\r");
+        QCOMPARE(edit.value(), QVariant(64));
+    }
+
+    void orientation()
+    {
+        Fixture f;
+        f.edit.setUnits("m");
+        f.edit.setLabelWidth(90);
+        const QList<const QWidget*> column = {child<QLabel>(f.edit, "label"), f.slider, f.text,
+                                              child<QLabel>(f.edit, "units"), f.resetButton};
+        f.edit.setOrientation(Qt::Vertical);
+        f.edit.resize(270, 300);
+        QTest::qWait(0);
+        QCOMPARE(f.edit.orientation(), Qt::Vertical);
+        for (int i = 1; i < column.size(); ++i)
+            QVERIFY(column.at(i - 1)->geometry().bottom() < column.at(i)->geometry().top());
+        QCOMPARE(f.text->width(), 90);
+        QCOMPARE(f.slider->minimumSize(), QSize(8, 32));
+        QVERIFY(qAbs(f.text->geometry().center().x() - f.edit.rect().center().x()) <= 1);
+
+        f.edit.setOrientation(Qt::Horizontal);
+        QTest::qWait(0);
+        for (int i = 1; i < column.size(); ++i)
+            QVERIFY(column.at(i - 1)->geometry().right() < column.at(i)->geometry().left());
+        QCOMPARE(f.text->width(), 64);
+        QCOMPARE(f.slider->minimumSize(), QSize(32, 8));
+        QCOMPARE(f.edit.textWidth(), 80);
+        f.edit.setTextWidth(80);
+        QCOMPARE(f.text->minimumWidth(), 80);
+        QCOMPARE(f.heard(), QStringList());
+    }
 };
-
-void tst_IntSliderEdit::newEditor()
-{
-    Fixture f;
-    QCOMPARE(f.state(), QString("0 '0' 0 default"));
-    QCOMPARE(f.range(), QString("0..100"));
-    QCOMPARE(f.edit.minimumSize(), QSize(270, 38));
-    QCOMPARE(f.text->width(), 80);
-    QCOMPARE(child<QLabel>(f.edit, "units")->width(), 40);
-    f.edit.setValue(30);
-    QVERIFY(!f.resetButton->isEnabled()); // until a default is given or asked for
-}
-
-void tst_IntSliderEdit::dragPreviewsAndReleaseCommits()
-{
-    Fixture f;
-    f.edit.setShowDefaultButton(true);
-    f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
-    QCOMPARE(f.heard(), QStringList{"started"});
-    QCOMPARE(f.state(), QString("0 '100' 100 default"));
-    QTest::mouseRelease(f.slider, Qt::LeftButton);
-    QCOMPARE(f.heard(), QStringList{"100"});
-    QCOMPARE(f.state(), QString("100 '100' 100 reset"));
-
-    QTest::mouseClick(f.slider, Qt::LeftButton, {}, f.handle()); // taken hold of and left where it was
-    QCOMPARE(f.heard(), QStringList{"started"});
-}
-
-void tst_IntSliderEdit::clicksAndKeysCommit()
-{
-    Fixture f;
-    QTest::mouseClick(f.slider, Qt::LeftButton, {}, QPoint(f.slider->width() - 3, f.slider->height() / 2));
-    QCOMPARE(f.state(), QString("10 '10' 10 default"));
-    QTest::keyClick(f.slider, Qt::Key_Right);
-    QTest::keyClick(f.slider, Qt::Key_PageUp);
-    QCOMPARE(f.state(), QString("21 '21' 21 default"));
-    QCOMPARE(f.heard(), (QStringList{"10", "11", "21"}));
-}
-
-void tst_IntSliderEdit::wheelStopsAtTheSlider()
-{
-    Fixture f;
-    QWheelEvent turn(f.handle(), f.slider->mapToGlobal(f.handle()), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase,
-                     false);
-    turn.ignore();
-    QApplication::sendEvent(f.slider, &turn);
-    QVERIFY(turn.isAccepted()); // else a scroll area around the editor would scroll
-    QCOMPARE(f.state(), QString("0 '0' 0 default"));
-    QCOMPARE(f.heard(), QStringList());
-}
-
-void tst_IntSliderEdit::resetRule()
-{
-    Fixture f;
-    f.edit.setDefaultValue(500); // beyond the range
-    QCOMPARE(f.state(), QString("0 '0' 0 reset"));
-    QTest::mouseClick(f.resetButton, Qt::LeftButton);
-    QCOMPARE(f.heard(), QStringList{"100"});
-    QCOMPARE(f.state(), QString("100 '100' 100 reset"));
-    f.edit.setDefaultValue(40);
-    QTest::mouseClick(f.resetButton, Qt::LeftButton);
-    QCOMPARE(f.state(), QString("40 '40' 40 default"));
-    QTest::keyClick(f.slider, Qt::Key_Left);
-    QVERIFY(f.resetButton->isEnabled());
-    f.type("40");
-    QVERIFY(!f.resetButton->isEnabled());
-    f.edit.setValue(41);
-    QVERIFY(f.resetButton->isEnabled());
-    f.edit.setShowDefaultButton(false);
-    QVERIFY(!f.resetButton->isEnabled() && f.resetButton->isVisible());
-}
-
-void tst_IntSliderEdit::committedText_data()
-{
-    QTest::addColumn<int>("minimum");
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<bool>("powers");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<int>("handle");
-
-    QTest::newRow("number") << 0 << 100 << false << "48" << 48 << 48;
-    QTest::newRow("blanks around") << 0 << 100 << false << " 48 " << 48 << 48;
-    QTest::newRow("beyond maximum") << 0 << 100 << false << "150" << 100 << 100;
-    QTest::newRow("below minimum") << 5 << 100 << false << "-5" << 5 << 5;
-    QTest::newRow("letters") << -10 << 100 << false << "abc" << 0 << 0;
-    QTest::newRow("fraction") << -10 << 100 << false << "2.5" << 0 << 0;
-    QTest::newRow("other base") << -10 << 100 << false << "0x10" << 0 << 0;
-    QTest::newRow("too long for an int") << -10 << 100 << false << "99999999999" << 0 << 0;
-    QTest::newRow("least int") << IntMin << IntMax << false << "-2147483648" << IntMin << IntMin;
-    QTest::newRow("greatest int") << IntMin << IntMax << false << "2147483647" << IntMax << IntMax;
-    QTest::newRow("power, rounded up") << 0 << 100 << true << "48" << 64 << 6;
-    QTest::newRow("power, rounded down") << 0 << 100 << true << "45" << 32 << 5;
-    QTest::newRow("power, then clamped") << 0 << 100 << true << "100" << 100 << 7;
-    QTest::newRow("power, zero") << 0 << 100 << true << "0" << 1 << 0;
-    QTest::newRow("power, negative") << 0 << 100 << true << "-8" << 1 << 0;
-    QTest::newRow("power, nothing above") << 0 << IntMax << true << "2147483647" << LargestPower << 30;
-    QTest::newRow("power, below minimum") << 4 << 100 << true << "1" << 4 << 2;
-}
-
-void tst_IntSliderEdit::committedText()
-{
-    QFETCH(int, minimum);
-    QFETCH(int, maximum);
-    QFETCH(bool, powers);
-    QFETCH(QString, typed);
-    QFETCH(int, value);
-    QFETCH(int, handle);
-    Fixture f;
-    f.edit.setMinimum(minimum);
-    f.edit.setMaximum(maximum);
-    f.edit.setPowerOfTwo(powers);
-    f.edit.setDefaultValue(value);
-    f.edit.setValue(maximum);
-    f.heard();
-    f.type(typed);
-    QCOMPARE(f.state(), QString("%1 '%2' %3 default").arg(value).arg(typed).arg(handle));
-    QCOMPARE(f.heard(), (QStringList{QString::number(value), QString::number(value)}));
-}
-
-void tst_IntSliderEdit::hostSetsTheValue_data()
-{
-    QTest::addColumn<QVariant>("given");
-    QTest::addColumn<bool>("powers");
-    QTest::addColumn<QString>("state");
-
-    QTest::newRow("int") << QVariant(30) << false << "30 '30' 30 reset";
-    QTest::newRow("clamped") << QVariant(-1) << false << "1 '1' 1 reset";
-    QTest::newRow("text") << QVariant("31") << false << "31 '31' 31 reset";
-    QTest::newRow("no number") << QVariant("x") << false << "7 '7' 7 default";
-    QTest::newRow("nothing") << QVariant() << false << "7 '7' 7 default";
-    QTest::newRow("no power, kept as it is") << QVariant(48) << true << "48 '48' 6 reset";
-}
-
-void tst_IntSliderEdit::hostSetsTheValue()
-{
-    QFETCH(QVariant, given);
-    QFETCH(bool, powers);
-    QFETCH(QString, state);
-    Fixture f;
-    f.edit.setMinimum(1);
-    f.edit.setValue(7);
-    f.edit.setDefaultValue(7);
-    f.edit.setPowerOfTwo(powers);
-    f.heard();
-    f.edit.blockSignals(true);
-    f.edit.setValue(given);
-    QCOMPARE(f.state(), state);
-    const bool ignored = state.startsWith("7 ");
-    QCOMPARE(f.edit.signalsBlocked(), ignored);
-    f.edit.blockSignals(false);
-    f.edit.setValue(given, false);
-    f.edit.setValue(QVariant(9), false);
-    QVERIFY(f.text->text().isEmpty());
-    QCOMPARE(f.edit.value(), QVariant(9));
-    QCOMPARE(f.heard(), QStringList());
-    QTest::keyClick(f.slider, Qt::Key_End); // the slider can be heard again
-    QCOMPARE(f.heard(), QStringList{"100"});
-}
-
-void tst_IntSliderEdit::powersOfTwo_data()
-{
-    QTest::addColumn<int>("minimum");
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<int>("newMinimum");
-    QTest::addColumn<int>("newMaximum");
-    QTest::addColumn<QString>("range");
-    QTest::addColumn<QString>("end"); // what the End key reaches
-
-    QTest::newRow("default range") << 0 << 100 << 1 << 100 << "0..7"
-                                   << "100 '100' 7 default";
-    QTest::newRow("one number") << 5 << 5 << 5 << 10 << "2..3"
-                                << "8 '8' 3 default";
-    QTest::newRow("negative") << -10 << -5 << 1 << 2 << "0..1"
-                              << "2 '2' 1 default";
-    QTest::newRow("everything") << IntMin << IntMax << 1 << IntMax << "0..31"
-                                << "1073741824 '1073741824' 31 default";
-    QTest::newRow("no room for twice the minimum") << LargestPower << 5 << LargestPower << IntMax << "30..31"
-                                                   << "1073741824 '1073741824' 31 default";
-    QTest::newRow("greatest int") << IntMax << IntMax << IntMax << IntMax << "31..31"
-                                  << "2147483647 '2147483647' 31 default";
-}
-
-void tst_IntSliderEdit::powersOfTwo()
-{
-    QFETCH(int, minimum);
-    QFETCH(int, maximum);
-    QFETCH(QString, end);
-    Fixture f;
-    f.edit.setMinimum(minimum);
-    f.edit.setMaximum(maximum);
-    f.edit.setPowerOfTwo(true);
-    QTEST(f.edit.minimum(), "newMinimum");
-    QTEST(f.edit.maximum(), "newMaximum");
-    QTEST(f.range(), "range");
-    f.edit.setValue(f.edit.minimum());
-    QTest::keyClick(f.slider, Qt::Key_End);
-    QCOMPARE(f.state(), end);
-}
-
-void tst_IntSliderEdit::switchingPowersOfTwo()
-{
-    Fixture f;
-    f.edit.setPowerOfTwo(true);
-    QCOMPARE(f.heard(), QStringList{"1"});
-    QCOMPARE(f.state(), QString("1 '0' 0 default"));
-    f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
-    QCOMPARE(f.text->text(), QString("128"));
-    QTest::mouseRelease(f.slider, Qt::LeftButton);
-    QCOMPARE(f.heard(), (QStringList{"started", "100"}));
-    QCOMPARE(f.state(), QString("100 '100' 7 default"));
-    f.edit.setPowerOfTwo(false);
-    QCOMPARE(f.heard(), QStringList{"100"});
-    QCOMPARE(f.range(), QString("1..100"));
-    QCOMPARE(f.state(), QString("100 '100' 100 default"));
-}
-
-void tst_IntSliderEdit::rangeMovesTheHandle()
-{
-    Fixture f;
-    f.edit.setMinimum(20);
-    QCOMPARE(f.heard(), QStringList{"20"});
-    QCOMPARE(f.state(), QString("20 '20' 20 default"));
-    f.edit.setValue(80);
-    f.edit.setMaximum(90);
-    QCOMPARE(f.heard(), QStringList());
-    f.edit.setMaximum(60);
-    QCOMPARE(f.heard(), QStringList{"60"});
-    QCOMPARE(f.state(), QString("60 '60' 60 default"));
-    QCOMPARE(f.range(), QString("20..60"));
-}
-
-void tst_IntSliderEdit::crossedRangeComesIntoOrder()
-{
-    Fixture f;
-    f.edit.setMinimum(200);
-    QCOMPARE(f.edit.value(), QVariant(100)); // crossed ends clamp to the maximum
-    f.edit.setMinimum(0);
-    QCOMPARE(f.range(), QString("0..100"));
-    f.edit.setMaximum(-50);
-    f.edit.setMaximum(50);
-    QCOMPARE(f.range(), QString("0..50"));
-    f.edit.setValue(30);
-    QCOMPARE(f.state(), QString("30 '30' 30 default"));
-}
-
-// Those of just 2^31 steps are more than Qt's styles can divide by.
-void tst_IntSliderEdit::widestRangesArePainted()
-{
-    QIntSliderEdit edit;
-    auto* slider = child<QSlider>(edit, "slider");
-    for (const auto& [minimum, maximum] : {std::pair(-1, IntMax), std::pair(IntMin, 0), std::pair(IntMin, IntMax)})
-    {
-        edit.setMaximum(maximum);
-        edit.setMinimum(minimum);
-        edit.setValue(1);
-        QVERIFY(!edit.grab().isNull());
-        QCOMPARE(edit.minimum(), minimum);
-        QCOMPARE(edit.maximum(), maximum);
-        QTest::keyClick(slider, Qt::Key_Home);
-        QCOMPARE(edit.value(), QVariant(minimum));
-        QTest::keyClick(slider, Qt::Key_End);
-        QCOMPARE(edit.value(), QVariant(maximum));
-    }
-}
-
-void tst_IntSliderEdit::names()
-{
-    Fixture f;
-    f.edit.setMinimum(-1);
-    f.edit.setMaximum(2);
-    f.edit.setValue(1);
-    f.edit.setEnums({"off", "low", "high"});
-    QCOMPARE(f.state(), QString("1 'low' 1 default"));
-    QCOMPARE(f.range(), QString("-1..2"));
-    f.edit.setMaximum(3);
-    QCOMPARE(f.heard(), QStringList());
-    f.drag(QPoint(f.slider->width(), f.slider->height() / 2));
-    QCOMPARE(f.text->text(), QString("3"));
-    f.drag(QPoint(0, f.slider->height() / 2));
-    QCOMPARE(f.text->text(), QString("-1"));
-    QTest::mouseRelease(f.slider, Qt::LeftButton);
-    QTest::keyClick(f.slider, Qt::Key_Right);
-    QCOMPARE(f.text->text(), QString("off"));
-    f.edit.setValue(2);
-    QCOMPARE(f.text->text(), QString("high"));
-    f.heard();
-    f.type("low");
-    QCOMPARE(f.heard(), (QStringList{"0", "0"}));
-    f.edit.setEnums({});
-    QCOMPARE(f.state(), QString("0 '0' 0 default"));
-}
-
-void tst_IntSliderEdit::readOnlyText()
-{
-    Fixture f;
-    f.edit.setReadOnlyText(true);
-    f.type("55");
-    QCOMPARE(f.state(), QString("0 '0' 0 default"));
-    QTest::keyClick(f.slider, Qt::Key_Right);
-    QCOMPARE(f.state(), QString("1 '1' 1 default"));
-    f.edit.setReadOnlyText(false);
-    f.type("55");
-    QCOMPARE(f.state(), QString("55 '55' 55 default"));
-}
-
-void tst_IntSliderEdit::derivedTextForm()
-{
-    HexEdit edit;
-    auto* text = child<QLineEdit>(edit, "lineEdit");
-    edit.setValue(31);
-    QCOMPARE(text->text(), QString("0x1f"));
-    QTest::keyClick(child<QSlider>(edit, "slider"), Qt::Key_Right);
-    QCOMPARE(text->text(), QString("0x20"));
-    text->clear();
-    QTest::keyClicks(text, "0x40\r");
-    QCOMPARE(edit.value(), QVariant(64));
-}
-
-void tst_IntSliderEdit::orientation()
-{
-    Fixture f;
-    f.edit.setUnits("m");
-    f.edit.setLabelWidth(90);
-    const QList<const QWidget*> column = {child<QLabel>(f.edit, "label"), f.slider, f.text,
-                                          child<QLabel>(f.edit, "units"), f.resetButton};
-    f.edit.setOrientation(Qt::Vertical);
-    f.edit.resize(270, 300);
-    QTest::qWait(0);
-    QCOMPARE(f.edit.orientation(), Qt::Vertical);
-    for (int i = 1; i < column.size(); ++i)
-        QVERIFY(column.at(i - 1)->geometry().bottom() < column.at(i)->geometry().top());
-    QCOMPARE(f.text->width(), 90);
-    QCOMPARE(f.slider->minimumSize(), QSize(8, 32));
-    QVERIFY(qAbs(f.text->geometry().center().x() - f.edit.rect().center().x()) <= 1);
-
-    f.edit.setOrientation(Qt::Horizontal);
-    QTest::qWait(0);
-    for (int i = 1; i < column.size(); ++i)
-        QVERIFY(column.at(i - 1)->geometry().right() < column.at(i)->geometry().left());
-    QCOMPARE(f.text->width(), 64);
-    QCOMPARE(f.slider->minimumSize(), QSize(32, 8));
-    QCOMPARE(f.edit.textWidth(), 80);
-    f.edit.setTextWidth(80);
-    QCOMPARE(f.text->minimumWidth(), 80);
-    QCOMPARE(f.heard(), QStringList());
-}
 
 QTEST_MAIN(tst_IntSliderEdit)
 #include "tst_intslideredit.moc"

@@ -82,188 +82,164 @@ class tst_Looks : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
-    void palettesAreReadable_data();
-    void palettesAreReadable();
-    void styleSheetsNameNoColours();
-    void lookReplacesTheOneBefore();
-    void searchMarksTitlesUntilItEnds_data();
-    void searchMarksTitlesUntilItEnds();
-    void resetButtonShowsOnlyWhenUsable_data();
-    void resetButtonShowsOnlyWhenUsable();
-    void chosenLookIsKept();
-    void windowAndLibrarySpeakGerman();
+    void initTestCase()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
+        QCoreApplication::setOrganizationName(QStringLiteral("Orvek"));
+        QCoreApplication::setApplicationName(QStringLiteral("tst_looks"));
+    }
+
+    void cleanup() { sceneeditor::applyLook(QStringLiteral("system")); }
+
+    void palettesAreReadable_data()
+    {
+        QTest::addColumn<QString>("look");
+        QTest::addColumn<double>("text");
+        QTest::addColumn<double>("other");
+        QTest::newRow("light") << "light" << 4.5 << 3.0;
+        QTest::newRow("dark") << "dark" << 4.5 << 3.0;
+        QTest::newRow("highcontrast") << "highcontrast" << 7.0 << 4.5;
+    }
+
+    void palettesAreReadable()
+    {
+        QFETCH(QString, look);
+        QFETCH(double, text);
+        QFETCH(double, other);
+        sceneeditor::applyLook(look);
+        QSettings file(QStringLiteral(":/styles/%1.ini").arg(look), QSettings::IniFormat);
+        const QStringList keys = file.allKeys();
+        QVERIFY(keys.size() > 20);
+        for (const QString& key : keys)
+        {
+            const QByteArray role = key.section(QLatin1Char('/'), 1).toLatin1();
+            QVERIFY2(QMetaEnum::fromType<QPalette::ColorRole>().keyToValue(role.constData()) >= 0, qPrintable(key));
+            QVERIFY2(QColor(file.value(key).toString()).isValid(), qPrintable(key));
+        }
+
+        const QPalette palette = QApplication::palette();
+        const auto verify = [&](QPalette::ColorRole front, QPalette::ColorRole back, double least,
+                                QPalette::ColorGroup group = QPalette::Active)
+        {
+            const double found = contrast(palette.color(group, front), palette.color(group, back));
+            const auto roles = QMetaEnum::fromType<QPalette::ColorRole>();
+            QVERIFY2(found >= least,
+                     qPrintable(QStringLiteral("%1 on %2: %3")
+                                    .arg(QLatin1String(roles.valueToKey(front)), QLatin1String(roles.valueToKey(back)))
+                                    .arg(found)));
+        };
+        verify(QPalette::WindowText, QPalette::Window, text);
+        verify(QPalette::WindowText, QPalette::Midlight, text); // titles of sections
+        verify(QPalette::Text, QPalette::Base, text);
+        verify(QPalette::ButtonText, QPalette::Button, text);
+        verify(QPalette::HighlightedText, QPalette::Highlight, text); // titles that were found
+        verify(QPalette::ToolTipText, QPalette::ToolTipBase, text);
+        verify(QPalette::PlaceholderText, QPalette::Base, text);
+        verify(QPalette::Highlight, QPalette::Window, other); // reset button and focus
+        verify(QPalette::WindowText, QPalette::Window, 2.5, QPalette::Disabled);
+        verify(QPalette::Text, QPalette::Base, 2.5, QPalette::Disabled);
+    }
+
+    void styleSheetsNameNoColours()
+    {
+        sceneeditor::lookNames();
+        sceneeditor::applyLook(QStringLiteral("light"));
+        const QRegularExpression number(QStringLiteral("#[0-9a-fA-F]{3,8}\\s*[;}]|rgb|hsv|hsl"));
+        const QDir styles(QStringLiteral(":/styles"));
+        const QStringList files = styles.entryList({QStringLiteral("*.qss")});
+        QCOMPARE(files.size(), sceneeditor::lookNames().size());
+        for (const QString& name : files)
+        {
+            QFile file(styles.filePath(name));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString match = number.match(QString::fromUtf8(file.readAll())).captured();
+            QVERIFY2(match.isEmpty(), qPrintable(name + QStringLiteral(": ") + match));
+        }
+    }
+
+    void lookReplacesTheOneBefore()
+    {
+        const QPalette before = QApplication::palette();
+        const QString sheet = qApp->styleSheet();
+        sceneeditor::applyLook(QStringLiteral("highcontrast"));
+        QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(Qt::black));
+        QVERIFY(qApp->styleSheet() != sheet);
+        sceneeditor::applyLook(QStringLiteral("system"));
+        QCOMPARE(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+        QCOMPARE(QApplication::palette().color(QPalette::Highlight), before.color(QPalette::Highlight));
+        QCOMPARE(qApp->styleSheet(), sheet);
+    }
+
+    void searchMarksTitlesUntilItEnds_data() { addLooks(); }
+
+    void searchMarksTitlesUntilItEnds()
+    {
+        QFETCH(QString, look);
+        const WarningWatch watch;
+        sceneeditor::applyLook(look);
+        Section s;
+        const QColor mark = QApplication::palette().color(QPalette::Highlight);
+        auto* title = child<QLabel>(*s.found, "label");
+        QCOMPARE(shareOf(mark, title), 0.0);
+        s.section.setSearchText(QStringLiteral("foun"));
+        QVERIFY(shareOf(mark, title) > 0.5);
+        s.section.setSearchText(QString());
+        QCOMPARE(shareOf(mark, title), 0.0);
+        // Qt says so when a style sheet cannot be read.
+        QCOMPARE(WarningWatch::count(), 0);
+    }
+
+    void resetButtonShowsOnlyWhenUsable_data() { addLooks(); }
+
+    void resetButtonShowsOnlyWhenUsable()
+    {
+        QFETCH(QString, look);
+        sceneeditor::applyLook(look);
+        Section s;
+        const QColor mark = QApplication::palette().color(QPalette::Highlight);
+        auto* reset = child<QPushButton>(*s.found, "reset");
+        s.found->setValue(0.5);
+        QCOMPARE(shareOf(mark, reset), 0.0);
+        s.found->setValue(0.6);
+        QVERIFY(shareOf(mark, reset) > 0.05);
+    }
+
+    void chosenLookIsKept()
+    {
+        {
+            sceneeditor::MainWindow window;
+            child<QMenu>(window, "menuLook")->actions().at(2)->trigger();
+            QVERIFY(contrast(QApplication::palette().color(QPalette::Window), Qt::black) < 3.0);
+        }
+        const QString stored = QSettings().value(QStringLiteral("look")).toString();
+        QCOMPARE(stored, sceneeditor::lookNames().at(2));
+        const sceneeditor::MainWindow window;
+        QVERIFY(child<QMenu>(window, "menuLook")->actions().at(2)->isChecked());
+    }
+
+    void windowAndLibrarySpeakGerman()
+    {
+        if (!sceneeditor::languages().contains(QStringLiteral("de")))
+            QSKIP("Built without translations");
+        sceneeditor::installLanguage(QStringLiteral("de"));
+        const sceneeditor::MainWindow window;
+        // One text from each: the window's form, its code and the library.
+        QCOMPARE(child<QMenu>(window, "menuFile")->title(), QStringLiteral("&Datei"));
+        QVERIFY2(window.windowTitle().startsWith(QStringLiteral("Unbenannt")), qPrintable(window.windowTitle()));
+        QCOMPARE(child<QLineEdit>(window, "search")->placeholderText(), QStringLiteral("Suchen"));
+    }
 
 private:
-    void addLooks();
+    void addLooks()
+    {
+        QTest::addColumn<QString>("look");
+        const QStringList names = sceneeditor::lookNames();
+        for (const QString& name : names)
+            QTest::newRow(qPrintable(name)) << name;
+    }
 
     QTemporaryDir m_directory;
 };
-
-void tst_Looks::initTestCase()
-{
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
-    QCoreApplication::setOrganizationName(QStringLiteral("Orvek"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_looks"));
-}
-
-void tst_Looks::cleanup()
-{
-    sceneeditor::applyLook(QStringLiteral("system"));
-}
-
-void tst_Looks::addLooks()
-{
-    QTest::addColumn<QString>("look");
-    const QStringList names = sceneeditor::lookNames();
-    for (const QString& name : names)
-        QTest::newRow(qPrintable(name)) << name;
-}
-
-void tst_Looks::palettesAreReadable_data()
-{
-    QTest::addColumn<QString>("look");
-    QTest::addColumn<double>("text");
-    QTest::addColumn<double>("other");
-    QTest::newRow("light") << "light" << 4.5 << 3.0;
-    QTest::newRow("dark") << "dark" << 4.5 << 3.0;
-    QTest::newRow("highcontrast") << "highcontrast" << 7.0 << 4.5;
-}
-
-void tst_Looks::palettesAreReadable()
-{
-    QFETCH(QString, look);
-    QFETCH(double, text);
-    QFETCH(double, other);
-    sceneeditor::applyLook(look);
-    QSettings file(QStringLiteral(":/styles/%1.ini").arg(look), QSettings::IniFormat);
-    const QStringList keys = file.allKeys();
-    QVERIFY(keys.size() > 20);
-    for (const QString& key : keys)
-    {
-        const QByteArray role = key.section(QLatin1Char('/'), 1).toLatin1();
-        QVERIFY2(QMetaEnum::fromType<QPalette::ColorRole>().keyToValue(role.constData()) >= 0, qPrintable(key));
-        QVERIFY2(QColor(file.value(key).toString()).isValid(), qPrintable(key));
-    }
-
-    const QPalette palette = QApplication::palette();
-    const auto verify = [&](QPalette::ColorRole front, QPalette::ColorRole back, double least,
-                            QPalette::ColorGroup group = QPalette::Active)
-    {
-        const double found = contrast(palette.color(group, front), palette.color(group, back));
-        const auto roles = QMetaEnum::fromType<QPalette::ColorRole>();
-        QVERIFY2(found >= least,
-                 qPrintable(QStringLiteral("%1 on %2: %3")
-                                .arg(QLatin1String(roles.valueToKey(front)), QLatin1String(roles.valueToKey(back)))
-                                .arg(found)));
-    };
-    verify(QPalette::WindowText, QPalette::Window, text);
-    verify(QPalette::WindowText, QPalette::Midlight, text); // titles of sections
-    verify(QPalette::Text, QPalette::Base, text);
-    verify(QPalette::ButtonText, QPalette::Button, text);
-    verify(QPalette::HighlightedText, QPalette::Highlight, text); // titles that were found
-    verify(QPalette::ToolTipText, QPalette::ToolTipBase, text);
-    verify(QPalette::PlaceholderText, QPalette::Base, text);
-    verify(QPalette::Highlight, QPalette::Window, other); // reset button and focus
-    verify(QPalette::WindowText, QPalette::Window, 2.5, QPalette::Disabled);
-    verify(QPalette::Text, QPalette::Base, 2.5, QPalette::Disabled);
-}
-
-void tst_Looks::styleSheetsNameNoColours()
-{
-    sceneeditor::lookNames();
-    sceneeditor::applyLook(QStringLiteral("light"));
-    const QRegularExpression number(QStringLiteral("#[0-9a-fA-F]{3,8}\\s*[;}]|rgb|hsv|hsl"));
-    const QDir styles(QStringLiteral(":/styles"));
-    const QStringList files = styles.entryList({QStringLiteral("*.qss")});
-    QCOMPARE(files.size(), sceneeditor::lookNames().size());
-    for (const QString& name : files)
-    {
-        QFile file(styles.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString match = number.match(QString::fromUtf8(file.readAll())).captured();
-        QVERIFY2(match.isEmpty(), qPrintable(name + QStringLiteral(": ") + match));
-    }
-}
-
-void tst_Looks::lookReplacesTheOneBefore()
-{
-    const QPalette before = QApplication::palette();
-    const QString sheet = qApp->styleSheet();
-    sceneeditor::applyLook(QStringLiteral("highcontrast"));
-    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(Qt::black));
-    QVERIFY(qApp->styleSheet() != sheet);
-    sceneeditor::applyLook(QStringLiteral("system"));
-    QCOMPARE(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
-    QCOMPARE(QApplication::palette().color(QPalette::Highlight), before.color(QPalette::Highlight));
-    QCOMPARE(qApp->styleSheet(), sheet);
-}
-
-void tst_Looks::searchMarksTitlesUntilItEnds_data()
-{
-    addLooks();
-}
-
-void tst_Looks::searchMarksTitlesUntilItEnds()
-{
-    QFETCH(QString, look);
-    const WarningWatch watch;
-    sceneeditor::applyLook(look);
-    Section s;
-    const QColor mark = QApplication::palette().color(QPalette::Highlight);
-    auto* title = child<QLabel>(*s.found, "label");
-    QCOMPARE(shareOf(mark, title), 0.0);
-    s.section.setSearchText(QStringLiteral("foun"));
-    QVERIFY(shareOf(mark, title) > 0.5);
-    s.section.setSearchText(QString());
-    QCOMPARE(shareOf(mark, title), 0.0);
-    // Qt says so when a style sheet cannot be read.
-    QCOMPARE(WarningWatch::count(), 0);
-}
-
-void tst_Looks::resetButtonShowsOnlyWhenUsable_data()
-{
-    addLooks();
-}
-
-void tst_Looks::resetButtonShowsOnlyWhenUsable()
-{
-    QFETCH(QString, look);
-    sceneeditor::applyLook(look);
-    Section s;
-    const QColor mark = QApplication::palette().color(QPalette::Highlight);
-    auto* reset = child<QPushButton>(*s.found, "reset");
-    s.found->setValue(0.5);
-    QCOMPARE(shareOf(mark, reset), 0.0);
-    s.found->setValue(0.6);
-    QVERIFY(shareOf(mark, reset) > 0.05);
-}
-
-void tst_Looks::chosenLookIsKept()
-{
-    {
-        sceneeditor::MainWindow window;
-        child<QMenu>(window, "menuLook")->actions().at(2)->trigger();
-        QVERIFY(contrast(QApplication::palette().color(QPalette::Window), Qt::black) < 3.0);
-    }
-    const QString stored = QSettings().value(QStringLiteral("look")).toString();
-    QCOMPARE(stored, sceneeditor::lookNames().at(2));
-    const sceneeditor::MainWindow window;
-    QVERIFY(child<QMenu>(window, "menuLook")->actions().at(2)->isChecked());
-}
-
-void tst_Looks::windowAndLibrarySpeakGerman()
-{
-    if (!sceneeditor::languages().contains(QStringLiteral("de")))
-        QSKIP("Built without translations");
-    sceneeditor::installLanguage(QStringLiteral("de"));
-    const sceneeditor::MainWindow window;
-    // One text from each: the window's form, its code and the library.
-    QCOMPARE(child<QMenu>(window, "menuFile")->title(), QStringLiteral("&Datei"));
-    QVERIFY2(window.windowTitle().startsWith(QStringLiteral("Unbenannt")), qPrintable(window.windowTitle()));
-    QCOMPARE(child<QLineEdit>(window, "search")->placeholderText(), QStringLiteral("Suchen"));
-}
 
 QTEST_MAIN(tst_Looks)
 

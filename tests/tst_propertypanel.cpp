@@ -8,7 +8,6 @@
 #include <QtWidgets/QToolButton>
 
 #include <cstdio>
-#include <optional>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -69,281 +68,260 @@ QByteArray standardOutputOf(Action action)
 #endif
 } // namespace
 
-class tst_PropertyPanel : public QObject
+class tst_PropertyPanel : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { m_warnings.emplace(); }
-    void cleanup()
+    void typedTextFiltersNestedSections()
     {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
+        QPropertyPanel panel;
+        QWidget* contents = addScrollArea(panel)->widget();
+        new QVBoxLayout(contents);
+        QAccordion outer;
+        outer.setTitle("Sky");
+        contents->layout()->addWidget(&outer);
+        auto* outerContents = new QWidget(&outer);
+        QAccordion inner(outerContents);
+        inner.setTitle("Clouds");
+        auto* innerContents = new QWidget(&inner);
+        QWidget height(innerContents);
+        height.setWindowTitle("Height");
+        QWidget density(innerContents);
+        density.setWindowTitle("Density");
+        panel.show();
+        inner.setOpen(false);
+        auto* search = child<QLineEdit>(panel, "search");
+
+        QTest::keyClicks(search, "CLOUD");
+        QVERIFY(inner.isOpen());
+        QVERIFY(height.isVisible() && density.isVisible());
+        QCOMPARE(outer.property("highlighted"), QVariant(true));
+        QCOMPARE(inner.property("highlighted"), QVariant(true));
+        search->selectAll();
+        QTest::keyClicks(search, "dens");
+        QVERIFY(inner.isHidden()); // the outer section compares only titles of its own children
+        QVERIFY(height.isHidden() && !density.isHidden());
+        QVERIFY(outer.styleSheet().isEmpty() && !inner.styleSheet().isEmpty());
+
+        auto* clearButton = search->findChild<QToolButton*>();
+        QTRY_VERIFY(clearButton->isVisible());
+        QTest::mouseClick(clearButton, Qt::LeftButton);
+        QCOMPARE(search->text(), QString());
+        QVERIFY(height.isVisible() && density.isVisible());
+        QVERIFY(inner.styleSheet().isEmpty());
     }
 
-    void typedTextFiltersNestedSections();
-    void outerListenersHearFirst();
-    void widgetsAreLookedForOnce();
-    void finishedWidgetsMovedInAreConnected();
-    void firstScrollAreaIsLaidOut();
-    void scrollAreaFromTheHostsLayoutCallLiesThereOnce();
-    void searchFieldReturnsToEmptyLayout();
-    void searchFieldMayBeDestroyed();
-    void contentsGrowToTheirMinimum_data();
-    void contentsGrowToTheirMinimum();
-    void styleSheetIsPainted();
-#ifdef Q_OS_UNIX
-    void childNamesGoToStandardOutput();
-#endif
+    void outerListenersHearFirst()
+    {
+        QStringList log;
+        QPropertyPanel panel;
+        QWidget* contents = addScrollArea(panel)->widget();
+        Listener outer("outer", log, contents);
+        QPropertyPanel otherPanel(contents); // its signal of that name is none to connect to
+        Listener inner("inner", log, new QWidget(&outer));
+        Listener last("last", log, contents);
+        panel.show();
+        QSignalSpy otherSearches(&otherPanel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
 
-private:
-    std::optional<WarningWatch> m_warnings;
+        QTest::keyClicks(child<QLineEdit>(panel, "search"), "fo");
+        QCOMPARE(log, QStringList({"outer:f", "inner:f", "last:f", "outer:fo", "inner:fo", "last:fo"}));
+        QVERIFY(otherSearches.isEmpty());
+    }
+
+    void widgetsAreLookedForOnce()
+    {
+        QStringList log;
+        QPropertyPanel panel;
+        QSignalSpy searches(&panel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
+        auto* search = child<QLineEdit>(panel, "search");
+        panel.setSearchText(); // does not look for any
+        QScrollArea* area = addScrollArea(panel);
+        Listener early("early", log, area->widget());
+        panel.show();
+        QTest::keyClicks(search, "a");
+        Listener late("late", log, area->widget());
+        QTest::keyClicks(search, "b");
+        panel.setSearchText();
+        QCOMPARE(log, QStringList({"early:a", "early:ab", "early:ab"}));
+        QCOMPARE(searches, QList<QVariantList>({{""}, {"a"}, {"ab"}, {"ab"}}));
+
+        QPropertyPanel tooEarly;
+        QTest::keyClicks(child<QLineEdit>(tooEarly, "search"), "a");
+        Listener never("never", log, addScrollArea(tooEarly)->widget());
+        tooEarly.show();
+        QTest::keyClicks(child<QLineEdit>(tooEarly, "search"), "b");
+        QCOMPARE(log.size(), 3);
+    }
+
+    void finishedWidgetsMovedInAreConnected()
+    {
+        QStringList log;
+        QPropertyPanel panel;
+        auto* search = child<QLineEdit>(panel, "search");
+        Listener section("section", log);
+        Listener nested("nested", log, new QLabel(&section));
+        section.setParent(&panel);
+        Listener unfinished("unfinished", log, &panel);
+        QTest::keyClicks(search, "a");
+        QCOMPARE(log, QStringList({"nested:a", "section:a"}));
+
+        // A finished scroll area is reached by the move and by the first text.
+        log.clear();
+        QPropertyPanel other;
+        QScrollArea area;
+        area.setWidget(new Listener("inside", log));
+        area.setParent(&other);
+        QTest::keyClicks(child<QLineEdit>(other, "search"), "a");
+        QCOMPARE(log, QStringList({"inside:a", "inside:a"}));
+    }
+
+    void firstScrollAreaIsLaidOut()
+    {
+        QStringList log;
+        QPropertyPanel panel;
+        auto* search = child<QLineEdit>(panel, "search");
+        QScrollArea* first = addScrollArea(panel);
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search})); // not yet recognizable
+        panel.show();
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search, first}));
+        QScrollArea* second = addScrollArea(panel);
+        new Listener("ignored", log, second->widget());
+        second->show();
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search, first}));
+        QTest::keyClicks(search, "a");
+        QCOMPARE(log, QStringList());
+
+        delete first;
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search, second}));
+        delete second;
+        panel.resize(panel.size() * 2);
+        QTest::keyClicks(search, "b");
+        QScrollArea* third = addScrollArea(panel);
+        third->show();
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search, third}));
+        third->setViewport(new QWidget); // deletes the one before
+        panel.resize(panel.size() / 2);
+    }
+
+    void scrollAreaFromTheHostsLayoutCallLiesThereOnce()
+    {
+        QPropertyPanel panel;
+        auto* scrollArea = new QScrollArea;
+        panel.layout()->addWidget(scrollArea);
+        QTRY_COMPARE(panel.layout()->count(), 2);
+        QCOMPARE(panel.layout()->indexOf(scrollArea), 1);
+        delete scrollArea;
+        QCOMPARE(panel.layout()->count(), 1);
+    }
+
+    void searchFieldReturnsToEmptyLayout()
+    {
+        QPropertyPanel panel;
+        auto* search = child<QLineEdit>(panel, "search");
+        QObject first(&panel);
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
+        delete panel.layout()->takeAt(0);
+        QObject second(&panel);
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
+
+        // From elsewhere the field comes as a child of its own.
+        search->setParent(nullptr);
+        QCOMPARE(itemsOf(panel), QList<QObject*>());
+        QObject third(&panel);
+        QCOMPARE(search->parent(), &panel);
+        QTRY_COMPARE(itemsOf(panel), QList<QObject*>({search}));
+
+        delete panel.layout();
+        QScrollArea area;
+        area.setParent(&panel);
+        QCOMPARE(panel.layout(), nullptr);
+    }
+
+    void searchFieldMayBeDestroyed()
+    {
+        QPropertyPanel panel;
+        auto* search = child<QLineEdit>(panel, "search");
+        QSignalSpy searches(&panel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
+        QTest::keyClicks(search, "a");
+        delete search;
+        panel.setSearchText();
+        addScrollArea(panel);
+        panel.show();
+        panel.on_search_textChanged("b");
+        QCOMPARE(searches, QList<QVariantList>({{"a"}, {""}, {"b"}}));
+    }
+
+    void contentsGrowToTheirMinimum_data()
+    {
+        QTest::addColumn<int>("needed"); // height in pixels; none without a layout
+        QTest::addColumn<int>("minimumHeight");
+        QTest::addColumn<bool>("consumed");
+        QTest::newRow("no layout") << -1 << 0 << false;
+        QTest::newRow("nothing needed") << 0 << 0 << false;
+        QTest::newRow("little needed") << 10 << 16 << false;
+        QTest::newRow("some needed") << 20 << 20 << false;
+        QTest::newRow("more than the scroll area") << 300 << 300 << true;
+    }
+
+    void contentsGrowToTheirMinimum()
+    {
+        QFETCH(int, needed);
+        QFETCH(int, minimumHeight);
+        QFETCH(bool, consumed);
+        QPropertyPanel panel;
+        QScrollArea area;
+        QWidget* viewport = area.viewport();
+        if (needed >= 0)
+        {
+            auto* rows = new QVBoxLayout(viewport);
+            rows->setContentsMargins(0, 0, 0, 0);
+            rows->addSpacing(needed);
+        }
+        QResizeEvent resize(QSize(50, 50), QSize(40, 40));
+        QEvent move(QEvent::Move);
+        QVERIFY(!panel.eventFilter(viewport, &resize)); // no scroll area yet
+        area.setParent(&panel);
+        QVERIFY(!panel.eventFilter(viewport, &move));
+        QCOMPARE(viewport->minimumHeight(), 0);
+        QApplication::sendEvent(&panel, &resize);
+        QCOMPARE(viewport->minimumHeight(), minimumHeight);
+        QVERIFY(!panel.eventFilter(&panel, &resize));
+        viewport->setMinimumHeight(0);
+        QApplication::sendEvent(viewport, &resize);
+        QCOMPARE(viewport->minimumHeight(), minimumHeight);
+        QCOMPARE(panel.eventFilter(viewport, &resize), consumed);
+    }
+
+    void styleSheetIsPainted()
+    {
+        QWidget host;
+        QPropertyPanel panel(&host);
+        panel.resize(100, 100);
+        panel.setStyleSheet("QPropertyPanel {background: rgb(10, 20, 30); border: 1px solid rgb(200, 0, 0);}");
+        const QImage image = panel.grab().toImage();
+        QCOMPARE(image.pixelColor(0, 0), QColor(200, 0, 0));
+        QCOMPARE(image.pixelColor(1, 98), QColor(10, 20, 30));
+    }
+
+#ifdef Q_OS_UNIX
+
+    void childNamesGoToStandardOutput()
+    {
+        QPropertyPanel panel;
+        const QByteArray form = "verticalLayoutsearch";
+        QObject* added = nullptr;
+        QCOMPARE(standardOutputOf([&] { added = new QObject(&panel); }), form);
+        added->setObjectName(QStringLiteral("100%s%n\u00e4\u20ac"));
+        QObject* second = nullptr;
+        QCOMPARE(standardOutputOf([&] { second = new QObject(&panel); }), form + "100%s%n\xc3\xa4\xe2\x82\xac");
+        QCOMPARE(standardOutputOf([&] { delete added; }), form);
+        delete second;
+        QCOMPARE(standardOutputOf([] { const QPropertyPanel unchanged; }), QByteArray());
+    }
+#endif
 };
 
-void tst_PropertyPanel::typedTextFiltersNestedSections()
-{
-    QPropertyPanel panel;
-    QWidget* contents = addScrollArea(panel)->widget();
-    new QVBoxLayout(contents);
-    QAccordion outer;
-    outer.setTitle("Sky");
-    contents->layout()->addWidget(&outer);
-    auto* outerContents = new QWidget(&outer);
-    QAccordion inner(outerContents);
-    inner.setTitle("Clouds");
-    auto* innerContents = new QWidget(&inner);
-    QWidget height(innerContents);
-    height.setWindowTitle("Height");
-    QWidget density(innerContents);
-    density.setWindowTitle("Density");
-    panel.show();
-    inner.setOpen(false);
-    auto* search = child<QLineEdit>(panel, "search");
-
-    QTest::keyClicks(search, "CLOUD");
-    QVERIFY(inner.isOpen());
-    QVERIFY(height.isVisible() && density.isVisible());
-    QCOMPARE(outer.property("highlighted"), QVariant(true));
-    QCOMPARE(inner.property("highlighted"), QVariant(true));
-    search->selectAll();
-    QTest::keyClicks(search, "dens");
-    QVERIFY(inner.isHidden()); // the outer section compares only titles of its own children
-    QVERIFY(height.isHidden() && !density.isHidden());
-    QVERIFY(outer.styleSheet().isEmpty() && !inner.styleSheet().isEmpty());
-
-    auto* clearButton = search->findChild<QToolButton*>();
-    QTRY_VERIFY(clearButton->isVisible());
-    QTest::mouseClick(clearButton, Qt::LeftButton);
-    QCOMPARE(search->text(), QString());
-    QVERIFY(height.isVisible() && density.isVisible());
-    QVERIFY(inner.styleSheet().isEmpty());
-}
-
-void tst_PropertyPanel::outerListenersHearFirst()
-{
-    QStringList log;
-    QPropertyPanel panel;
-    QWidget* contents = addScrollArea(panel)->widget();
-    Listener outer("outer", log, contents);
-    QPropertyPanel otherPanel(contents); // its signal of that name is none to connect to
-    Listener inner("inner", log, new QWidget(&outer));
-    Listener last("last", log, contents);
-    panel.show();
-    QSignalSpy otherSearches(&otherPanel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
-
-    QTest::keyClicks(child<QLineEdit>(panel, "search"), "fo");
-    QCOMPARE(log, QStringList({"outer:f", "inner:f", "last:f", "outer:fo", "inner:fo", "last:fo"}));
-    QVERIFY(otherSearches.isEmpty());
-}
-
-void tst_PropertyPanel::widgetsAreLookedForOnce()
-{
-    QStringList log;
-    QPropertyPanel panel;
-    QSignalSpy searches(&panel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
-    auto* search = child<QLineEdit>(panel, "search");
-    panel.setSearchText(); // does not look for any
-    QScrollArea* area = addScrollArea(panel);
-    Listener early("early", log, area->widget());
-    panel.show();
-    QTest::keyClicks(search, "a");
-    Listener late("late", log, area->widget());
-    QTest::keyClicks(search, "b");
-    panel.setSearchText();
-    QCOMPARE(log, QStringList({"early:a", "early:ab", "early:ab"}));
-    QCOMPARE(searches, QList<QVariantList>({{""}, {"a"}, {"ab"}, {"ab"}}));
-
-    QPropertyPanel tooEarly;
-    QTest::keyClicks(child<QLineEdit>(tooEarly, "search"), "a");
-    Listener never("never", log, addScrollArea(tooEarly)->widget());
-    tooEarly.show();
-    QTest::keyClicks(child<QLineEdit>(tooEarly, "search"), "b");
-    QCOMPARE(log.size(), 3);
-}
-
-void tst_PropertyPanel::finishedWidgetsMovedInAreConnected()
-{
-    QStringList log;
-    QPropertyPanel panel;
-    auto* search = child<QLineEdit>(panel, "search");
-    Listener section("section", log);
-    Listener nested("nested", log, new QLabel(&section));
-    section.setParent(&panel);
-    Listener unfinished("unfinished", log, &panel);
-    QTest::keyClicks(search, "a");
-    QCOMPARE(log, QStringList({"nested:a", "section:a"}));
-
-    // A finished scroll area is reached by the move and by the first text.
-    log.clear();
-    QPropertyPanel other;
-    QScrollArea area;
-    area.setWidget(new Listener("inside", log));
-    area.setParent(&other);
-    QTest::keyClicks(child<QLineEdit>(other, "search"), "a");
-    QCOMPARE(log, QStringList({"inside:a", "inside:a"}));
-}
-
-void tst_PropertyPanel::firstScrollAreaIsLaidOut()
-{
-    QStringList log;
-    QPropertyPanel panel;
-    auto* search = child<QLineEdit>(panel, "search");
-    QScrollArea* first = addScrollArea(panel);
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search})); // not yet recognizable
-    panel.show();
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search, first}));
-    QScrollArea* second = addScrollArea(panel);
-    new Listener("ignored", log, second->widget());
-    second->show();
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search, first}));
-    QTest::keyClicks(search, "a");
-    QCOMPARE(log, QStringList());
-
-    delete first;
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search, second}));
-    delete second;
-    panel.resize(panel.size() * 2);
-    QTest::keyClicks(search, "b");
-    QScrollArea* third = addScrollArea(panel);
-    third->show();
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search, third}));
-    third->setViewport(new QWidget); // deletes the one before
-    panel.resize(panel.size() / 2);
-}
-
-void tst_PropertyPanel::scrollAreaFromTheHostsLayoutCallLiesThereOnce()
-{
-    QPropertyPanel panel;
-    auto* scrollArea = new QScrollArea;
-    panel.layout()->addWidget(scrollArea);
-    QTRY_COMPARE(panel.layout()->count(), 2);
-    QCOMPARE(panel.layout()->indexOf(scrollArea), 1);
-    delete scrollArea;
-    QCOMPARE(panel.layout()->count(), 1);
-}
-
-void tst_PropertyPanel::searchFieldReturnsToEmptyLayout()
-{
-    QPropertyPanel panel;
-    auto* search = child<QLineEdit>(panel, "search");
-    QObject first(&panel);
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
-    delete panel.layout()->takeAt(0);
-    QObject second(&panel);
-    QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
-
-    // From elsewhere the field comes as a child of its own.
-    search->setParent(nullptr);
-    QCOMPARE(itemsOf(panel), QList<QObject*>());
-    QObject third(&panel);
-    QCOMPARE(search->parent(), &panel);
-    QTRY_COMPARE(itemsOf(panel), QList<QObject*>({search}));
-
-    delete panel.layout();
-    QScrollArea area;
-    area.setParent(&panel);
-    QCOMPARE(panel.layout(), nullptr);
-}
-
-void tst_PropertyPanel::searchFieldMayBeDestroyed()
-{
-    QPropertyPanel panel;
-    auto* search = child<QLineEdit>(panel, "search");
-    QSignalSpy searches(&panel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText));
-    QTest::keyClicks(search, "a");
-    delete search;
-    panel.setSearchText();
-    addScrollArea(panel);
-    panel.show();
-    panel.on_search_textChanged("b");
-    QCOMPARE(searches, QList<QVariantList>({{"a"}, {""}, {"b"}}));
-}
-
-void tst_PropertyPanel::contentsGrowToTheirMinimum_data()
-{
-    QTest::addColumn<int>("needed"); // height in pixels; none without a layout
-    QTest::addColumn<int>("minimumHeight");
-    QTest::addColumn<bool>("consumed");
-    QTest::newRow("no layout") << -1 << 0 << false;
-    QTest::newRow("nothing needed") << 0 << 0 << false;
-    QTest::newRow("little needed") << 10 << 16 << false;
-    QTest::newRow("some needed") << 20 << 20 << false;
-    QTest::newRow("more than the scroll area") << 300 << 300 << true;
-}
-
-void tst_PropertyPanel::contentsGrowToTheirMinimum()
-{
-    QFETCH(int, needed);
-    QFETCH(int, minimumHeight);
-    QFETCH(bool, consumed);
-    QPropertyPanel panel;
-    QScrollArea area;
-    QWidget* viewport = area.viewport();
-    if (needed >= 0)
-    {
-        auto* rows = new QVBoxLayout(viewport);
-        rows->setContentsMargins(0, 0, 0, 0);
-        rows->addSpacing(needed);
-    }
-    QResizeEvent resize(QSize(50, 50), QSize(40, 40));
-    QEvent move(QEvent::Move);
-    QVERIFY(!panel.eventFilter(viewport, &resize)); // no scroll area yet
-    area.setParent(&panel);
-    QVERIFY(!panel.eventFilter(viewport, &move));
-    QCOMPARE(viewport->minimumHeight(), 0);
-    QApplication::sendEvent(&panel, &resize);
-    QCOMPARE(viewport->minimumHeight(), minimumHeight);
-    QVERIFY(!panel.eventFilter(&panel, &resize));
-    viewport->setMinimumHeight(0);
-    QApplication::sendEvent(viewport, &resize);
-    QCOMPARE(viewport->minimumHeight(), minimumHeight);
-    QCOMPARE(panel.eventFilter(viewport, &resize), consumed);
-}
-
-void tst_PropertyPanel::styleSheetIsPainted()
-{
-    QWidget host;
-    QPropertyPanel panel(&host);
-    panel.resize(100, 100);
-    panel.setStyleSheet("QPropertyPanel {background: rgb(10, 20, 30); border: 1px solid rgb(200, 0, 0);}");
-    const QImage image = panel.grab().toImage();
-    QCOMPARE(image.pixelColor(0, 0), QColor(200, 0, 0));
-    QCOMPARE(image.pixelColor(1, 98), QColor(10, 20, 30));
-}
-
 #ifdef Q_OS_UNIX
-void tst_PropertyPanel::childNamesGoToStandardOutput()
-{
-    QPropertyPanel panel;
-    const QByteArray form = "verticalLayoutsearch";
-    QObject* added = nullptr;
-    QCOMPARE(standardOutputOf([&] { added = new QObject(&panel); }), form);
-    added->setObjectName(QStringLiteral("100%s%n\u00e4\u20ac"));
-    QObject* second = nullptr;
-    QCOMPARE(standardOutputOf([&] { second = new QObject(&panel); }), form + "100%s%n\xc3\xa4\xe2\x82\xac");
-    QCOMPARE(standardOutputOf([&] { delete added; }), form);
-    delete second;
-    QCOMPARE(standardOutputOf([] { const QPropertyPanel unchanged; }), QByteArray());
-}
 #endif
 
 QTEST_MAIN(tst_PropertyPanel)

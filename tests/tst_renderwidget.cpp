@@ -7,7 +7,6 @@
 #include <QtWidgets/QTabWidget>
 
 #include <memory>
-#include <optional>
 
 using orvek::base::BaseMouseHandler;
 using orvek::crossplatform::DisplaySurfaceManagerInterface;
@@ -29,6 +28,7 @@ struct Log : QStringList
     {
         append(calledFor == window ? call : call + QStringLiteral(" for another window"));
     }
+
     QString take()
     {
         const QString text = join(QLatin1Char(' '));
@@ -48,6 +48,7 @@ public:
         const char* name = !renderer ? "0" : renderer == &m_log.first ? "R" : renderer == &m_log.second ? "S" : "?";
         m_log.note(m_name + '+' + name + (viewId == -1 ? "" : "?"), window);
     }
+
     void ResizeSurface(HWND window) override { m_log.note(QStringLiteral("resize"), window); }
     int GetWindowViewId(HWND window) override { return window == m_log.window ? 7 : 0; }
 
@@ -111,6 +112,7 @@ public:
             ++(static_cast<QWidget*>(watched)->testAttribute(Qt::WA_PaintOnScreen) ? onScreen : buffered);
         return false;
     }
+
     int onScreen = 0;
     int buffered = 0;
 };
@@ -137,411 +139,6 @@ bool showsMessage(const QImage& image, qreal ratio = 1)
     // The text stands on the baseline at (16, 32); only the tail of no letter reaches below it.
     return yellow.width() > 100 && qAbs(yellow.left() - 16 * ratio) < 4 && qAbs(yellow.bottom() + 1 - 32 * ratio) < 3;
 }
-} // namespace
-
-class tst_RenderWidget : public QObject
-{
-    Q_OBJECT
-private Q_SLOTS:
-    void initTestCase();
-    void init() { m_warnings.emplace(); }
-    void cleanup()
-    {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
-    }
-
-    void registrationSequences_data();
-    void registrationSequences();
-    void destructorMakesNoWindow();
-    void frameSequences();
-    void resizedViewRendersAgain();
-    void continuousUpdateFollowsItsFlag();
-    void inputReachesTheHandler();
-    void positionsAreTruncatedDevicePixels();
-    void wheelSendsOneNumberAndGoesOn_data();
-    void wheelSendsOneNumberAndGoesOn();
-    void keysSendTheNativeCode();
-    void messageIsDrawnIntoPixmaps();
-    void messageIsOnTheScreen_data();
-    void messageIsOnTheScreen();
-#if defined(Q_PROCESSOR_X86_64) && defined(Q_OS_UNIX)
-    void operationsKeepTheirPositions();
-#endif
-
-private:
-    qreal m_ratio = 1;
-    std::optional<WarningWatch> m_warnings;
-};
-
-void tst_RenderWidget::initTestCase()
-{
-    if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
-        m_ratio = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
-    QCOMPARE(QRenderWidget().devicePixelRatioF(), m_ratio);
-}
-
-void tst_RenderWidget::registrationSequences_data()
-{
-    QTest::addColumn<QString>("steps"); // m sets a manager, r a renderer, s shuts down
-    QTest::addColumn<QString>("calls");
-    QTest::addColumn<QString>("callsOfDestructor");
-    QTest::newRow("nothing set") << "s"
-                                 << ""
-                                 << "";
-    QTest::newRow("manager first") << "mA rR"
-                                   << "A+0 A+R"
-                                   << "A+0 A-";
-    QTest::newRow("renderer first") << "rR mA"
-                                    << "A+R"
-                                    << "A+0 A-";
-    QTest::newRow("same again") << "rR mA rR mA"
-                                << "A+R"
-                                << "A+0 A-";
-    QTest::newRow("renderer replaced and taken") << "rR mA rS r0"
-                                                 << "A+R A+S A+0"
-                                                 << "A+0 A-";
-    QTest::newRow("manager replaced") << "rR mA mB"
-                                      << "A+R A- B+R"
-                                      << "B+0 B-";
-    QTest::newRow("manager taken") << "rR mA m0"
-                                   << "A+R A-"
-                                   << "";
-    QTest::newRow("manager set again") << "rR mA m0 mA"
-                                       << "A+R A- A+R"
-                                       << "A+0 A-";
-    QTest::newRow("shutdown twice") << "rR mA s s"
-                                    << "A+R A+0 A- A+0 A-"
-                                    << "A+0 A-";
-    QTest::newRow("renderer after shutdown") << "rR mA s mA rR"
-                                             << "A+R A+0 A- A+R"
-                                             << "A+0 A-";
-}
-
-void tst_RenderWidget::registrationSequences()
-{
-    QFETCH(QString, steps);
-    Log log;
-    Manager a("A", log);
-    Manager b("B", log);
-    const QHash<QString, DisplaySurfaceManagerInterface*> managers = {{"mA", &a}, {"mB", &b}, {"m0", nullptr}};
-    const QHash<QString, PlatformRendererInterface*> renderers = {
-        {"rR", &log.first}, {"rS", &log.second}, {"r0", nullptr}};
-    auto view = std::make_unique<QRenderWidget>();
-    log.window = view->GetHWND();
-    QCOMPARE(quintptr(log.window), quintptr(view->winId()));
-    QVERIFY(log.window && view->windowHandle());
-
-    DisplaySurfaceManagerInterface* manager = nullptr;
-    PlatformRendererInterface* renderer = nullptr;
-    for (const QString& step : steps.split(' '))
-    {
-        if (step == "s")
-        {
-            view->shutdown();
-            renderer = manager ? nullptr : renderer;
-        }
-        else if (step.startsWith('m'))
-            view->SetDisplaySurfaceManagerInterface(manager = managers[step]);
-        else
-            view->SetPlatformRendererInterface(renderer = renderers[step]);
-        QCOMPARE(view->GetPlatformRendererInterface(), renderer);
-        QCOMPARE(view->GetViewId(), manager ? 7 : -1);
-    }
-    QTEST(log.take(), "calls");
-    view.reset();
-    QTEST(log.take(), "callsOfDestructor");
-}
-
-// Paints and resizes come by hand here, so that the window system adds none.
-// The window was destroyed before, as within a window that is being destroyed.
-void tst_RenderWidget::destructorMakesNoWindow()
-{
-    // Gives access to what is protected.
-    class View : public QRenderWidget
-    {
-    public:
-        using QWidget::destroy;
-    };
-    Log log;
-    Manager manager("A", log);
-    {
-        QWidget window;
-        View view;
-        view.setParent(&window);
-        log.window = view.GetHWND();
-        view.SetDisplaySurfaceManagerInterface(&manager);
-        log.clear();
-        view.destroy();
-    }
-    QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
-}
-
-void tst_RenderWidget::frameSequences()
-{
-    Log log;
-    Manager manager("A", log);
-    QRenderWidget view;
-    log.window = view.GetHWND();
-    logSignals(view, log);
-    view.SetPlatformRendererInterface(&log.first);
-    view.SetDisplaySurfaceManagerInterface(&manager);
-    QCOMPARE(log.take(), QStringLiteral("A+R"));
-    const auto afterPaint = [&]
-    {
-        QPaintEvent paint(view.rect());
-        QApplication::sendEvent(&view, &paint);
-        return log.take();
-    };
-    const auto resize = [&view](int width, int height)
-    {
-        QResizeEvent event(QSize(width, height), view.size());
-        QApplication::sendEvent(&view, &event);
-    };
-    const QString frame = "render viewUpdated deferredUpdate";
-
-    QCOMPARE(afterPaint(), frame); // no size yet
-    resize(300, 200);
-    QCOMPARE(log.take(), QString());
-    QCOMPARE(afterPaint(), QStringLiteral("resize"));
-    QCOMPARE(afterPaint(), frame);
-    resize(300, 200);
-    QCOMPARE(afterPaint(), frame);
-    resize(300, 201);
-    QCOMPARE(afterPaint(), QStringLiteral("resize"));
-    resize(301, 201);
-    resize(300, 201); // the surface's own size leaves the pending one
-    QCOMPARE(afterPaint(), QStringLiteral("resize"));
-
-    view.setContinuousUpdate(true);
-    resize(400, 300);
-    QCOMPARE(afterPaint(), "resize " + frame);
-    QCOMPARE(afterPaint(), frame);
-    view.shutdown();
-    QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
-    QCOMPARE(afterPaint(), "resize " + frame); // the surface size was forgotten, the pending one was not
-    QVERIFY(view.testAttribute(Qt::WA_PaintOnScreen));
-}
-
-void tst_RenderWidget::resizedViewRendersAgain()
-{
-    Log log;
-    Manager manager("A", log);
-    QRenderWidget view;
-    log.window = view.GetHWND();
-    view.SetDisplaySurfaceManagerInterface(&manager);
-    view.resize(300, 200);
-    view.show();
-    QTRY_VERIFY(log.contains("render"));
-    QCOMPARE(log.mid(0, 3), QStringList({"A+0", "resize", "render"}));
-    log.clear();
-    // By hand, as a real resize brings paints of its own.
-    QResizeEvent resize(QSize(310, 210), view.size());
-    QApplication::sendEvent(&view, &resize);
-    QPaintEvent paint(view.rect());
-    QApplication::sendEvent(&view, &paint);
-    QCOMPARE(log.join(' '), QStringLiteral("resize"));
-    QTRY_COMPARE(log.join(' '), QStringLiteral("resize render"));
-}
-
-void tst_RenderWidget::continuousUpdateFollowsItsFlag()
-{
-    Log log;
-    Manager manager("A", log);
-    QRenderWidget view;
-    log.window = view.GetHWND();
-    view.SetDisplaySurfaceManagerInterface(&manager);
-    view.setContinuousUpdate(false);
-    QVERIFY(!view.findChild<QTimer*>());
-    view.show();
-    QTRY_VERIFY(log.contains("render"));
-    view.setContinuousUpdate(true);
-    view.setContinuousUpdate(true);
-    QCOMPARE(view.findChildren<QTimer*>().size(), 1);
-    QCOMPARE(view.findChild<QTimer*>()->interval(), 1);
-    log.clear();
-    QTRY_VERIFY(log.count("render") > 10);
-    view.setContinuousUpdate(false);
-    QVERIFY(!view.findChild<QTimer*>());
-}
-
-// Through the window, as input comes from the system.
-void tst_RenderWidget::inputReachesTheHandler()
-{
-    Log log;
-    Handler handler(log);
-    Parent parent(log);
-    QRenderWidget view(&parent);
-    parent.resize(200, 150);
-    view.setGeometry(0, 0, 200, 150);
-    view.SetHandleMouseInterface(&handler);
-    parent.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&parent));
-    QTRY_VERIFY(view.windowHandle()->isExposed());
-    const QString at = m_ratio == 1 ? ",20,31" : ",30,46";
-    const QPoint position(20, 31);
-    QWindow* window = view.windowHandle();
-    log.clear();
-
-    QTest::mouseMove(window, position);
-    QCOMPARE(log.take(), "move" + at);
-    QTest::mousePress(window, Qt::RightButton, Qt::NoModifier, position);
-    QTest::mouseRelease(window, Qt::RightButton, Qt::NoModifier, position);
-    QCOMPARE(log.take(), QString("down,2%1 up,2%1").arg(at));
-    QCOMPARE(parent.focusWidget(), &view);
-    QTest::mouseDClick(window, Qt::LeftButton, Qt::NoModifier, position);
-    QCOMPARE(log.take(), QString("down,1%1 up,1%1 double,1%1 up,1%1").arg(at));
-
-    view.SetHandleMouseInterface(nullptr);
-    QTest::mouseClick(window, Qt::MiddleButton, Qt::NoModifier, position);
-    QTest::keyClick(&view, Qt::Key_A);
-    QCOMPARE(log.take(), QString());
-}
-
-void tst_RenderWidget::positionsAreTruncatedDevicePixels()
-{
-    Log log;
-    Handler handler(log);
-    QRenderWidget view;
-    view.SetHandleMouseInterface(&handler);
-    const auto send = [&view](QEvent::Type type, Qt::MouseButton button, QPointF position)
-    {
-        QMouseEvent event(type, position, QPointF(), button, button, Qt::NoModifier);
-        QApplication::sendEvent(&view, &event);
-        QVERIFY(event.isAccepted());
-    };
-    send(QEvent::MouseButtonPress, Qt::LeftButton, {10.7, 3.2});
-    send(QEvent::MouseMove, Qt::NoButton, {-0.9, 5.5});
-    send(QEvent::MouseButtonRelease, Qt::BackButton, {10.7, -3.6});
-    send(QEvent::MouseButtonDblClick, Qt::MiddleButton, {0.9, 0.5});
-    QCOMPARE(log.take(), m_ratio == 1 ? QString("down,1,10,3 move,0,5 up,8,10,-3 double,4,0,0")
-                                      : QString("down,1,16,4 move,-1,8 up,8,16,-5 double,4,1,0"));
-}
-
-void tst_RenderWidget::wheelSendsOneNumberAndGoesOn_data()
-{
-    QTest::addColumn<QPoint>("angle");
-    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-    QTest::addColumn<QString>("call");
-    using Modifiers = Qt::KeyboardModifiers;
-    QTest::newRow("away") << QPoint(0, 120) << Modifiers() << "wheel,120,0";
-    QTest::newRow("towards, Shift and Control")
-        << QPoint(0, -120) << (Qt::ShiftModifier | Qt::ControlModifier) << "wheel,-120,5";
-    QTest::newRow("sideways, Alt") << QPoint(-120, 30) << Modifiers(Qt::AltModifier) << "wheel,-120,2";
-    QTest::newRow("slanted, Meta and keypad")
-        << QPoint(60, -60) << (Qt::MetaModifier | Qt::KeypadModifier) << "wheel,-60,0";
-}
-
-void tst_RenderWidget::wheelSendsOneNumberAndGoesOn()
-{
-    QFETCH(QPoint, angle);
-    QFETCH(Qt::KeyboardModifiers, modifiers);
-    QFETCH(QString, call);
-    Log log;
-    Handler handler(log);
-    Parent parent(log);
-    QRenderWidget view(&parent);
-    view.SetHandleMouseInterface(&handler);
-    QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), angle, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&view, &wheel);
-    QCOMPARE(log.take(), call);
-    QVERIFY(!wheel.isAccepted());
-    QSpontaneKeyEvent::setSpontaneous(&wheel); // others do not go on to parents
-    qApp->notify(&view, &wheel);
-    QCOMPARE(log.take(), call + QString(" parent,%1").arg(QEvent::Wheel));
-}
-
-void tst_RenderWidget::keysSendTheNativeCode()
-{
-    Log log;
-    Handler handler(log);
-    Parent parent(log);
-    QRenderWidget view(&parent);
-    logSignals(view, log);
-    view.SetHandleMouseInterface(&handler);
-    parent.show();
-    PaintCounter paints(view);
-    QTRY_VERIFY(paints.buffered > 0);
-    log.clear();
-    for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-    {
-        paints.buffered = 0;
-        QKeyEvent key(type, Qt::Key_Q, Qt::NoModifier, 24, 0x71, 0);
-        QApplication::sendEvent(&view, &key);
-        QVERIFY(key.isAccepted());
-        QTRY_VERIFY(paints.buffered > 0);
-    }
-    QCOMPARE(log.take(), QStringLiteral("key,113,1,0 key,113,0,0 keyReleased,113"));
-}
-
-void tst_RenderWidget::messageIsDrawnIntoPixmaps()
-{
-    QRenderWidget view;
-    view.resize(250, 80);
-    QVERIFY(showsMessage(view.grab().toImage(), m_ratio));
-}
-
-void tst_RenderWidget::messageIsOnTheScreen_data()
-{
-    QTest::addColumn<QByteArray>("situation");
-    for (const char* situation : {"window just shown", "added to a shown window", "tab opened later", "manager taken"})
-        QTest::newRow(situation) << QByteArray(situation);
-}
-
-void tst_RenderWidget::messageIsOnTheScreen()
-{
-    QFETCH(QByteArray, situation);
-    if (m_ratio != 1)
-        QSKIP("screenshots are taken unscaled");
-    Log log;
-    Manager manager("A", log);
-    QWidget window;
-    QTabWidget tabs(&window);
-    QRenderWidget view;
-    PaintCounter paints(view);
-    window.resize(400, 300);
-    tabs.resize(400, 300);
-    tabs.addTab(new QWidget, "first");
-    if (situation == "window just shown")
-    {
-        view.resize(300, 200);
-        view.show();
-    }
-    else if (situation == "added to a shown window")
-    {
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        view.setParent(&window);
-        view.resize(300, 200);
-        view.show();
-    }
-    else if (situation == "tab opened later")
-    {
-        tabs.addTab(&view, "view");
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        tabs.setCurrentWidget(&view);
-    }
-    else
-    {
-        log.window = view.GetHWND();
-        view.SetDisplaySurfaceManagerInterface(&manager);
-        view.show();
-        QTRY_VERIFY(log.contains("render"));
-        QCOMPARE(paints.buffered, 0);
-        paints.onScreen = 0;
-        view.SetDisplaySurfaceManagerInterface(nullptr);
-        view.Update();
-    }
-    const auto screenshot = [&view]
-    {
-        const QPoint corner = view.mapToGlobal(QPoint());
-        return view.screen()->grabWindow(0, corner.x(), corner.y(), view.width(), view.height()).toImage();
-    };
-    QTRY_VERIFY(showsMessage(screenshot(), m_ratio));
-    QCOMPARE(paints.onScreen, 1);
-    QCOMPARE(paints.buffered, 1);
-}
 
 #if defined(Q_PROCESSOR_X86_64) && defined(Q_OS_UNIX)
 // Engines come from other compilers: calls go through the positions of the virtual table alone.
@@ -552,27 +149,393 @@ int callPosition(void* object, int position, Arguments... arguments)
     return reinterpret_cast<int (*)(void*, Arguments...)>(table[position])(object, arguments...);
 }
 
-void tst_RenderWidget::operationsKeepTheirPositions()
-{
-    Log log;
-    Manager managerObject("A", log);
-    Handler handlerObject(log);
-    DisplaySurfaceManagerInterface* manager = &managerObject;
-    BaseMouseHandler* handler = &handlerObject;
-    callPosition(manager, 3, log.window, static_cast<PlatformRendererInterface*>(&log.first), -1);
-    callPosition(manager, 5, log.window);
-    callPosition(manager, 2, log.window);
-    callPosition(manager, 1, log.window);
-    QCOMPARE(callPosition(manager, 6, log.window), 7);
-    for (int position : {1, 2, 3})
-        callPosition(handler, position, 4, 5, 6);
-    callPosition(handler, 4, 5, 6);
-    callPosition(handler, 6, -120, 5);
-    callPosition(handler, 7, 65u, true, 0);
-    QCOMPARE(log.take(),
-             QStringLiteral("A+R resize render A- down,4,5,6 up,4,5,6 double,4,5,6 move,5,6 wheel,-120,5 key,65,1,0"));
-}
 #endif
+} // namespace
+
+class tst_RenderWidget : public WatchedTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
+            m_ratio = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
+        QCOMPARE(QRenderWidget().devicePixelRatioF(), m_ratio);
+    }
+
+    void registrationSequences_data()
+    {
+        QTest::addColumn<QString>("steps"); // m sets a manager, r a renderer, s shuts down
+        QTest::addColumn<QString>("calls");
+        QTest::addColumn<QString>("callsOfDestructor");
+        const auto row = [](const char* name, const char* steps, const char* calls, const char* callsOfDestructor)
+        { QTest::newRow(name) << QString(steps) << QString(calls) << QString(callsOfDestructor); };
+        row("nothing set", "s", "", "");
+        row("manager first", "mA rR", "A+0 A+R", "A+0 A-");
+        row("renderer first", "rR mA", "A+R", "A+0 A-");
+        row("same again", "rR mA rR mA", "A+R", "A+0 A-");
+        row("renderer replaced and taken", "rR mA rS r0", "A+R A+S A+0", "A+0 A-");
+        row("manager replaced", "rR mA mB", "A+R A- B+R", "B+0 B-");
+        row("manager taken", "rR mA m0", "A+R A-", "");
+        row("manager set again", "rR mA m0 mA", "A+R A- A+R", "A+0 A-");
+        row("shutdown twice", "rR mA s s", "A+R A+0 A- A+0 A-", "A+0 A-");
+        row("renderer after shutdown", "rR mA s mA rR", "A+R A+0 A- A+R", "A+0 A-");
+    }
+
+    void registrationSequences()
+    {
+        QFETCH(QString, steps);
+        Log log;
+        Manager a("A", log);
+        Manager b("B", log);
+        const QHash<QString, DisplaySurfaceManagerInterface*> managers = {{"mA", &a}, {"mB", &b}, {"m0", nullptr}};
+        const QHash<QString, PlatformRendererInterface*> renderers = {
+            {"rR", &log.first}, {"rS", &log.second}, {"r0", nullptr}};
+        auto view = std::make_unique<QRenderWidget>();
+        log.window = view->GetHWND();
+        QCOMPARE(quintptr(log.window), quintptr(view->winId()));
+        QVERIFY(log.window && view->windowHandle());
+
+        DisplaySurfaceManagerInterface* manager = nullptr;
+        PlatformRendererInterface* renderer = nullptr;
+        for (const QString& step : steps.split(' '))
+        {
+            if (step == "s")
+            {
+                view->shutdown();
+                renderer = manager ? nullptr : renderer;
+            }
+            else if (step.startsWith('m'))
+                view->SetDisplaySurfaceManagerInterface(manager = managers[step]);
+            else
+                view->SetPlatformRendererInterface(renderer = renderers[step]);
+            QCOMPARE(view->GetPlatformRendererInterface(), renderer);
+            QCOMPARE(view->GetViewId(), manager ? 7 : -1);
+        }
+        QTEST(log.take(), "calls");
+        view.reset();
+        QTEST(log.take(), "callsOfDestructor");
+    }
+
+    // Paints and resizes come by hand here, so that the window system adds none.
+    // The window was destroyed before, as within a window that is being destroyed.
+    void destructorMakesNoWindow()
+    {
+        // Gives access to what is protected.
+        class View : public QRenderWidget
+        {
+        public:
+            using QWidget::destroy;
+        };
+        Log log;
+        Manager manager("A", log);
+        {
+            QWidget window;
+            View view;
+            view.setParent(&window);
+            log.window = view.GetHWND();
+            view.SetDisplaySurfaceManagerInterface(&manager);
+            log.clear();
+            view.destroy();
+        }
+        QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
+    }
+
+    void frameSequences()
+    {
+        Log log;
+        Manager manager("A", log);
+        QRenderWidget view;
+        log.window = view.GetHWND();
+        logSignals(view, log);
+        view.SetPlatformRendererInterface(&log.first);
+        view.SetDisplaySurfaceManagerInterface(&manager);
+        QCOMPARE(log.take(), QStringLiteral("A+R"));
+        const auto afterPaint = [&]
+        {
+            QPaintEvent paint(view.rect());
+            QApplication::sendEvent(&view, &paint);
+            return log.take();
+        };
+        const auto resize = [&view](int width, int height)
+        {
+            QResizeEvent event(QSize(width, height), view.size());
+            QApplication::sendEvent(&view, &event);
+        };
+        const QString frame = "render viewUpdated deferredUpdate";
+
+        QCOMPARE(afterPaint(), frame); // no size yet
+        resize(300, 200);
+        QCOMPARE(log.take(), QString());
+        QCOMPARE(afterPaint(), QStringLiteral("resize"));
+        QCOMPARE(afterPaint(), frame);
+        resize(300, 200);
+        QCOMPARE(afterPaint(), frame);
+        resize(300, 201);
+        QCOMPARE(afterPaint(), QStringLiteral("resize"));
+        resize(301, 201);
+        resize(300, 201); // the surface's own size leaves the pending one
+        QCOMPARE(afterPaint(), QStringLiteral("resize"));
+
+        view.setContinuousUpdate(true);
+        resize(400, 300);
+        QCOMPARE(afterPaint(), "resize " + frame);
+        QCOMPARE(afterPaint(), frame);
+        view.shutdown();
+        QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
+        QCOMPARE(afterPaint(), "resize " + frame); // the surface size was forgotten, the pending one was not
+        QVERIFY(view.testAttribute(Qt::WA_PaintOnScreen));
+    }
+
+    void resizedViewRendersAgain()
+    {
+        Log log;
+        Manager manager("A", log);
+        QRenderWidget view;
+        log.window = view.GetHWND();
+        view.SetDisplaySurfaceManagerInterface(&manager);
+        view.resize(300, 200);
+        view.show();
+        QTRY_VERIFY(log.contains("render"));
+        QCOMPARE(log.mid(0, 3), QStringList({"A+0", "resize", "render"}));
+        log.clear();
+        // By hand, as a real resize brings paints of its own.
+        QResizeEvent resize(QSize(310, 210), view.size());
+        QApplication::sendEvent(&view, &resize);
+        QPaintEvent paint(view.rect());
+        QApplication::sendEvent(&view, &paint);
+        QCOMPARE(log.join(' '), QStringLiteral("resize"));
+        QTRY_COMPARE(log.join(' '), QStringLiteral("resize render"));
+    }
+
+    void continuousUpdateFollowsItsFlag()
+    {
+        Log log;
+        Manager manager("A", log);
+        QRenderWidget view;
+        log.window = view.GetHWND();
+        view.SetDisplaySurfaceManagerInterface(&manager);
+        view.setContinuousUpdate(false);
+        QVERIFY(!view.findChild<QTimer*>());
+        view.show();
+        QTRY_VERIFY(log.contains("render"));
+        view.setContinuousUpdate(true);
+        view.setContinuousUpdate(true);
+        QCOMPARE(view.findChildren<QTimer*>().size(), 1);
+        QCOMPARE(view.findChild<QTimer*>()->interval(), 1);
+        log.clear();
+        QTRY_VERIFY(log.count("render") > 10);
+        view.setContinuousUpdate(false);
+        QVERIFY(!view.findChild<QTimer*>());
+    }
+
+    // Through the window, as input comes from the system.
+    void inputReachesTheHandler()
+    {
+        Log log;
+        Handler handler(log);
+        Parent parent(log);
+        QRenderWidget view(&parent);
+        parent.resize(200, 150);
+        view.setGeometry(0, 0, 200, 150);
+        view.SetHandleMouseInterface(&handler);
+        parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&parent));
+        QTRY_VERIFY(view.windowHandle()->isExposed());
+        const QString at = m_ratio == 1 ? ",20,31" : ",30,46";
+        const QPoint position(20, 31);
+        QWindow* window = view.windowHandle();
+        log.clear();
+
+        QTest::mouseMove(window, position);
+        QCOMPARE(log.take(), "move" + at);
+        QTest::mousePress(window, Qt::RightButton, Qt::NoModifier, position);
+        QTest::mouseRelease(window, Qt::RightButton, Qt::NoModifier, position);
+        QCOMPARE(log.take(), QString("down,2%1 up,2%1").arg(at));
+        QCOMPARE(parent.focusWidget(), &view);
+        QTest::mouseDClick(window, Qt::LeftButton, Qt::NoModifier, position);
+        QCOMPARE(log.take(), QString("down,1%1 up,1%1 double,1%1 up,1%1").arg(at));
+
+        view.SetHandleMouseInterface(nullptr);
+        QTest::mouseClick(window, Qt::MiddleButton, Qt::NoModifier, position);
+        QTest::keyClick(&view, Qt::Key_A);
+        QCOMPARE(log.take(), QString());
+    }
+
+    void positionsAreTruncatedDevicePixels()
+    {
+        Log log;
+        Handler handler(log);
+        QRenderWidget view;
+        view.SetHandleMouseInterface(&handler);
+        const auto send = [&view](QEvent::Type type, Qt::MouseButton button, QPointF position)
+        {
+            QMouseEvent event(type, position, QPointF(), button, button, Qt::NoModifier);
+            QApplication::sendEvent(&view, &event);
+            QVERIFY(event.isAccepted());
+        };
+        send(QEvent::MouseButtonPress, Qt::LeftButton, {10.7, 3.2});
+        send(QEvent::MouseMove, Qt::NoButton, {-0.9, 5.5});
+        send(QEvent::MouseButtonRelease, Qt::BackButton, {10.7, -3.6});
+        send(QEvent::MouseButtonDblClick, Qt::MiddleButton, {0.9, 0.5});
+        QCOMPARE(log.take(), m_ratio == 1 ? QString("down,1,10,3 move,0,5 up,8,10,-3 double,4,0,0")
+                                          : QString("down,1,16,4 move,-1,8 up,8,16,-5 double,4,1,0"));
+    }
+
+    void wheelSendsOneNumberAndGoesOn_data()
+    {
+        QTest::addColumn<QPoint>("angle");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QString>("call");
+        using Modifiers = Qt::KeyboardModifiers;
+        QTest::newRow("away") << QPoint(0, 120) << Modifiers() << "wheel,120,0";
+        QTest::newRow("towards, Shift and Control")
+            << QPoint(0, -120) << (Qt::ShiftModifier | Qt::ControlModifier) << "wheel,-120,5";
+        QTest::newRow("sideways, Alt") << QPoint(-120, 30) << Modifiers(Qt::AltModifier) << "wheel,-120,2";
+        QTest::newRow("slanted, Meta and keypad")
+            << QPoint(60, -60) << (Qt::MetaModifier | Qt::KeypadModifier) << "wheel,-60,0";
+    }
+
+    void wheelSendsOneNumberAndGoesOn()
+    {
+        QFETCH(QPoint, angle);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QString, call);
+        Log log;
+        Handler handler(log);
+        Parent parent(log);
+        QRenderWidget view(&parent);
+        view.SetHandleMouseInterface(&handler);
+        QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&view, &wheel);
+        QCOMPARE(log.take(), call);
+        QVERIFY(!wheel.isAccepted());
+        QSpontaneKeyEvent::setSpontaneous(&wheel); // others do not go on to parents
+        qApp->notify(&view, &wheel);
+        QCOMPARE(log.take(), call + QString(" parent,%1").arg(QEvent::Wheel));
+    }
+
+    void keysSendTheNativeCode()
+    {
+        Log log;
+        Handler handler(log);
+        Parent parent(log);
+        QRenderWidget view(&parent);
+        logSignals(view, log);
+        view.SetHandleMouseInterface(&handler);
+        parent.show();
+        PaintCounter paints(view);
+        QTRY_VERIFY(paints.buffered > 0);
+        log.clear();
+        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        {
+            paints.buffered = 0;
+            QKeyEvent key(type, Qt::Key_Q, Qt::NoModifier, 24, 0x71, 0);
+            QApplication::sendEvent(&view, &key);
+            QVERIFY(key.isAccepted());
+            QTRY_VERIFY(paints.buffered > 0);
+        }
+        QCOMPARE(log.take(), QStringLiteral("key,113,1,0 key,113,0,0 keyReleased,113"));
+    }
+
+    void messageIsDrawnIntoPixmaps()
+    {
+        QRenderWidget view;
+        view.resize(250, 80);
+        QVERIFY(showsMessage(view.grab().toImage(), m_ratio));
+    }
+
+    void messageIsOnTheScreen_data()
+    {
+        QTest::addColumn<QByteArray>("situation");
+        for (const char* situation :
+             {"window just shown", "added to a shown window", "tab opened later", "manager taken"})
+            QTest::newRow(situation) << QByteArray(situation);
+    }
+
+    void messageIsOnTheScreen()
+    {
+        QFETCH(QByteArray, situation);
+        if (m_ratio != 1)
+            QSKIP("screenshots are taken unscaled");
+        Log log;
+        Manager manager("A", log);
+        QWidget window;
+        QTabWidget tabs(&window);
+        QRenderWidget view;
+        PaintCounter paints(view);
+        window.resize(400, 300);
+        tabs.resize(400, 300);
+        tabs.addTab(new QWidget, "first");
+        if (situation == "window just shown")
+        {
+            view.resize(300, 200);
+            view.show();
+        }
+        else if (situation == "added to a shown window")
+        {
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            view.setParent(&window);
+            view.resize(300, 200);
+            view.show();
+        }
+        else if (situation == "tab opened later")
+        {
+            tabs.addTab(&view, "view");
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            tabs.setCurrentWidget(&view);
+        }
+        else
+        {
+            log.window = view.GetHWND();
+            view.SetDisplaySurfaceManagerInterface(&manager);
+            view.show();
+            QTRY_VERIFY(log.contains("render"));
+            QCOMPARE(paints.buffered, 0);
+            paints.onScreen = 0;
+            view.SetDisplaySurfaceManagerInterface(nullptr);
+            view.Update();
+        }
+        const auto screenshot = [&view]
+        {
+            const QPoint corner = view.mapToGlobal(QPoint());
+            return view.screen()->grabWindow(0, corner.x(), corner.y(), view.width(), view.height()).toImage();
+        };
+        QTRY_VERIFY(showsMessage(screenshot(), m_ratio));
+        QCOMPARE(paints.onScreen, 1);
+        QCOMPARE(paints.buffered, 1);
+    }
+
+#if defined(Q_PROCESSOR_X86_64) && defined(Q_OS_UNIX)
+    void operationsKeepTheirPositions()
+    {
+        Log log;
+        Manager managerObject("A", log);
+        Handler handlerObject(log);
+        DisplaySurfaceManagerInterface* manager = &managerObject;
+        BaseMouseHandler* handler = &handlerObject;
+        callPosition(manager, 3, log.window, static_cast<PlatformRendererInterface*>(&log.first), -1);
+        callPosition(manager, 5, log.window);
+        callPosition(manager, 2, log.window);
+        callPosition(manager, 1, log.window);
+        QCOMPARE(callPosition(manager, 6, log.window), 7);
+        for (int position : {1, 2, 3})
+            callPosition(handler, position, 4, 5, 6);
+        callPosition(handler, 4, 5, 6);
+        callPosition(handler, 6, -120, 5);
+        callPosition(handler, 7, 65u, true, 0);
+        QCOMPARE(
+            log.take(),
+            QStringLiteral("A+R resize render A- down,4,5,6 up,4,5,6 double,4,5,6 move,5,6 wheel,-120,5 key,65,1,0"));
+    }
+#endif
+
+private:
+    qreal m_ratio = 1;
+};
 
 QTEST_MAIN(tst_RenderWidget)
 #include "tst_renderwidget.moc"

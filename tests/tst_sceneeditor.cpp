@@ -78,6 +78,7 @@ private:
     {
         return child<T>(*m_window, name);
     }
+
     void type(const char* editor, const char* field, const char* text);
     void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
@@ -223,6 +224,7 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
         trigger("actionRedo");
         QVERIFY(m_window->scene() == states[i]);
     }
+
     // Down to nothing, which disables what needs an object.
     while (!m_window->scene().objects.isEmpty())
         QTest::mouseClick(find<QPushButton>("removeButton"), Qt::LeftButton);
@@ -449,6 +451,7 @@ void tst_SceneEditor::shortcutsAreComplete()
         for (const QKeySequence& key : action->shortcuts())
             keys << key.toString();
     }
+
     // Two actions with the same key get none of its presses.
     QCOMPARE(keys.removeDuplicates(), 0);
 }

@@ -208,6 +208,7 @@ private Q_SLOTS:
             QTest::addRow("styled %u", seed) << seed << true;
         }
     }
+
     void looksLikeTheLiteralSearch()
     {
         QFETCH(quint32, seed);
@@ -229,6 +230,7 @@ private Q_SLOTS:
             QCOMPARE(ours.scrollArea->grab().toImage(), literal.scrollArea->grab().toImage());
         }
     }
+
     void cleanup() { qApp->setStyleSheet(QString()); }
 };
 

@@ -2,13 +2,11 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
-#include <QtWidgets/QDialog>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionSlider>
 
 #include <functional>
 #include <limits>
-#include <optional>
 
 Q_DECLARE_METATYPE(std::function<void(QSliderEdit&)>)
 
@@ -42,6 +40,7 @@ public:
         QObject::connect(&edit, &QSliderEdit::valueChanged,
                          [this] { m_heard += m_edit.value().toString() + QLatin1Char(' '); });
     }
+
     // What was signalled since the last call, each change with the value that the host reads in it, and what is shown.
     QString news()
     {
@@ -72,15 +71,6 @@ void commit(QSliderEdit& edit, const QString& text)
 void click(const QSliderEdit& edit, const char* button)
 {
     QTest::mouseClick(child<QPushButton>(edit, button), Qt::LeftButton);
-}
-
-bool wheelIsAccepted(QWidget* widget)
-{
-    const QPoint middle = widget->rect().center();
-    QWheelEvent wheel(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(widget, &wheel);
-    return wheel.isAccepted();
 }
 
 struct OpenSlider : QSlider
@@ -119,6 +109,7 @@ public:
         text.chop(1);
         return *ok ? text.toDouble(ok) / 100.0 : 0.0;
     }
+
     void incrementDecrement(int direction) override { QSliderEdit::incrementDecrement(direction * 50); }
 };
 
@@ -149,52 +140,11 @@ enum class Row
 
 Q_DECLARE_METATYPE(Row)
 
-class tst_SliderEdit : public QObject
+class tst_SliderEdit : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { QApplication::setStyle(QStringLiteral("windows")); } // a click on the groove is a page step
-    void init() { m_warnings.emplace(); }
-    void cleanup()
-    {
-        QLocale::setDefault(QLocale::c());
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
-    }
-
-    void metaObjectKeepsItsContract()
-    {
-        const QMetaObject& meta = QSliderEdit::staticMetaObject;
-        QStringList found;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-        {
-            const QMetaProperty property = meta.property(i);
-            found += property.typeName() + QStringLiteral(" ") + property.name();
-            QVERIFY2(property.isReadable() && property.isWritable() && property.isDesignable() &&
-                         property.isScriptable() && property.isStored() && !property.hasNotifySignal() &&
-                         property.isEnumType() == (i == meta.propertyCount() - 1),
-                     property.name());
-        }
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        {
-            const QMetaMethod method = meta.method(i);
-            QCOMPARE(method.access(), QMetaMethod::Public);
-            found += QLatin1String(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ") +
-                     QLatin1String(method.methodSignature());
-        }
-        QCOMPARE(found.join(QStringLiteral(", ")),
-                 QStringLiteral(
-                     "QString title, bool liveUpdate, int labelWidth, int textWidth, QString units, int unitsWidth, "
-                     "bool showButtons, bool showDefaultButton, double minimum, double maximum, double defaultValue, "
-                     "double step, QVariant value, bool logarithmic, Qt::Orientation orientation, "
-                     "signal valueChanged(), signal startedEdit(), slot on_increment_clicked(), "
-                     "slot on_decrement_clicked(), slot on_reset_clicked(), slot on_slider_sliderPressed(), "
-                     "slot on_slider_sliderMoved(int), slot on_slider_valueChanged(int), "
-                     "slot on_lineEdit_editingFinished()"));
-        const QMetaObject& base = QPropertyEditWidget::staticMetaObject;
-        QCOMPARE(meta.superClass(), &base);
-        QCOMPARE(base.propertyCount() - base.propertyOffset() + base.methodCount() - base.methodOffset(), 0);
-    }
 
     void valueAndHandleFollowTheRange_data()
     {
@@ -322,6 +272,7 @@ private Q_SLOTS:
             });
         row("button", [](QSliderEdit& edit) { child<QPushButton>(edit, "reset")->setEnabled(true); });
     }
+
     void sameValueAgainRestoresWhatItShows()
     {
         QFETCH(std::function<void(QSliderEdit&)>, disturb);
@@ -397,28 +348,23 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("news");
-        QTest::newRow("number") << " 0.75 "
-                                << "0.75 0.75 | 0.75 ' 0.75 ' at 750 reset";
-        QTest::newRow("the default") << "2.5e-1"
-                                     << "0.25 0.25 | 0.25 '2.5e-1' at 250";
-        QTest::newRow("too large") << "5"
-                                   << "1 1 | 1 '5' at 1000 reset";
-        QTest::newRow("infinity") << "-inf"
-                                  << "0 0 | 0 '-inf' at 0 reset";
-        QTest::newRow("not a number") << "nan"
-                                      << "| 0.5 'nan' at 500 reset";
-        QTest::newRow("letters") << "half"
-                                 << "| 0.5 'half' at 500 reset";
-        QTest::newRow("nothing") << ""
-                                 << "| 0.5 '' at 500 reset";
-        QTest::newRow("comma") << "0,75"
-                               << "| 0.5 '0,75' at 500 reset";
+        const auto row = [](const char* name, const char* text, const char* news)
+        { QTest::newRow(name) << QString(text) << QString(news); };
+        row("number", " 0.75 ", "0.75 0.75 | 0.75 ' 0.75 ' at 750 reset");
+        row("the default", "2.5e-1", "0.25 0.25 | 0.25 '2.5e-1' at 250");
+        row("too large", "5", "1 1 | 1 '5' at 1000 reset");
+        row("infinity", "-inf", "0 0 | 0 '-inf' at 0 reset");
+        row("not a number", "nan", "| 0.5 'nan' at 500 reset");
+        row("letters", "half", "| 0.5 'half' at 500 reset");
+        row("nothing", "", "| 0.5 '' at 500 reset");
+        row("comma", "0,75", "| 0.5 '0,75' at 500 reset");
     }
 
     void committedText()
     {
         QFETCH(QString, text);
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // has a decimal comma
+        const auto restore = qScopeGuard([] { QLocale::setDefault(QLocale::c()); });
         QSliderEdit edit;
         edit.setDefaultValue(0.25);
         edit.setValue(0.5);
@@ -507,19 +453,6 @@ private Q_SLOTS:
         dragTo(slider, 3);
         release(slider);
         QCOMPARE(host.news(), QLatin1String(live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3"));
-    }
-
-    void wheelPassesTheSliderWithoutEffect()
-    {
-        QWidget panel;
-        QSliderEdit edit(&panel);
-        edit.setValue(0.5);
-        panel.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&panel));
-        Host host(edit);
-        QVERIFY(wheelIsAccepted(child<QSlider>(edit, "slider")));
-        QVERIFY(!wheelIsAccepted(child<QLabel>(edit, "label"))); // goes on to the panel
-        QCOMPARE(host.news(), QLatin1String("| 0.5 '0.5' at 500"));
     }
 
     void derivedClassChangesTextAndSteps()
@@ -633,29 +566,11 @@ private Q_SLOTS:
         QCOMPARE(layout->itemAt(2)->widget()->objectName(), QStringLiteral("lineEdit"));
     }
 
-    void widthsReadBackAsGiven()
-    {
-        QSliderEdit edit;
-        auto* label = child<QLabel>(edit, "label");
-        label->setMinimumHeight(33);
-        edit.setLabelWidth(50);
-        QCOMPARE(label->minimumSize(), QSize(50, 33));
-        QCOMPARE(label->maximumSize(), QSize(50, QWIDGETSIZE_MAX));
-        edit.setTextWidth(-5);
-        edit.setUnitsWidth(INT_MAX);
-        QCOMPARE(edit.textWidth(), -5);
-        QCOMPARE(edit.unitsWidth(), INT_MAX);
-        QCOMPARE(child<QLineEdit>(edit, "lineEdit")->maximumWidth(), 0);
-    }
-
-    void titleTipsAndHelpReachTheParts()
+    void tipsAndHelpReachTheParts()
     {
         Dresser parent;
         QSliderEdit edit(&parent);
         QCOMPARE(edit.objectName(), QStringLiteral("gain"));
-        QCOMPARE(edit.windowTitle(), QStringLiteral("label"));
-        edit.setTitle(QStringLiteral("Gain"));
-        QCOMPARE(edit.windowTitle(), QStringLiteral("Gain"));
         for (const char* name : {"label", "lineEdit", "slider"})
             QCOMPARE(child<QWidget>(edit, name)->whatsThis(), QStringLiteral("help"));
         QWidget* deep = new QWidget(child<QWidget>(edit, "units"));
@@ -667,23 +582,6 @@ private Q_SLOTS:
         QCOMPARE(deep->toolTip() + child<QWidget>(edit, "label")->toolTip(), QString());
         QCOMPARE(QSliderEdit().objectName(), QStringLiteral("QSliderEdit"));
     }
-
-    void returnInADialogClicksNoButton()
-    {
-        QDialog dialog;
-        QSliderEdit edit(&dialog);
-        edit.setShowButtons(true);
-        edit.setDefaultValue(0.25);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        Host host(edit);
-        commit(edit, QStringLiteral("0.5"));
-        QCOMPARE(host.news(), QLatin1String("0.5 0.5 | 0.5 '0.5' at 500 reset"));
-        QVERIFY(dialog.isVisible());
-    }
-
-private:
-    std::optional<WarningWatch> m_warnings;
 };
 
 QTEST_MAIN(tst_SliderEdit)
