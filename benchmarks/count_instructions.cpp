@@ -48,7 +48,7 @@ void enter(PanelTree& tree, const QString& text, bool bare)
         tree.search->setText(text);
     }
     // Timers would come in at random: what the event loop has been sent is enough.
-    QCoreApplication::sendPostedEvents();
+    settle([] { QCoreApplication::sendPostedEvents(); });
 }
 
 void typeWord(PanelTree& tree, bool bare)

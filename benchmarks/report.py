@@ -4,6 +4,7 @@
   report.py BIN            times and instructions, as a table
   report.py BIN --check    instructions alone, held against instructions.json; exit 1 when one has crept up
   report.py BIN --store    writes that file anew
+  report.py BIN --page     times and instructions, into the page of the documentation, too
 
 BIN is the folder of the built programs. Times are medians of interleaved repetitions, in processor time. Instructions
 are counted by callgrind; only their ratio to straight code in the same run is stored, as other machines and libraries
@@ -21,6 +22,7 @@ import tempfile
 from pathlib import Path
 
 BAR = Path(__file__).with_name("instructions.json")
+PAGE = Path(__file__).parent.parent / "docs" / "src" / "speed.qdoc"
 TOLERANCE = 0.02
 COUNTED = ["push-new", "push-same", "build", "search", "search-worst"]
 
@@ -97,20 +99,40 @@ def check(programs):
     return 1 if crept else 0
 
 
-def report(programs):
+def measure(programs):
+    """A line that names the machine, and the tables: rows of cells, the first with the headings."""
     times = run_times(programs)
-    print(f"Measured on {datetime.date.today()}, {platform.machine()}, {subprocess.getoutput('nproc')} cores, Qt "
-          + subprocess.getoutput("qmake -query QT_VERSION") + ", offscreen; ms of processor time.\n")
-    print("| Operation | Size | Ours | Straight code | Literal | Ours / straight | Wanted | Ours / literal |")
-    print("|---|---|---|---|---|---|---|---|")
+    processor = re.search(r"model name\s*: (.*)", Path("/proc/cpuinfo").read_text(encoding="utf-8"))
+    where = (f"{datetime.date.today()}, {processor.group(1) if processor else platform.machine()}, "
+             f"{os.cpu_count()} cores, Qt {subprocess.getoutput('qmake -query QT_VERSION')}, offscreen")
+    timed = [["Operation", "Size", "Ours", "Straight code", "Literal", "Ours / straight", "Wanted", "Ours / literal"]]
     for name, size, ours, floor, literal, wanted in TIMED:
-        mine, bare = times[ours], times[floor]
-        other = f"{times[literal]:.4g} | {mine / bare:.2f} | {wanted} | {mine / times[literal]:.2f}" if literal else \
-            f" | {mine / bare:.2f} | {wanted} | "
-        print(f"| {name} | {size} | {mine:.4g} | {bare:.4g} | {other} |")
-    print("\n| Work, in instructions | Ours / straight |\n|---|---|")
-    for work, ratio in ratios(programs).items():
-        print(f"| {work} | {ratio:.3f} |")
+        mine, bare, other = times[ours], times[floor], times.get(literal)
+        timed.append([name, size, f"{mine:.4g}", f"{bare:.4g}", f"{other:.4g}" if other else "", f"{mine / bare:.2f}",
+                      str(wanted), f"{mine / other:.2f}" if other else ""])
+    counted = [["Work", "Ours / straight, in instructions"]]
+    counted += [[work, f"{ratio:.3f}"] for work, ratio in ratios(programs).items()]
+    return where, [timed, counted]
+
+
+def report(where, tables):
+    print(f"Measured on {where}; times in ms of processor time.")
+    for rows in tables:
+        print("\n| " + " | ".join(rows[0]) + " |\n" + "|---" * len(rows[0]) + "|")
+        for cells in rows[1:]:
+            print("| " + " | ".join(cells) + " |")
+
+
+def document(where, tables):
+    text = [f"    Measured on {where}."]
+    for rows in tables:
+        text += ["", "    \\table"]
+        text += [("    \\row" if n else "    \\header") + "".join(f" \\li {cell}" for cell in cells)
+                 for n, cells in enumerate(rows)]
+        text += ["    \\endtable"]
+    page = PAGE.read_text(encoding="utf-8")
+    start, end = page.index("    Measured on"), page.rindex("    \\endtable") + len("    \\endtable")
+    PAGE.write_text(page[:start] + "\n".join(text) + page[end:], encoding="utf-8")
 
 
 def main():
@@ -124,7 +146,10 @@ def main():
         BAR.write_text(json.dumps({work: round(ratio, 4) for work, ratio in ratios(programs).items()}, indent=4) + "\n",
                        encoding="utf-8")
         return
-    report(programs)
+    measured = measure(programs)
+    report(*measured)
+    if mode == "--page":
+        document(*measured)
 
 
 if __name__ == "__main__":

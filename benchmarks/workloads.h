@@ -33,10 +33,18 @@ inline QString titleOf(int i)
     return QStringLiteral("%1 %2").arg(QLatin1String(words[(i * 7 + i / count) % count])).arg(i);
 }
 
+// A new size goes up through the layouts and the scroll area in more than one round of the event loop; only then is
+// everything where it belongs, and painted.
+template <typename Round>
+void settle(Round round)
+{
+    for (int i = 0; i < 4; ++i)
+        round();
+}
+
 inline void paint()
 {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
+    settle([] { QCoreApplication::processEvents(); });
 }
 
 // A shown panel with so many editors in sections of 20.
