@@ -5,7 +5,10 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QLocale>
 #include <QtCore/QSettings>
+#include <QtCore/QTranslator>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
@@ -69,6 +72,17 @@ QWidget* panel()
     scrollArea->setParent(panel);
     //! [QPropertyPanel]
     return panel;
+}
+
+bool translate(const QString& folder)
+{
+    //! [translation]
+    auto* translator = new QTranslator(qApp);
+    const bool found = translator->load(QLocale(), "orvekqtwidgets", "_", folder);
+    if (found)
+        QCoreApplication::installTranslator(translator);
+    //! [translation]
+    return found;
 }
 
 void styleMatches(QWidget* panel)

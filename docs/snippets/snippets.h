@@ -1,6 +1,7 @@
 #pragma once
 
 class QSettings;
+class QString;
 class QUndoStack;
 class QWidget;
 
@@ -19,6 +20,7 @@ QWidget* renderWidget();
 QWidget* renderWidgetWithoutEngine();
 QWidget* viewWithoutNativeAncestors();
 
+bool translate(const QString& folder);
 void styleMatches(QWidget* panel);
 void keepBorderedLook(QWidget* section);
 void closeAfterLoading(QWidget* form);
