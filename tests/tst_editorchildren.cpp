@@ -142,6 +142,19 @@ private Q_SLOTS:
         edit.resize(200, 400);
         QCOMPARE(units->geometry(), place);
     }
+
+    // A ring of parents would never end.
+    void mayHoldTheEditor()
+    {
+        QWidget root;
+        auto* edit = new QSliderEdit(&root);
+        auto* slider = child<QSlider>(*edit, "slider");
+        slider->setParent(&root);
+        edit->setParent(slider);
+        edit->setOrientation(Qt::Vertical);
+        QCOMPARE(slider->parentWidget(), &root);
+        QCOMPARE(edit->orientation(), Qt::Vertical);
+    }
 };
 
 QTEST_MAIN(tst_EditorChildren)

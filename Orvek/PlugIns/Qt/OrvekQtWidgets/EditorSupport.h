@@ -58,6 +58,16 @@ void replaceDeletedChildren(Editor* editor, Children*&... children)
     (replaceDeleted(editor, children), ...);
 }
 
+// Whether the editor lies somewhere in its own former child, where a host may have put it: to take that child back
+// would close a ring.
+inline bool holds(const QWidget* child, const QWidget* editor)
+{
+    const QWidget* ancestor = editor->parentWidget();
+    while (ancestor && ancestor != child)
+        ancestor = ancestor->parentWidget();
+    return ancestor != nullptr;
+}
+
 // The section search compares window titles, so an editor's always follows its title.
 inline void setTitle(QWidget* editor, QLabel* label, const QString& title)
 {

@@ -242,6 +242,11 @@ Qt::Orientation QSliderEdit::orientation() const
 
 void QSliderEdit::setOrientation(Qt::Orientation orientation)
 {
+    m_ui.slider->setOrientation(orientation);
+    // Laid out anew, the parts come back from wherever a host has put them.
+    for (const QWidget* part : std::initializer_list<const QWidget*>{m_ui.label, m_ui.slider, m_ui.lineEdit})
+        if (EditorSupport::holds(part, this))
+            return;
     if (QLayout* row = layout())
     {
         row->removeWidget(m_ui.label);
@@ -271,7 +276,6 @@ void QSliderEdit::setOrientation(Qt::Orientation orientation)
     row->addItem(new CompanionItem(m_ui.lineEdit, QBoxLayout::LeftToRight, {m_ui.lineEdit, m_ui.units, m_ui.reset}));
     setLayout(row);
     row->update();
-    m_ui.slider->setOrientation(orientation);
 }
 
 QString QSliderEdit::valueToText(double value)
