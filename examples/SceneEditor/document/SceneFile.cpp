@@ -500,8 +500,12 @@ std::optional<Scene> readScene(const QString& fileName, QString* error, QStringL
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return failed(Text::tr("cannot be read: %1").arg(file.errorString()));
-    // One byte more than allowed also finds out about devices and pipes, which have no size.
-    const QByteArray data = file.read(maximumSceneFileSize + 1);
+    // Devices and pipes have no size that could be asked for. In pieces, as room for a piece is made at once.
+    constexpr qint64 piece = 64 * 1024;
+    QByteArray data;
+    for (QByteArray more = file.read(piece); !more.isEmpty() && data.size() <= maximumSceneFileSize;
+         more = file.read(piece))
+        data += more;
     if (file.error() != QFileDevice::NoError)
         return failed(Text::tr("cannot be read: %1").arg(file.errorString()));
     if (data.size() > maximumSceneFileSize)
