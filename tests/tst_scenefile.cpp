@@ -124,9 +124,10 @@ void tst_SceneFile::fileNamesFollowTheScene()
     QVERIFY(home.mkpath(QStringLiteral("a/meshes")));
     QVERIFY(home.mkpath(QStringLiteral("b")));
     Scene scene;
-    scene.objects.resize(2);
+    scene.objects.resize(3);
     scene.objects[0].meshFile = home.filePath(QStringLiteral("a/meshes/x.obj"));
     scene.objects[1].meshFile = home.filePath(QStringLiteral("shared.obj"));
+    scene.objects[2].meshFile = home.filePath(QStringLiteral("a/:x.obj")); // no resource
     scene.view.environmentImage = home.filePath(QStringLiteral("a/sky.png"));
     QString error;
     const QString original = home.filePath(QStringLiteral("a/scene.json"));

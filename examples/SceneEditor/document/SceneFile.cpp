@@ -220,6 +220,9 @@ public:
     {
         QString name;
         value(key, name);
+        // Qt would take it for the name of a resource.
+        if (name.startsWith(QLatin1Char(':')))
+            name.prepend(QStringLiteral("./"));
         if (!name.isEmpty())
             target = QDir::cleanPath(m_report.directory.absoluteFilePath(name));
     }
