@@ -2,6 +2,12 @@
 # shellcheck disable=SC2034  # the lists are for the scripts
 # Shared by the scripts of this folder; source it. Moves to the repository's root.
 set -euo pipefail
+
+# --help prints the comment at the head of the script, before anything is built; the demo has one from its program.
+if [[ ${1:-} =~ ^(-h|--help)$ && ${0##*/} != demo ]]; then
+    sed -n -e '1d' -e '/^# shellcheck/d' -e '/^#/!q' -e 's/^# //p' "$0"
+    exit
+fi
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
