@@ -45,8 +45,8 @@ else()
 endif()
 
 # Documentation and translations, as far as this build has them. The pages come from the target docs; the pictures lie
-# where README.md looks for them.
-install(FILES CHANGELOG.md README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL)
+# where README.md looks for them, and so does what it links to.
+install(FILES CHANGELOG.md CONTRIBUTING.md README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL)
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Development)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
     FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png PATTERN *.qch)
