@@ -99,6 +99,10 @@ def check(programs):
     return 1 if crept else 0
 
 
+def number(value):
+    return f"{value:.0f}" if value >= 1000 else f"{value:.4g}"
+
+
 def measure(programs):
     """A line that names the machine, and the tables: rows of cells, the first with the headings."""
     times = run_times(programs)
@@ -108,7 +112,7 @@ def measure(programs):
     timed = [["Operation", "Size", "Ours", "Straight code", "Literal", "Ours / straight", "Wanted", "Ours / literal"]]
     for name, size, ours, floor, literal, wanted in TIMED:
         mine, bare, other = times[ours], times[floor], times.get(literal)
-        timed.append([name, size, f"{mine:.4g}", f"{bare:.4g}", f"{other:.4g}" if other else "", f"{mine / bare:.2f}",
+        timed.append([name, size, number(mine), number(bare), number(other) if other else "", f"{mine / bare:.2f}",
                       str(wanted), f"{mine / other:.2f}" if other else ""])
     counted = [["Work", "Ours / straight, in instructions"]]
     counted += [[work, f"{ratio:.3f}"] for work, ratio in ratios(programs).items()]
