@@ -9,7 +9,12 @@
 #include <QtTest/QtTest>
 
 #include <cmath>
+#include <csignal>
 #include <limits>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
 
 using namespace sceneeditor;
 
@@ -71,6 +76,7 @@ private Q_SLOTS:
     void unreadableFilesAreRefused();
     void badValuesAreNotSaved_data();
     void badValuesAreNotSaved();
+    void fullDiskKeepsTheOldFile();
 
 private:
     QScopedPointer<QTemporaryDir> m_directory;
@@ -278,6 +284,33 @@ void tst_SceneFile::badValuesAreNotSaved()
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("before"));
     }
+}
+
+void tst_SceneFile::fullDiskKeepsTheOldFile()
+{
+#ifdef Q_OS_UNIX
+    write(m_file, "before");
+    Scene scene;
+    scene.objects.resize(100);
+    // No file of this program may grow beyond this, which is reported like a disk that is full.
+    rlimit before;
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit low{4096, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &low), 0);
+    QString error;
+    const bool saved = writeScene(scene, m_file, &error);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    QVERIFY(!saved);
+    QVERIFY2(error.startsWith(QDir::toNativeSeparators(m_file)), qPrintable(error));
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files), QStringList(QStringLiteral("scene.json")));
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("before"));
+#else
+    QSKIP("There is no limit on the size of files here");
+#endif
 }
 
 QTEST_GUILESS_MAIN(tst_SceneFile)

@@ -550,7 +550,9 @@ bool writeScene(const Scene& scene, const QString& fileName, QString* error)
     if (data.size() > maximumSceneFileSize)
         return setError(error, fileName,
                         Text::tr("not saved, larger than %1 MiB").arg(maximumSceneFileSize / 1024 / 1024));
-    file.write(data);
+    // Of a disk that fills up meanwhile, commit() knows only when nothing at all could be written.
+    if (file.write(data) != data.size())
+        file.cancelWriting();
     if (!file.commit())
         return setError(error, fileName, Text::tr("cannot be written: %1").arg(file.errorString()));
     return true;
