@@ -65,10 +65,12 @@ private Q_SLOTS:
     void badMeshLeavesTheObjectAsItIs();
     void cancelledLoadLeavesTheSceneAsItIs();
     void unsavedChangesAreAskedAbout();
+    void unsavedChangesOutliveTheProgram();
     void shortcutsAreComplete();
     void secondViewCanBeClosed();
     void commandLine_data();
     void commandLine();
+    void withoutDisplayItSaysSo();
 
 private:
     void start();
@@ -91,6 +93,7 @@ void tst_SceneEditor::initTestCase()
     QVERIFY(m_directory.isValid());
     // Not the settings of the person who runs the tests.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
+    qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory.path()));
     QCoreApplication::setOrganizationName(QStringLiteral("Orvek"));
     QCoreApplication::setApplicationName(QStringLiteral("SceneEditorTest"));
 }
@@ -440,6 +443,47 @@ void tst_SceneEditor::unsavedChangesAreAskedAbout()
     QVERIFY(m_window->close());
 }
 
+void tst_SceneEditor::unsavedChangesOutliveTheProgram()
+{
+    QDir copies(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery"));
+    QVERIFY(copies.path().startsWith(m_directory.path()) && copies.removeRecursively());
+    const auto isCopied = [&copies] { return !copies.entryList({QStringLiteral("*.json")}).isEmpty(); };
+    // Undone, there is nothing to be kept.
+    type("roughness", "lineEdit", "0.25");
+    QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
+    trigger("actionUndo");
+    QVERIFY(!isCopied());
+
+    type("roughness", "lineEdit", "0.125");
+    const Scene changed = m_window->scene();
+    QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
+    // It belongs to a window that is still there.
+    QVERIFY(!MainWindow().offerUnsavedChanges());
+    m_window = std::make_unique<MainWindow>();
+    answer(QMessageBox::Cancel);
+    QVERIFY(!m_window->offerUnsavedChanges());
+    QVERIFY(isCopied());
+
+    QSignalSpy opened(m_window.get(), &MainWindow::sceneOpened);
+    answer(QMessageBox::Open);
+    QVERIFY(m_window->offerUnsavedChanges());
+    QTRY_COMPARE(opened.count(), 1);
+    QVERIFY(m_window->scene() == changed);
+    QCOMPARE(m_window->fileName(), QFileInfo(studio()).absoluteFilePath());
+    QVERIFY(m_window->isWindowModified());
+    QVERIFY(isCopied());
+    QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("recovered.json"))));
+    QVERIFY(copies.entryList(QDir::Files).isEmpty());
+
+    m_window->selectObject(0);
+    trigger("actionDuplicate");
+    QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
+    m_window = std::make_unique<MainWindow>();
+    answer(QMessageBox::Discard);
+    QVERIFY(!m_window->offerUnsavedChanges());
+    QVERIFY(copies.entryList(QDir::Files).isEmpty());
+}
+
 void tst_SceneEditor::shortcutsAreComplete()
 {
     QStringList keys;
@@ -521,6 +565,22 @@ void tst_SceneEditor::commandLine()
     QCOMPARE(QFile::exists(picture), exitCode == 0);
     if (exitCode == 0)
         QCOMPARE(QImage(picture).size(), QSize(900, 620));
+}
+
+void tst_SceneEditor::withoutDisplayItSaysSo()
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(SCENE_EDITOR_PROGRAM), QStringList());
+    QVERIFY(program.waitForFinished(60000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 1);
+    const QByteArray errors = program.readAllStandardError();
+    QVERIFY2(errors.contains("no display"), errors.constData());
 }
 
 QTEST_MAIN(tst_SceneEditor)

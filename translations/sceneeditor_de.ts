@@ -667,6 +667,13 @@
     </message>
 </context>
 <context>
+    <name>Recovery</name>
+    <message>
+        <source>%1: cannot be written</source>
+        <translation>%1: kann nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
     <name>SceneEditor</name>
     <message>
         <source>Edits the objects, material, light and camera of a small 3D scene.</source>
@@ -1003,6 +1010,18 @@
     <message>
         <source>%1: expected a picture of at most %2 million pixels, found %3 × %4</source>
         <translation>%1: ein Bild mit höchstens %2 Millionen Pixeln wurde erwartet, gefunden: %3 × %4</translation>
+    </message>
+    <message>
+        <source>A scene without a file</source>
+        <translation>Eine Szene ohne Datei</translation>
+    </message>
+    <message>
+        <source>%1 had changes that were not saved when the scene editor ended unexpectedly. Open them, as they were at %2?</source>
+        <translation>%1 hatte ungespeicherte Änderungen, als der Szeneneditor unerwartet endete. Sollen sie geöffnet werden, wie sie am %2 waren?</translation>
+    </message>
+    <message>
+        <source>Unsaved changes would be lost if the program ended unexpectedly: %1</source>
+        <translation>Ungespeicherte Änderungen gingen verloren, wenn das Programm unerwartet endete: %1</translation>
     </message>
 </context>
 <context>

@@ -33,6 +33,7 @@ constexpr int maximumRecentFiles = 8;
 constexpr int maximumNameLength = 200;
 constexpr int progressSteps = 1000;
 constexpr qint64 maximumEnvironmentPixels = 34'000'000; // 8192 × 4096 and a little more
+constexpr int copyDelay = 2000;                         // milliseconds from a change to the copy that has it
 constexpr int sideListHeight = 190;                     // of the list of objects and its buttons, pixels
 
 QString meshFilter()
@@ -144,6 +145,11 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new 
     m_ui.sideSplitter->setSizes({sideListHeight, height() - sideListHeight});
     setUpStatusBar();
     readSettings();
+    m_copyTimer.setSingleShot(true);
+    m_copyTimer.setInterval(copyDelay);
+    connect(&m_copyTimer, &QTimer::timeout, this, &MainWindow::storeCopy);
+    connect(&m_undoStack, &QUndoStack::indexChanged, this, &MainWindow::scheduleCopy);
+    connect(&m_undoStack, &QUndoStack::cleanChanged, this, &MainWindow::scheduleCopy);
     setDocument(Scene(), QString());
 }
 
@@ -151,6 +157,9 @@ MainWindow::~MainWindow()
 {
     // The form outlives the members. A field of it that loses the focus then has nobody to tell.
     delete m_editorUndo;
+    // It ends empty, which is no reason to give up the copy of what was not saved.
+    m_undoStack.disconnect(this);
+    m_undoStack.disconnect(this);
     m_ui.meshFile->disconnect(this);
     m_ui.objectList->disconnect(this);
     // The widgets of the other views have no parent that would delete them.
@@ -200,17 +209,53 @@ bool MainWindow::isLoading() const
 
 void MainWindow::openScene(const QString& fileName)
 {
+    Loading loading;
+    loading.sceneFile = QFileInfo(fileName).absoluteFilePath();
+    loading.document = loading.sceneFile;
+    readScene(loading);
+}
+
+bool MainWindow::offerUnsavedChanges()
+{
+    while (const std::shared_ptr<Recovery> copy = Recovery::takeAbandoned())
+    {
+        Loading loading;
+        loading.copy = copy;
+        loading.sceneFile = copy->copyFile();
+        loading.document = copy->document();
+        const QString name =
+            loading.document.isEmpty() ? tr("A scene without a file") : QDir::toNativeSeparators(loading.document);
+        const QDateTime time = QFileInfo(loading.sceneFile).lastModified();
+        const auto answer =
+            QMessageBox::question(this, tr("Unsaved Changes"),
+                                  tr("%1 had changes that were not saved when the scene editor ended unexpectedly. "
+                                     "Open them, as they were at %2?")
+                                      .arg(name, QLocale().toString(time, QLocale::ShortFormat)),
+                                  QMessageBox::Open | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Open);
+        if (answer == QMessageBox::Discard)
+        {
+            copy->clear();
+            continue;
+        }
+        // Otherwise it is there at the next start again.
+        if (answer == QMessageBox::Open)
+            readScene(loading);
+        return answer == QMessageBox::Open;
+    }
+    return false;
+}
+
+void MainWindow::readScene(Loading loading)
+{
     QString error;
     QStringList warnings;
-    const QString absolute = QFileInfo(fileName).absoluteFilePath();
-    const std::optional<Scene> scene = readScene(absolute, &error, &warnings);
+    const QString absolute = loading.sceneFile;
+    const std::optional<Scene> scene = sceneeditor::readScene(absolute, &error, &warnings);
     if (!scene)
         return failLoading(error);
     if (!warnings.isEmpty())
         showMessage(tr("%1: %2").arg(QDir::toNativeSeparators(absolute), warnings.join(QStringLiteral("; "))));
 
-    Loading loading;
-    loading.sceneFile = absolute;
     loading.scene = *scene;
     loading.undoIndex = m_undoStack.index();
     if (!scene->view.environmentImage.isEmpty())
@@ -286,6 +331,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
         return;
     }
     writeSettings();
+    m_copyTimer.stop();
+    m_recovery->clear();
     while (m_views.size() > 1)
         delete m_views.last()->widget();
     event->accept();
@@ -732,6 +779,29 @@ void MainWindow::updateTitle()
     setWindowModified(!m_undoStack.isClean());
 }
 
+void MainWindow::scheduleCopy()
+{
+    if (m_undoStack.isClean())
+    {
+        m_copyTimer.stop();
+        m_recovery->clear();
+    }
+    else if (!m_copyTimer.isActive())
+    {
+        m_copyTimer.start();
+    }
+}
+
+void MainWindow::storeCopy()
+{
+    QString error;
+    const bool stored = m_recovery->store(m_scene, m_fileName, &error);
+    // Said once, not with every change.
+    if (!stored && !m_copyFailed)
+        showMessage(tr("Unsaved changes would be lost if the program ended unexpectedly: %1").arg(error));
+    m_copyFailed = !stored;
+}
+
 void MainWindow::startLoading(const Loading& loading)
 {
     endLoading();
@@ -785,10 +855,16 @@ void MainWindow::finishLoading()
         addMeshes(loading.meshes);
         m_environment = loading.environment;
         m_environmentFile = loading.scene.view.environmentImage;
-        setDocument(loading.scene, loading.sceneFile);
+        setDocument(loading.scene, loading.document);
         for (SceneView* view : qAsConst(m_views))
             view->renderer().setEnvironmentImage(m_environment);
-        rememberRecentFile(loading.sceneFile);
+        if (loading.copy)
+        {
+            m_recovery = loading.copy;
+            m_undoStack.resetClean();
+        }
+        if (!loading.document.isEmpty())
+            rememberRecentFile(loading.document);
         Q_EMIT sceneOpened();
         return;
     }

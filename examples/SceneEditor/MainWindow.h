@@ -1,12 +1,14 @@
 #pragma once
 
 #include <examples/SceneEditor/document/MeshLoader.h>
+#include <examples/SceneEditor/document/Recovery.h>
 #include <examples/SceneEditor/document/Scene.h>
 #include <examples/SceneEditor/EditorBinding.h>
 #include <examples/SceneEditor/engine/SurfaceManager.h>
 #include <examples/SceneEditor/ui_MainWindow.h>
 
 #include <QtCore/QHash>
+#include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtGui/QImage>
 #include <QtWidgets/QMainWindow>
@@ -43,6 +45,9 @@ public:
     //! Reads the scene and all that it names in the background; the open scene stays until everything is there, and for
     //! good when something is not. Ends in sceneOpened(), or in loadFailed(), or by cancelling in neither.
     void openScene(const QString& fileName);
+    //! Where a program ended without saving, asks whether to open the copy of its changes, and does so as openScene()
+    //! would. False when there is none or the user does not want it.
+    bool offerUnsavedChanges();
     bool saveScene(const QString& fileName);
     //! Adds an object with the mesh once it is there.
     void importMesh(const QString& fileName);
@@ -76,7 +81,9 @@ private:
             Replace
         };
         Purpose purpose = Open;
-        QString sceneFile;
+        std::shared_ptr<Recovery> copy; // that is read, of changes that are not in the document
+        QString sceneFile;              // the one that is read
+        QString document;               // the one that the scene is saved to
         Scene scene;
         QImage environment;
         int undoIndex = 0;     // of the stack when the user was last asked about changes
@@ -107,8 +114,11 @@ private:
     void updateRecentFiles();
     void setDocument(const Scene& scene, const QString& fileName);
     void updateTitle();
+    void scheduleCopy();
+    void storeCopy();
 
     // Loading
+    void readScene(Loading loading);
     void startLoading(const Loading& loading);
     void loadNext();
     void finishLoading();
@@ -155,6 +165,10 @@ private:
     QHash<QString, MeshPointer> m_meshes; // of all objects that can come back by undoing, too
     QString m_environmentFile;            // that m_environment was read from
     QImage m_environment;
+
+    std::shared_ptr<Recovery> m_recovery = std::make_shared<Recovery>(); // has a copy while there are unsaved changes
+    QTimer m_copyTimer; // runs from the first change that the copy does not have
+    bool m_copyFailed = false;
 
     std::unique_ptr<Loading> m_loading; // null when idle
     MeshLoader* m_loader = nullptr;     // a child; one for each m_loading

@@ -11,9 +11,12 @@
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 namespace
 {
+constexpr int startError = 1;
 constexpr int usageError = 2;
 constexpr int screenshotTimeout = 5000; // milliseconds, for platforms that never show a window
 
@@ -35,6 +38,19 @@ int fail(const QString& text)
     return usageError;
 }
 
+// Without a display Qt advises to install the program again, and then ends it as if it had crashed.
+void reportStart(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type != QtFatalMsg)
+    {
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
+        return;
+    }
+    std::fprintf(stderr, "SceneEditor: there is no display to show a window on; expected one that DISPLAY or "
+                         "WAYLAND_DISPLAY names, or another platform of Qt in QT_QPA_PLATFORM\n");
+    std::_Exit(startError);
+}
+
 QSize parseSize(const QString& text)
 {
     static const QRegularExpression pattern(QStringLiteral("^([0-9]{2,5})x([0-9]{2,5})$"));
@@ -48,7 +64,9 @@ int main(int argc, char* argv[])
     // Native siblings of the view would mean that every editor has a window of its own.
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    qInstallMessageHandler(reportStart);
     QApplication app(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setOrganizationName(QStringLiteral("Orvek"));
     QApplication::setApplicationName(QStringLiteral("SceneEditor"));
     QApplication::setApplicationVersion(QStringLiteral(SCENE_EDITOR_VERSION));
@@ -103,11 +121,18 @@ int main(int argc, char* argv[])
         else
             QApplication::exit(fail(Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(pictureFile))));
     };
+    const QString scene = parser.positionalArguments().value(0, studioScene());
+    bool recovering = false;
     // A scene that cannot be opened opens no window either.
     QObject::connect(&window, &sceneeditor::MainWindow::loadFailed, &window,
                      [&](const QString& text)
                      {
-                         if (!window.isVisible())
+                         if (window.isVisible())
+                             return;
+                         // What was wrong with unsaved changes stands in the window then.
+                         if (std::exchange(recovering, false))
+                             window.openScene(scene);
+                         else
                              QApplication::exit(fail(text));
                      });
     QObject::connect(&window, &sceneeditor::MainWindow::sceneOpened, &window,
@@ -122,7 +147,15 @@ int main(int argc, char* argv[])
                                           Qt::QueuedConnection);
                          QTimer::singleShot(screenshotTimeout, &window, takePicture);
                      });
-    const QString scene = parser.positionalArguments().value(0, studioScene());
-    QTimer::singleShot(0, &window, [&window, scene] { window.openScene(scene); });
+    QTimer::singleShot(0, &window,
+                       [&]
+                       {
+                           // Who wants a picture or a certain scene is not asked about another one.
+                           recovering = parser.positionalArguments().isEmpty() && !parser.isSet(screenshot);
+                           if (recovering && window.offerUnsavedChanges())
+                               return;
+                           recovering = false;
+                           window.openScene(scene);
+                       });
     return QApplication::exec();
 }
