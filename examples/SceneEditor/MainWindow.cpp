@@ -159,7 +159,6 @@ MainWindow::~MainWindow()
     delete m_editorUndo;
     // It ends empty, which is no reason to give up the copy of what was not saved.
     m_undoStack.disconnect(this);
-    m_undoStack.disconnect(this);
     m_ui.meshFile->disconnect(this);
     m_ui.objectList->disconnect(this);
     // The widgets of the other views have no parent that would delete them.
