@@ -504,7 +504,7 @@ std::optional<Scene> readScene(const QString& fileName, QString* error, QStringL
     if (!file.open(QIODevice::ReadOnly))
         return failed(Text::tr("cannot be read: %1").arg(file.errorString()));
     // Devices and pipes have no size that could be asked for. In pieces, as room for a piece is made at once.
-    constexpr qint64 piece = 64 * 1024;
+    constexpr qint64 piece = qint64(64) * 1024;
     QByteArray data;
     for (QByteArray more = file.read(piece); !more.isEmpty() && data.size() <= maximumSceneFileSize;
          more = file.read(piece))
