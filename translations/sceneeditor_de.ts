@@ -731,6 +731,10 @@
         <source>%1: cannot be written</source>
         <translation>%1: kann nicht geschrieben werden</translation>
     </message>
+    <message>
+        <source>on Wayland the view stays black; expected an X11 server, also Xwayland</source>
+        <translation>Unter Wayland bleibt die Ansicht schwarz; erwartet wurde ein X11-Server, auch Xwayland</translation>
+    </message>
 </context>
 <context>
     <name>SceneFile</name>

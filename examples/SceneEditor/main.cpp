@@ -51,6 +51,13 @@ void reportStart(QtMsgType type, const QMessageLogContext& context, const QStrin
     std::_Exit(startError);
 }
 
+// Qt 5 never exposes a native window within another one on Wayland, and the view would stay black.
+void preferX11()
+{
+    if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
 QSize parseSize(const QString& text)
 {
     static const QRegularExpression pattern(QStringLiteral("^([0-9]{2,5})x([0-9]{2,5})$"));
@@ -65,6 +72,9 @@ int main(int argc, char* argv[])
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     qInstallMessageHandler(reportStart);
+#ifdef Q_OS_LINUX
+    preferX11();
+#endif
     QApplication app(argc, argv);
     qInstallMessageHandler(nullptr);
     QApplication::setOrganizationName(QStringLiteral("Orvek"));
@@ -91,6 +101,9 @@ int main(int argc, char* argv[])
     parser.addPositionalArgument(QStringLiteral("scene"), Text::tr("Scene to open instead of the shipped one."),
                                  QStringLiteral("[scene.json]"));
     parser.process(app);
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        std::fprintf(stderr, "SceneEditor: %s\n",
+                     qPrintable(Text::tr("on Wayland the view stays black; expected an X11 server, also Xwayland")));
     if (parser.positionalArguments().size() > 1)
         return fail(Text::tr("expected one scene, found %1").arg(parser.positionalArguments().size()));
     const QSize wantedSize = parseSize(parser.value(size));
