@@ -1,5 +1,6 @@
 # What `cmake --install` and `cpack` take: the component Runtime has what a finished program or Qt Designer needs,
-# Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files are relative, so the prefix can be moved.
+# Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files are
+# relative, so the prefix can be moved.
 include(CMakePackageConfigHelpers)
 
 # Debian looks for libraries below its architecture's name, whatever the prefix. With the same folder in every installation
