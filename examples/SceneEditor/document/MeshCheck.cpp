@@ -71,7 +71,7 @@ public:
     const char* position() const { return m_at; }
     void skip(qint64 bytes) { m_at += qMin(bytes, left()); }
 
-    // A copy of the next line; false at the end.
+    // The next line, which stays in the data; false at the end.
     bool line(QByteArray& line)
     {
         while (m_at < m_end && endsLine(*m_at))

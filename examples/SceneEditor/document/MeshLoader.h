@@ -12,9 +12,8 @@
 
 namespace sceneeditor
 {
-// Reading a mesh of these sizes takes up to three gibibytes for a while.
 constexpr qint64 maximumMeshFileSize = qint64(512) << 20; //!< bytes
-constexpr quint32 maximumTriangleCount = 5'000'000;
+constexpr quint32 maximumTriangleCount = 5'000'000;       //!< so many take up to three gibibytes while they are read
 
 //! A triangle mesh in model space, never empty and with finite numbers only. Not changed once it is shared.
 struct MeshData

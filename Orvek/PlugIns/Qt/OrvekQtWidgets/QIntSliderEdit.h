@@ -64,7 +64,8 @@ public:
     void setUnitsWidth(int width);
     //! Ends of the range and of the slider. When the handle has to move, the value follows it, with valueChanged(). A
     //! maximum below the minimum is stored as it is. With powers of two a minimum below 1 becomes 1, and a maximum that
-    //! is not above the minimum twice the minimum.
+    //! is not above the minimum twice the minimum. Where they are 2^31 apart the slider has one step less, and its last
+    //! position stands for the maximum.
     int minimum() const;
     void setMinimum(int minimum);
     int maximum() const;
