@@ -2,11 +2,18 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 
+#include <tests/literalsearch.h>
+
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QProxyStyle>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolButton>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -42,7 +49,103 @@ bool hasYellowBorder(QWidget& widget)
     return std::all_of(std::begin(edges), std::end(edges),
                        [&image](const QPoint& edge) { return image.pixelColor(edge) == QColor(Qt::yellow); });
 }
+// A section with two rows in a window, and another one beside it.
+struct Rows
+{
+    explicit Rows(bool shown = true)
+    {
+        auto* column = new QVBoxLayout(&window);
+        column->addWidget(&section);
+        column->addWidget(&otherSection);
+        column->addWidget(beside = new QLabel("beside"));
+        contents = addContents(section);
+        fog = addRow<QLabel>(contents, "Fog");
+        fog->setObjectName("fog");
+        sun = addRow<QLabel>(contents, "Sun");
+        other = addRow<QLabel>(addContents(otherSection), "Other");
+        if (shown)
+            window.show();
+    }
+    QWidget elsewhere;
+    QWidget window;
+    QAccordion section{&window};
+    QAccordion otherSection{&window};
+    QWidget* contents;
+    QPointer<QLabel> fog, sun, other, beside;
+};
+
+class EventWatch : public QObject
+{
+public:
+    EventWatch(QObject* watched, QEvent::Type type, std::function<void()> act) : m_type(type), m_act(std::move(act))
+    {
+        watched->installEventFilter(this);
+    }
+    bool wasSeen = false;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == m_type && !std::exchange(wasSeen, true))
+            m_act();
+        return false;
+    }
+
+private:
+    const QEvent::Type m_type;
+    const std::function<void()> m_act;
+};
+
+// What happens to some widgets, in order.
+class ActLog : public QObject
+{
+public:
+    explicit ActLog(std::initializer_list<QWidget*> widgets)
+    {
+        for (QWidget* widget : widgets)
+        {
+            widget->installEventFilter(this);
+            m_widgets << widget;
+        }
+    }
+    void note(const QWidget* widget, const char* what)
+    {
+        if (m_widgets.contains(widget))
+            lines << widget->windowTitle() + QLatin1Char(' ') + QLatin1String(what);
+    }
+    QStringList lines;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const auto* widget = static_cast<QWidget*>(watched);
+        if (event->type() == QEvent::Show)
+            note(widget, "shown");
+        else if (event->type() == QEvent::Hide)
+            note(widget, "hidden");
+        else if (event->type() == QEvent::DynamicPropertyChange &&
+                 static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() == "highlighted")
+            note(widget, "marked");
+        return false;
+    }
+
+private:
+    QList<const QWidget*> m_widgets;
+};
+
+class RecordingStyle : public QProxyStyle
+{
+public:
+    explicit RecordingStyle(ActLog* log) : QProxyStyle("fusion"), m_log(log) {}
+    void polish(QWidget* widget) override { m_log->note(widget, "polish"); }
+    void unpolish(QWidget* widget) override { m_log->note(widget, "unpolish"); }
+
+private:
+    ActLog* const m_log;
+};
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Rows&)>)
 
 class DerivedButton : public QPushButton
 {
@@ -171,6 +274,148 @@ private Q_SLOTS:
         QCOMPARE(background(), QColor(0, 0, 200));
         section.setSearchText(QString());
         QVERIFY(!hasYellowBorder(section));
+    }
+
+    // What the host does while rows are shown and hidden, a "loading" label for example.
+    void hostMayActWhileRowsComeAndGo_data()
+    {
+        QTest::addColumn<std::function<void(Rows&)>>("act");
+        const auto row = [](const char* name, std::function<void(Rows&)> act) { QTest::newRow(name) << act; };
+        row("deletes a sibling", [](Rows& rows) { delete rows.sun; });
+        row("deletes a label beside the contents", [](Rows& rows) { delete rows.beside; });
+        row("moves itself away", [](Rows& rows) { rows.fog->setParent(&rows.elsewhere); });
+        row("moves a row of another section here", [](Rows& rows) { rows.contents->layout()->addWidget(rows.other); });
+        row("deletes a row of another section", [](Rows& rows) { delete rows.other; });
+        row("deletes the contents", [](Rows& rows) { rows.contents->deleteLater(); });
+        row("throws everything out of the layout",
+            [](Rows& rows)
+            {
+                while (QLayoutItem* item = rows.contents->layout()->takeAt(0))
+                    delete item;
+            });
+    }
+
+    void hostMayActWhileRowsComeAndGo()
+    {
+        QFETCH(std::function<void(Rows&)>, act);
+        Rows rows;
+        rows.section.setSearchText("nothing");
+        EventWatch watch(rows.fog, QEvent::Show, [&] { act(rows); });
+        rows.section.setSearchText(QString());
+        QVERIFY(watch.wasSeen);
+        for (const char* text : {"o", "sun", ""})
+        {
+            rows.section.setSearchText(text);
+            rows.window.layout()->activate();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCoreApplication::processEvents();
+            rows.window.grab();
+        }
+        QVERIFY(!rows.window.findChildren<QLabel*>().isEmpty());
+    }
+
+    void frozenLayoutsStayFrozen()
+    {
+        Rows rows;
+        rows.window.layout()->setEnabled(false);
+        rows.section.setSearchText("nothing");
+        rows.section.setSearchText(QString());
+        QVERIFY(!rows.window.layout()->isEnabled());
+    }
+
+    // A style of the host sees each child shown, marked and polished before the next one; and nothing when the same
+    // text comes again.
+    void eachChildIsFinishedBeforeTheNext()
+    {
+        Rows rows;
+        ActLog log({rows.fog, rows.sun});
+        QScopedPointer<RecordingStyle> style(new RecordingStyle(&log));
+        rows.section.setStyle(style.data());
+        rows.section.setSearchText("fog");
+        QCOMPARE(log.lines.mid(0, 7), QStringList({"Fog marked", "Fog unpolish", "Fog polish", "Sun hidden",
+                                                   "Sun marked", "Sun unpolish", "Sun polish"}));
+        log.lines.clear();
+        rows.section.setSearchText("fog");
+        QCOMPARE(log.lines, QStringList());
+        rows.section.setStyle(nullptr);
+    }
+
+    // The contents do not receive the border's sheet; sheets that come later still reach them, at once.
+    void sheetsThatArriveLaterTakeEffect_data()
+    {
+        QTest::addColumn<std::function<void(Rows&)>>("arrive");
+        const auto row = [](const char* name, std::function<void(Rows&)> arrive) { QTest::newRow(name) << arrive; };
+        const QString sheet = "QLabel {padding: 20px;}";
+        row("on an ancestor", [=](Rows& rows) { rows.window.setStyleSheet(sheet); });
+        row("on the section", [=](Rows& rows) { rows.section.setStyleSheet(sheet); });
+        row("on the application", [=](Rows&) { qApp->setStyleSheet(sheet); });
+        row("of another parent",
+            [=](Rows& rows)
+            {
+                rows.elsewhere.setStyleSheet(sheet);
+                rows.section.setParent(&rows.elsewhere);
+            });
+    }
+
+    void sheetsThatArriveLaterTakeEffect()
+    {
+        QFETCH(std::function<void(Rows&)>, arrive);
+        for (const bool shown : {false, true})
+        {
+            Rows rows(shown);
+            Rows literal(shown);
+            const int before = rows.fog->sizeHint().height();
+            rows.section.setSearchText("fog");
+            LiteralSearch::apply(literal.section, "fog");
+            arrive(rows);
+            arrive(literal);
+            QCOMPARE(rows.fog->sizeHint(), literal.fog->sizeHint());
+            QVERIFY(!shown || rows.fog->sizeHint().height() >= before + 38);
+            rows.section.setParent(nullptr);
+            qApp->setStyleSheet(QString());
+            rows.section.setStyleSheet(QString());
+            rows.section.setSearchText("fog");
+            rows.section.setSearchText(QString());
+            QCOMPARE(rows.fog->sizeHint().height(), before);
+        }
+    }
+
+    // Host code that runs when the style changes finds the section whole, and may take it apart.
+    void styleChangesFindTheSectionWhole()
+    {
+        for (const bool takesAway : {false, true})
+        {
+            auto rows = std::make_unique<Rows>();
+            EventWatch watch(&rows->section, QEvent::StyleChange,
+                             [&]
+                             {
+                                 QVERIFY(rows->section.findChild<QLabel*>("fog") || takesAway);
+                                 if (takesAway)
+                                     rows->contents->setParent(&rows->elsewhere);
+                             });
+            rows->section.setSearchText("fog");
+            QVERIFY(watch.wasSeen);
+            QCOMPARE(rows->section.children().count(rows->contents), takesAway ? 0 : 1);
+            QCOMPARE(rows->elsewhere.children().count(rows->contents), takesAway ? 1 : 0);
+            QCOMPARE(rows->section.layout()->count(), takesAway ? 1 : 2);
+            delete rows->contents;
+            QCOMPARE(rows->section.layout()->count(), 1);
+        }
+    }
+
+    void sectionsThatComeLaterObeyTheBorder()
+    {
+        Rows rows;
+        rows.section.setSearchText("o");
+        auto* between = new QWidget;
+        auto* inner = new QAccordion;
+        (new QVBoxLayout(between))->addWidget(inner);
+        rows.contents->layout()->addWidget(between);
+        between->show();
+        QCoreApplication::processEvents();
+        QVERIFY(hasYellowBorder(*inner));
+        rows.section.setSearchText(QString());
+        QVERIFY(!hasYellowBorder(*inner));
     }
 
     void checkBoxShowsAndHidesContents()

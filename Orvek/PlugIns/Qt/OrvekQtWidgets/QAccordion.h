@@ -6,9 +6,12 @@
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QSettings;
 QT_END_NAMESPACE
+class SectionBorder;
 
 //! A section that folds: a check box with the title and below it one contents widget, whose direct children are the
 //! editors and further sections that a search filters.
@@ -29,6 +32,7 @@ class ORVEKQTWIDGETS_EXPORT QAccordion : public QWidget
 
 public:
     explicit QAccordion(QWidget* parent = nullptr);
+    ~QAccordion() override;
 
     QString title() const;
     void setTitle(QString title);
@@ -55,13 +59,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    friend class SectionBorder;
     void hookupContentsWidget();
-    void setMark(bool mark, bool styled);
-    void styleContentsToo();
 
     Ui::Accordion m_ui;             // the children belong to the section
     QPointer<QCheckBox> m_checkBox; // the form's; a host may delete it
     bool m_constructed = false;
-    bool m_contentsAside = false;       // the border's style sheet has not been handed on to the contents
     QPointer<QWidget> m_contentsWidget; // not owned; null until there is one
+    const std::unique_ptr<SectionBorder> m_border;
 };
