@@ -5,6 +5,7 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
+#include <examples/SceneEditor/Looks.h>
 #include <tests/literalsearch.h>
 
 #include <QtGui/QMouseEvent>
@@ -53,6 +54,22 @@ enum class Keys
     Worst
 };
 
+// The sheets and colours that a dark tool has for the whole application, while it lives.
+struct Look
+{
+    explicit Look(bool dark)
+    {
+        if (dark)
+            sceneeditor::applyLook(QStringLiteral("dark"));
+    }
+    ~Look()
+    {
+        qApp->setStyleSheet(QString());
+        QApplication::setPalette(QApplication::style()->standardPalette());
+    }
+    Q_DISABLE_COPY(Look)
+};
+
 template <typename Act>
 void typeWord(benchmark::State& state, Keys keys, Act act)
 {
@@ -78,15 +95,23 @@ void typeWord(benchmark::State& state, Keys keys, Act act)
     state.SetItemsProcessed(state.iterations() * texts.size());
 }
 
-void searchOurs(benchmark::State& state, Keys keys)
+// Arguments: how many editors, and how many of them in a section.
+PanelTree treeOf(const benchmark::State& state)
 {
-    PanelTree tree(int(state.range(0)));
+    return PanelTree(int(state.range(0)), int(state.range(1)));
+}
+
+void searchOurs(benchmark::State& state, Keys keys, bool dark = false)
+{
+    const Look look(dark);
+    PanelTree tree = treeOf(state);
     typeWord(state, keys, [&](const QString& text) { tree.search->setText(text); });
 }
 
-void searchFloor(benchmark::State& state, Keys keys)
+void searchFloor(benchmark::State& state, Keys keys, bool dark = false)
 {
-    PanelTree tree(int(state.range(0)));
+    const Look look(dark);
+    PanelTree tree = treeOf(state);
     std::vector<QString> titles;
     for (const QSliderEdit* row : tree.rows)
         titles.push_back(row->title());
@@ -100,16 +125,32 @@ void searchFloor(benchmark::State& state, Keys keys)
 
 void searchLiteral(benchmark::State& state, Keys keys)
 {
-    PanelTree tree(int(state.range(0)));
+    PanelTree tree = treeOf(state);
     typeWord(state, keys, [&](const QString& text) { LiteralSearch::broadcast(*tree.scrollContents, text); });
 }
 
-BENCHMARK_CAPTURE(searchOurs, mean, Keys::All)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(searchFloor, mean, Keys::All)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(searchLiteral, mean, Keys::All)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(searchOurs, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(searchFloor, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(searchLiteral, worst, Keys::Worst)->Arg(1000)->Unit(benchmark::kMillisecond);
+void sizes(benchmark::internal::Benchmark* search)
+{
+    search->Args({1000, 20})->Args({1000, 200})->Args({1000, 1000})->Unit(benchmark::kMillisecond);
+}
+void oneSize(benchmark::internal::Benchmark* search)
+{
+    search->Args({1000, 20})->Unit(benchmark::kMillisecond);
+}
+void large(benchmark::internal::Benchmark* search)
+{
+    search->Args({10000, 20})->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(searchOurs, mean, Keys::All)->Apply(sizes)->Apply(large);
+BENCHMARK_CAPTURE(searchFloor, mean, Keys::All)->Apply(sizes)->Apply(large);
+BENCHMARK_CAPTURE(searchLiteral, mean, Keys::All)->Apply(sizes)->Apply(large);
+BENCHMARK_CAPTURE(searchOurs, worst, Keys::Worst)->Apply(sizes);
+BENCHMARK_CAPTURE(searchFloor, worst, Keys::Worst)->Apply(sizes);
+BENCHMARK_CAPTURE(searchLiteral, worst, Keys::Worst)->Apply(sizes);
+BENCHMARK_CAPTURE(searchOurs, darkMean, Keys::All, true)->Apply(oneSize);
+BENCHMARK_CAPTURE(searchFloor, darkMean, Keys::All, true)->Apply(oneSize);
+BENCHMARK_CAPTURE(searchOurs, darkWorst, Keys::Worst, true)->Apply(oneSize);
+BENCHMARK_CAPTURE(searchFloor, darkWorst, Keys::Worst, true)->Apply(oneSize);
 
 constexpr int PushedRows = 1000;
 
@@ -196,6 +237,19 @@ void build(benchmark::State& state)
 }
 
 template <typename Row>
+void destroy(benchmark::State& state)
+{
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        auto rows = makeRows<Row>();
+        state.ResumeTiming();
+        rows.clear();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+template <typename Row>
 void buildAndShow(benchmark::State& state)
 {
     for (auto _ : state)
@@ -218,6 +272,8 @@ void buildAndShow(benchmark::State& state)
 
 BENCHMARK_TEMPLATE(build, QSliderEdit)->Name("buildOurs")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(build, BareRow)->Name("buildFloor")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(destroy, QSliderEdit)->Name("destroyOurs")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(destroy, BareRow)->Name("destroyFloor")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(buildAndShow, QSliderEdit)->Name("showOurs")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(buildAndShow, BareRow)->Name("showFloor")->Unit(benchmark::kMillisecond);
 

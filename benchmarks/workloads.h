@@ -20,7 +20,6 @@
 
 namespace workloads
 {
-constexpr int SectionSize = 20;
 inline const char* const words[] = {"Roughness", "Metallic", "Exposure",  "Radius",  "Offset",   "Rotation",
                                     "Scale",     "Bias",     "Intensity", "Falloff", "Aperture", "Distance",
                                     "Threshold", "Density",  "Albedo",    "Gamma",   "Rate",     "Samples",
@@ -47,10 +46,10 @@ inline void paint()
     settle([] { QCoreApplication::processEvents(); });
 }
 
-// A shown panel with so many editors in sections of 20.
+// A shown panel with so many editors in sections of that size.
 struct PanelTree
 {
-    explicit PanelTree(int rowCount)
+    explicit PanelTree(int rowCount, int sectionSize = 20)
     {
         panel = std::make_unique<QPropertyPanel>();
         scrollArea = new QScrollArea(panel.get());
@@ -61,10 +60,10 @@ struct PanelTree
         QVBoxLayout* rowsLayout = nullptr;
         for (int i = 0; i < rowCount; ++i)
         {
-            if (i % SectionSize == 0)
+            if (i % sectionSize == 0)
             {
                 auto* section = new QAccordion;
-                section->setTitle(QStringLiteral("Section %1").arg(i / SectionSize));
+                section->setTitle(QStringLiteral("Section %1").arg(i / sectionSize));
                 rowsWidget = new QWidget(section);
                 rowsLayout = new QVBoxLayout(rowsWidget);
                 column->addWidget(section);
