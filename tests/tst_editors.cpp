@@ -347,6 +347,42 @@ private Q_SLOTS:
         QVERIFY(changed.isEmpty());
     }
 
+    // A host that pushes its values makes the field commit when it is left, whether or not the text is another one.
+    void pushesOfTheSameValueAreLikeOthers_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("slider") << QByteArray("QSliderEdit") << QVariant(0.25);
+        QTest::newRow("integer") << QByteArray("QIntSliderEdit") << QVariant(3);
+        QTest::newRow("vector") << QByteArray("QVectorEdit") << QVariant(QVector3D(1, 2, 3));
+        QTest::newRow("text") << QByteArray("QLabelEdit") << QVariant("fog");
+        QTest::newRow("file") << QByteArray("QFileEdit") << QVariant("fog.png");
+    }
+
+    void pushesOfTheSameValueAreLikeOthers()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QVariant, value);
+        QWidget window;
+        QLineEdit elsewhere(&window);
+        QWidget* editor = factories.value(name)();
+        editor->setParent(&window);
+        auto* field = editor->findChild<QLineEdit*>();
+        showActive(window);
+        const char* property = name == "QFileEdit" ? "filename" : "value";
+        editor->setProperty(property, value);
+        field->setFocus();
+        elsewhere.setFocus(); // what the first push has armed
+        QSignalSpy changes(editor, SIGNAL(valueChanged()));
+        field->setFocus();
+        elsewhere.setFocus();
+        QCOMPARE(changes.size(), 0);
+        editor->setProperty(property, value);
+        field->setFocus();
+        elsewhere.setFocus();
+        QVERIFY(!changes.isEmpty());
+    }
+
     void returnInADialogPressesNoButton_data() { allEditors(); }
 
     void returnInADialogPressesNoButton()

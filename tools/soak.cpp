@@ -475,8 +475,12 @@ private:
                (widget->isWindow() && widget->parentWidget()) ||
                (widget->parentWidget() && widget->window() != widget && qobject_cast<QDialog*>(widget->window()));
     }
-    // What belongs to a form; others are the host's.
+    // The children of an editor's form live as long as the editor; others are the host's.
     static bool isFormChild(QWidget* widget) { return !isOfLibrary(widget) && editorAround(widget); }
+    bool isDeletable(QWidget* widget) const
+    {
+        return !live().contains(widget) && !isQts(widget) && !isFormChild(widget);
+    }
 
     void addRoot()
     {
@@ -1004,7 +1008,7 @@ private:
                               [any](QWidget* widget)
                               {
                                   return isOfLibrary(widget) || qobject_cast<QScrollArea*>(widget) ||
-                                         (any && !widget->isWindow() && !isQts(widget));
+                                         (any && !widget->isWindow() && !isQts(widget) && !isFormChild(widget));
                               });
         if (!child || live().contains(child))
             return;
@@ -1031,7 +1035,7 @@ private:
     }
     void remove(Random& random)
     {
-        QWidget* target = find(random, [this](QWidget* widget) { return !live().contains(widget) && !isQts(widget); });
+        QWidget* target = find(random, [this](QWidget* widget) { return isDeletable(widget); });
         if (!target)
             return;
         const bool later = random.once(2);
@@ -1070,8 +1074,7 @@ private:
     // For the next signal that comes.
     void order(Random& random)
     {
-        const QPointer<QWidget> target =
-            find(random, [this](QWidget* widget) { return !live().contains(widget) && !isQts(widget); });
+        const QPointer<QWidget> target = find(random, [this](QWidget* widget) { return isDeletable(widget); });
         const int what = random.below(5);
         note(counts.host, QStringLiteral("order %1 about %2 at the next signal").arg(what).arg(nameOf(target)));
         const quint64 seed = random.next();

@@ -7,7 +7,6 @@
 QColourEdit::QColourEdit(QWidget* parent) : QPropertyEditWidget(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.blue, m_ui.red, m_ui.green, m_ui.alpha, m_ui.label);
     setWindowTitle(label());
     applyParentTooltip();
 }

@@ -8,7 +8,6 @@
 QFileEdit::QFileEdit(QWidget* parent) : QAbstractEdit(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.lineEdit, m_ui.browse, m_ui.units, m_ui.reset);
 }
 
 // Not inline: hosts cannot see the base's.
@@ -64,7 +63,7 @@ void QFileEdit::setFilename(QString filename)
     m_filename = filename;
     setShowDefaultButton(m_showDefaultButton);
     const EditorSupport::SignalMute mute(this);
-    EditorSupport::showText(m_ui.lineEdit, filename);
+    m_ui.lineEdit->setText(filename);
 }
 
 QString QFileEdit::defaultPath() const

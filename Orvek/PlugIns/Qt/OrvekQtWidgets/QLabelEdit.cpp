@@ -5,7 +5,6 @@
 QLabelEdit::QLabelEdit(QWidget* parent) : QWidget(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.lineEdit, m_ui.units, m_ui.reset);
     setWindowTitle(title());
 }
 
@@ -40,7 +39,7 @@ void QLabelEdit::setValue(QString value)
     m_value = value;
     setShowDefaultButton(m_showDefaultButton);
     const EditorSupport::SignalMute mute(this);
-    EditorSupport::showText(m_ui.lineEdit, value);
+    m_ui.lineEdit->setText(value);
 }
 
 QString QLabelEdit::defaultValue() const

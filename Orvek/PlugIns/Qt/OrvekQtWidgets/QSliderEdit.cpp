@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <limits>
-#include <typeinfo>
 #include <utility>
 
 using EditorSupport::SignalMute;
@@ -14,7 +13,7 @@ namespace
 {
 constexpr int MaximumSteps = 10000;
 
-// What a bound can lend to a value: an infinite one its largest neighbour, none at all 0.
+// The finite value that a bound clamps to: the largest double for infinity, 0 for NaN.
 double finiteBound(double bound)
 {
     constexpr double largest = std::numeric_limits<double>::max();
@@ -25,8 +24,6 @@ double finiteBound(double bound)
 QSliderEdit::QSliderEdit(QWidget* parent) : QPropertyEditWidget(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.decrement, m_ui.slider, m_ui.increment, m_ui.lineEdit,
-                                          m_ui.units, m_ui.reset);
     applyParentTooltip();
     m_ui.slider->setRange(0, 1000);
     m_ui.reset->setEnabled(false);
@@ -192,29 +189,11 @@ void QSliderEdit::setValue(QVariant value, bool showText)
     const double number = value.toDouble(&ok);
     if (!ok)
         return;
-    if (showText && isShown(number))
-    {
-        // As the mutes below leave them.
-        m_ui.slider->blockSignals(false);
-        blockSignals(false);
-        setShowDefaultButton(m_showDefaultButton);
-        return;
-    }
-    const SignalMute muteEditor(this);
     m_value = clamped(number);
     setShowDefaultButton(m_showDefaultButton);
+    const SignalMute muteEditor(this);
     updateSlider();
-    const QString text = showText ? valueToText(m_value) : QString();
-    EditorSupport::showText(m_ui.lineEdit, text);
-    const QSlider* slider = m_ui.slider;
-    m_shown = {showText ? number : std::numeric_limits<double>::quiet_NaN(),
-               m_minimum,
-               m_maximum,
-               slider->minimum(),
-               slider->maximum(),
-               slider->value(),
-               m_logarithmic,
-               text};
+    m_ui.lineEdit->setText(showText ? valueToText(m_value) : QString());
 }
 
 bool QSliderEdit::logarithmic() const
@@ -243,10 +222,6 @@ Qt::Orientation QSliderEdit::orientation() const
 void QSliderEdit::setOrientation(Qt::Orientation orientation)
 {
     m_ui.slider->setOrientation(orientation);
-    // Laid out anew, the parts come back from wherever a host has put them.
-    for (const QWidget* part : std::initializer_list<const QWidget*>{m_ui.label, m_ui.slider, m_ui.lineEdit})
-        if (EditorSupport::holds(part, this))
-            return;
     if (QLayout* row = layout())
     {
         row->removeWidget(m_ui.label);
@@ -368,7 +343,7 @@ void QSliderEdit::updateSlider()
     Q_EMIT valueChanged();
 }
 
-// A minimum above the maximum leaves the maximum. NaN, which only a host can set, passes.
+// If the minimum exceeds the maximum, the result is the maximum. NaN, which only a host can set, passes.
 double QSliderEdit::clamped(double value) const
 {
     if (m_minimum > value)
@@ -376,20 +351,6 @@ double QSliderEdit::clamped(double value) const
     if (value > m_maximum)
         value = finiteBound(m_maximum);
     return value;
-}
-
-// Whether setting the number would leave handle and text as they are. Derived classes may have reasons to write a
-// number differently that are not known here.
-bool QSliderEdit::isShown(double number) const
-{
-    const QSlider* slider = m_ui.slider;
-    // -0 equals 0, but is written differently.
-    return number == m_shown.number && std::signbit(number) == std::signbit(m_shown.number) && m_value == number &&
-           m_shown.minimum == m_minimum && m_shown.maximum == m_maximum && m_shown.logarithmic == m_logarithmic &&
-           m_shown.sliderMinimum == slider->minimum() && m_shown.sliderMaximum == slider->maximum() &&
-           m_shown.position == slider->value() && slider->sliderPosition() == slider->value() &&
-           typeid(*this) == typeid(QSliderEdit) && m_ui.lineEdit->displayText() == m_shown.text &&
-           EditorSupport::isUntouched(m_ui.lineEdit, m_shown.text);
 }
 
 // False for a range that its positions cannot be spread over.

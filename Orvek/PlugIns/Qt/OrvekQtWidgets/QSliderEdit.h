@@ -134,7 +134,6 @@ protected:
 
 private:
     double clamped(double value) const;
-    bool isShown(double number) const;
     bool hasPositions() const;
     int valueToPosition(double value) const;
     double positionToValue(int position) const;
@@ -152,16 +151,4 @@ private:
     bool m_showButtons = false;
     bool m_showDefaultButton = false;
     double m_step = 0.0;
-    // What the last setValue() brought about and under which conditions, so that the same one again can be told.
-    struct Shown
-    {
-        double number; // NaN, like no number, while the text field was left empty
-        double minimum;
-        double maximum;
-        int sliderMinimum;
-        int sliderMaximum;
-        int position;
-        bool logarithmic;
-        QString text;
-    } m_shown = {};
 };

@@ -13,8 +13,6 @@ QString componentText(float component)
 QVectorEdit::QVectorEdit(QWidget* parent) : QPropertyEditWidget(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.xLabel, m_ui.x, m_ui.yLabel, m_ui.y, m_ui.zLabel,
-                                          m_ui.z, m_ui.units, m_ui.reset);
     applyParentTooltip();
     m_ui.reset->setEnabled(false);
     setMinimumHeight(height());
@@ -125,9 +123,9 @@ void QVectorEdit::setValue(QVector3D value, bool showText)
     setShowDefaultButton();
     {
         const EditorSupport::SignalMute mute(this);
-        EditorSupport::showText(m_ui.x, showText ? componentText(value.x()) : QString());
-        EditorSupport::showText(m_ui.y, showText ? componentText(value.y()) : QString());
-        EditorSupport::showText(m_ui.z, showText ? componentText(value.z()) : QString());
+        m_ui.x->setText(showText ? componentText(value.x()) : QString());
+        m_ui.y->setText(showText ? componentText(value.y()) : QString());
+        m_ui.z->setText(showText ? componentText(value.z()) : QString());
     }
     update();
 }
