@@ -338,6 +338,25 @@ private Q_SLOTS:
         }
     }
 
+    // Ends that cross drag each other along, whichever setter comes last.
+    void rangesInAnyOrderArePainted()
+    {
+        const int ends[] = {IntMin, -5, -1, 0, 5, IntMax};
+        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical})
+            for (int order = 0; order < 12 * 12 * 12; ++order)
+            {
+                QIntSliderEdit edit;
+                edit.setOrientation(orientation);
+                for (int rest = order, calls = 0; calls < 3; ++calls, rest /= 12)
+                    rest % 2 ? edit.setMinimum(ends[rest % 12 / 2]) : edit.setMaximum(ends[rest % 12 / 2]);
+                const auto* slider = child<QSlider>(edit, "slider");
+                QVERIFY2(qint64(slider->maximum()) - slider->minimum() != qint64(IntMax) + 1,
+                         qPrintable(QString::number(order)));
+                if (order % 7 == 0 || edit.minimum() > edit.maximum())
+                    QVERIFY(!edit.grab().isNull());
+            }
+    }
+
     void names()
     {
         Fixture f;

@@ -11,8 +11,9 @@ namespace
 {
 constexpr int LargestExponent = 30; // of a power of two that fits an int
 constexpr int LargestInt = std::numeric_limits<int>::max();
+constexpr qint64 TooManySteps = qint64(LargestInt) + 1; // of a slider: Qt's styles divide by zero there
 
-// The exponent of the nearest power of two, by ratio; 0 for what has none.
+// log2(value), rounded; 0 for values below 1.
 int roundedExponent(int value)
 {
     return value < 1 ? 0 : static_cast<int>(std::lround(std::log2(value)));
@@ -27,7 +28,6 @@ int powerOf(int exponent)
 QIntSliderEdit::QIntSliderEdit(QWidget* parent) : QWidget(parent)
 {
     m_ui.setupUi(this);
-    EditorSupport::replaceDeletedChildren(this, m_ui.label, m_ui.slider, m_ui.lineEdit, m_ui.units, m_ui.reset);
     m_ui.slider->setRange(m_minimum, m_maximum);
     setMinimumHeight(height());
     m_ui.reset->setEnabled(false);
@@ -100,10 +100,8 @@ int QIntSliderEdit::minimum() const
 void QIntSliderEdit::setMinimum(int minimum)
 {
     m_minimum = m_powerOfTwo ? qMax(1, minimum) : minimum;
-    m_ui.slider->setMinimum(positionOf(m_minimum));
-    // A slider drags its other end along when they cross; it goes back when the range is in order again.
-    if (m_minimum < m_maximum)
-        m_ui.slider->setMaximum(lastPosition());
+    const int first = positionOf(m_minimum);
+    setSliderRange(first, qMax(first, m_ui.slider->maximum()));
 }
 
 int QIntSliderEdit::maximum() const
@@ -116,10 +114,8 @@ void QIntSliderEdit::setMaximum(int maximum)
     m_maximum = maximum;
     if (m_powerOfTwo && m_maximum <= m_minimum)
         m_maximum = static_cast<int>(qMin(qint64(m_minimum) * 2, qint64(LargestInt)));
-    m_ui.slider->setMaximum(lastPosition());
-    // The other end, as in setMinimum().
-    if (m_minimum < m_maximum)
-        m_ui.slider->setMinimum(positionOf(m_minimum));
+    const int last = positionOf(m_maximum);
+    setSliderRange(qMin(m_ui.slider->minimum(), last), last);
 }
 
 int QIntSliderEdit::defaultValue() const
@@ -165,7 +161,7 @@ void QIntSliderEdit::setValue(QVariant value, bool showText)
     const SignalMute muteEditor(this);
     const SignalMute muteSlider(m_ui.slider);
     updateSlider();
-    EditorSupport::showText(m_ui.lineEdit, showText ? valueToText(m_value) : QString());
+    m_ui.lineEdit->setText(showText ? valueToText(m_value) : QString());
 }
 
 bool QIntSliderEdit::powerOfTwo() const
@@ -295,7 +291,7 @@ void QIntSliderEdit::updateSlider()
     Q_EMIT valueChanged();
 }
 
-// A minimum above the maximum leaves the maximum.
+// If the minimum exceeds the maximum, the result is the maximum.
 int QIntSliderEdit::clamped(int value) const
 {
     return qMin(qMax(value, m_minimum), m_maximum);
@@ -306,16 +302,21 @@ int QIntSliderEdit::positionOf(int value) const
     return m_powerOfTwo ? roundedExponent(value) : value;
 }
 
-// Qt's styles divide by zero when a slider has just 2^31 steps; it gets one less then.
-int QIntSliderEdit::lastPosition() const
+// An end that the other one has dragged along goes back when the range is in order again.
+void QIntSliderEdit::setSliderRange(int first, int last)
 {
-    const int last = positionOf(m_maximum);
-    return last - qint64(positionOf(m_minimum)) == qint64(LargestInt) + 1 ? last - 1 : last;
+    if (m_minimum < m_maximum)
+    {
+        first = positionOf(m_minimum);
+        last = positionOf(m_maximum);
+    }
+    m_ui.slider->setRange(first, qint64(last) - first == TooManySteps ? last - 1 : last);
 }
 
 int QIntSliderEdit::valueOf(int position) const
 {
     if (m_powerOfTwo)
         return powerOf(position);
-    return position == lastPosition() ? m_maximum : position;
+    // Where there is one step less, the last one stands for the maximum.
+    return position == m_maximum - 1 && qint64(m_maximum) - m_minimum == TooManySteps ? m_maximum : position;
 }

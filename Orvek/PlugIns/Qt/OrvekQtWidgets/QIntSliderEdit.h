@@ -119,7 +119,7 @@ private:
     void updateSlider();
     int clamped(int value) const;
     int positionOf(int value) const;
-    int lastPosition() const;
+    void setSliderRange(int first, int last);
     int valueOf(int position) const;
 
     Ui::QIntSliderEdit m_ui; // the children belong to the editor
