@@ -550,6 +550,12 @@ private Q_SLOTS:
         {
             QVERIFY(inOrder(Qt::Vertical, {"label", "increment", "slider", "decrement", "lineEdit"}));
             QVERIFY(inOrder(Qt::Horizontal, {"lineEdit", "units", "reset"}));
+            // At any width the buttons keep to the slider, units and reset button to the field.
+            const auto place = [&edit](const char* name) { return child<QWidget>(edit, name)->geometry(); };
+            for (const char* name : {"increment", "decrement"})
+                QVERIFY(!buttons || qAbs(place(name).center().x() - place("slider").center().x()) <= 1);
+            const QRect group = place("lineEdit") | place("units") | place("reset");
+            QCOMPARE(group.width(), 80 + 40 + 14 + 2);
         }
         else
         {

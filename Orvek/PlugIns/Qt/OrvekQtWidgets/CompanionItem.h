@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtCore/QVector>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QWidget>
@@ -14,10 +13,8 @@ class CompanionItem : public QWidgetItem
 public:
     // The widgets stand in the given direction; the main one is among them. None is owned.
     CompanionItem(QWidget* main, QBoxLayout::Direction direction, std::initializer_list<QWidget*> widgets)
-        : QWidgetItem(main), m_direction(direction)
+        : QWidgetItem(main), m_direction(direction), m_widgets(widgets)
     {
-        for (QWidget* widget : widgets)
-            m_widgets.append(widget);
     }
 
     QSize sizeHint() const override { return Line(*this).sizeHint(); }
@@ -31,14 +28,18 @@ public:
     void setGeometry(const QRect& rect) override
     {
         m_rect = rect;
-        Line(*this).setGeometry(rect);
+        Line line(*this);
+        // Side by side they stay together at the start.
+        if (m_direction == QBoxLayout::LeftToRight)
+            line.addStretch();
+        line.setGeometry(rect);
     }
     QRect geometry() const override { return m_rect; }
 
 private:
     Q_DISABLE_COPY(CompanionItem)
 
-    // Lives for one question only, so it never misses that one of the widgets has changed, gone or moved elsewhere.
+    // Built for each query, so it always sees which widgets have changed.
     class Line : public QBoxLayout
     {
     public:
@@ -49,14 +50,18 @@ private:
                 setDirection(RightToLeft);
             setContentsMargins(0, 0, 0, 0);
             setSpacing(1);
-            for (const QPointer<QWidget>& widget : item.m_widgets)
-                if (widget && widget->parentWidget() == item.wid->parentWidget())
-                    addItem(new QWidgetItem(widget));
+            for (QWidget* widget : item.m_widgets)
+            {
+                addItem(new QWidgetItem(widget));
+                // Above and below the main one they keep to its middle.
+                if (item.m_direction == TopToBottom && widget != item.wid)
+                    setAlignment(widget, Qt::AlignHCenter);
+            }
         }
     };
 
     const QBoxLayout::Direction m_direction;
-    QVector<QPointer<QWidget>> m_widgets;
+    const QVector<QWidget*> m_widgets;
     QRect m_rect;
 };
 
