@@ -43,10 +43,11 @@ class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
     Q_PROPERTY(bool powerOfTwo READ powerOfTwo WRITE setPowerOfTwo)
     //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal. See setOrientation().
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
-    //! Whether the text field cannot be typed into, as suits named values. Default false. Reset and slider still work.
+    //! Whether the text field cannot be typed into. Default false. Reset and slider still work. Return and Tab still
+    //! commit the text, and a name counts as 0: for named values also set the field's focus policy to Qt::NoFocus.
     Q_PROPERTY(bool readOnlyText READ readOnlyText WRITE setReadOnlyText)
     //! Names of the values 0, 1, 2 and so on, default none; values beyond them show as numbers. They do not change the
-    //! range, and a typed name is no number.
+    //! range, and a name is not a number when its text is committed.
     Q_PROPERTY(QStringList enums READ enums WRITE setEnums)
 
 public:

@@ -82,8 +82,8 @@ public:
     //! Also turns showDefaultButton on.
     void setDefaultValue(double value);
     double step() const;
-    //! Gives the slider as many steps as fit the current range, 10000 at most, so set the range first; values are not
-    //! rounded to them. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows
+    //! Gives the slider as many equal steps as fit the current range, 10000 at most, so set the range first; values are
+    //! not rounded to them. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows
     //! it, with valueChanged().
     void setStep(double step);
     QVariant value() const;
@@ -116,7 +116,8 @@ public:
 Q_SIGNALS:
     //! The user changed the value; value() already returns the new one. A committed text is announced twice.
     void valueChanged();
-    //! The user took hold of the handle; nothing has changed yet. Not for steps, texts and resets.
+    //! The user took hold of the handle. Nothing has changed yet, unless the click made the handle jump: then
+    //! valueChanged() came before. Not for steps, texts and resets.
     void startedEdit();
 
 public Q_SLOTS:
