@@ -1,43 +1,82 @@
 #pragma once
 
-#include <QtCore/QPointer>
-#include <QtCore/QTimer>
-#include <QtWidgets/QLayout>
+#include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QWidget>
 
 // What the two containers share. They lay out a child during its child event; a host that hands the same child to their
-// layout() is then in the middle of that call and adds a second item, which would take room twice and outlive the
-// child.
+// layout() is then in the middle of that call, which goes on to add an item of the host's own.
 namespace ContainerSupport
 {
-inline void removeItems(QLayout* layout, const QObject* child, int kept)
+inline bool holds(QLayoutItem* item, const QObject* child)
 {
-    for (int i = 0; layout && i < layout->count();)
-    {
-        if (layout->itemAt(i)->widget() == child && --kept < 0)
-            delete layout->takeAt(i);
-        else
-            ++i;
-    }
+    const QLayout* layout = item->layout();
+    for (int i = 0; layout && i < layout->count(); ++i)
+        if (holds(layout->itemAt(i), child))
+            return true;
+    return item->widget() == child;
 }
 
-// Adds the child to the container's layout, if it has one, and sees to it that the item stays the only one.
-inline void layOut(QWidget* container, QWidget* child)
+// The column of a container. The host's item, with its place, stretch and alignment, replaces the container's.
+class Column final : public QVBoxLayout
 {
-    if (!container->layout())
+public:
+    void adopt(QWidget* child)
+    {
+        addWidget(child);
+        m_own = itemAt(count() - 1);
+    }
+
+    // Each call that adds an item ends here.
+    void invalidate() override
+    {
+        QVBoxLayout::invalidate();
+        const int own = indexOf(m_own);
+        for (int i = 0; own >= 0 && i < count(); ++i)
+        {
+            if (i == own || !holds(itemAt(i), m_own->widget()))
+                continue;
+            m_own = nullptr;
+            delete takeAt(own);
+            return;
+        }
+    }
+
+private:
+    QLayoutItem* m_own = nullptr; // the container's latest; the host may have deleted it
+};
+
+// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it.
+inline QVBoxLayout* columnInPlaceOf(QVBoxLayout* fromForm, QWidget* widget)
+{
+    QWidget* container = fromForm->parentWidget();
+    auto* column = new Column;
+    column->setObjectName(fromForm->objectName());
+    column->setSpacing(fromForm->spacing());
+    column->setContentsMargins(fromForm->contentsMargins());
+    delete fromForm;
+    container->setLayout(column);
+    column->addWidget(widget);
+    return column;
+}
+
+// Adds the child to the container's layout, unless there is none or the host has laid the child out already.
+inline void layOut(const QWidget* container, QWidget* child)
+{
+    QLayout* layout = container->layout();
+    if (!layout || holds(layout, child))
         return;
-    container->layout()->addWidget(child);
-    QTimer::singleShot(0, child,
-                       [container = QPointer<QWidget>(container), child]
-                       {
-                           if (container)
-                               removeItems(container->layout(), child, 1);
-                       });
+    if (auto* column = dynamic_cast<Column*>(layout))
+        column->adopt(child);
+    else
+        layout->addWidget(child);
 }
 
 // To be called when a child has gone; Qt's layouts remove one item only.
 inline void forget(const QWidget* container, const QObject* child)
 {
-    removeItems(container->layout(), child, 0);
+    QLayout* layout = container->layout();
+    for (int i = layout ? layout->count() - 1 : -1; i >= 0; --i)
+        if (layout->itemAt(i)->widget() == child)
+            delete layout->takeAt(i);
 }
 } // namespace ContainerSupport

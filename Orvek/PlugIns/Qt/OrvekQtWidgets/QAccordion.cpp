@@ -14,6 +14,7 @@
 QAccordion::QAccordion(QWidget* parent) : QWidget(parent), m_border(std::make_unique<SectionBorder>(this))
 {
     m_ui.setupUi(this);
+    m_ui.verticalLayout = ContainerSupport::columnInPlaceOf(m_ui.verticalLayout, m_ui.accordionCheckBox);
     m_checkBox = m_ui.accordionCheckBox;
     on_accordionCheckBox_toggled();
     setWindowTitle(title());
