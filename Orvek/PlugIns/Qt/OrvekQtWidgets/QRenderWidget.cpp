@@ -5,7 +5,6 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QWheelEvent>
-#include <QtGui/QWindow>
 
 #include <limits>
 
@@ -49,17 +48,6 @@ int modifierBits(Qt::KeyboardModifiers modifiers)
     if (modifiers & Qt::ControlModifier)
         bits |= 4;
     return bits;
-}
-
-// What devicePixelRatioF() returns, rounding included. That looks for screens first, which costs more than the rest of
-// a mouse move.
-qreal pixelRatio(const QWidget* widget)
-{
-    const QWindow* handle = widget->window()->windowHandle();
-    if (!handle)
-        return widget->devicePixelRatioF();
-    constexpr qreal scale = 0x10000;
-    return int(handle->devicePixelRatio() * scale) / scale;
 }
 } // namespace
 
@@ -259,7 +247,7 @@ void QRenderWidget::detach(bool hasWindow)
 
 QPoint QRenderWidget::devicePosition(const QMouseEvent* event) const
 {
-    const QPointF position = localPosition(event) * pixelRatio(this);
+    const QPointF position = localPosition(event) * devicePixelRatioF();
     return {truncated(position.x()), truncated(position.y())};
 }
 
