@@ -6,6 +6,7 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QTabWidget>
 
+#include <functional>
 #include <memory>
 
 using orvek::base::BaseMouseHandler;
@@ -24,9 +25,13 @@ struct Log : QStringList
     Renderer first;
     Renderer second;
     HWND window = 0;
+    QString interruptedCall;
+    std::function<void()> interruption; // what the host does within that call
     void note(const QString& call, HWND calledFor)
     {
         append(calledFor == window ? call : call + QStringLiteral(" for another window"));
+        if (call == interruptedCall)
+            interruption();
     }
 
     QString take()
@@ -217,7 +222,6 @@ private Q_SLOTS:
         QTEST(log.take(), "callsOfDestructor");
     }
 
-    // Paints and resizes come by hand here, so that the window system adds none.
     // The window was destroyed before, as within a window that is being destroyed.
     void destructorMakesNoWindow()
     {
@@ -241,6 +245,7 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
     }
 
+    // Paints and resizes come by hand here, so that the window system adds none.
     void frameSequences()
     {
         Log log;
@@ -285,6 +290,45 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
         QCOMPARE(afterPaint(), "resize " + frame); // the surface size was forgotten, the pending one was not
         QVERIFY(view.testAttribute(Qt::WA_PaintOnScreen));
+    }
+
+    void managersMayChangeWithinTheirCalls_data()
+    {
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<bool>("replaced"); // otherwise taken away
+        QTest::addColumn<QString>("calls");
+        const auto row = [](const char* name, const char* call, bool replaced, const char* calls)
+        { QTest::newRow(name) << QString(call) << replaced << QString(calls); };
+        row("registered, taken", "A+R", false, "A+R A- B+R B+0 B-");
+        row("registered, replaced", "A+R", true, "A+R A- B+R resize render viewUpdated deferredUpdate B+0 B-");
+        row("resized, taken", "resize", false, "A+R resize A- B+R B+0 B-");
+        row("resized, replaced", "resize", true, "A+R resize A- B+R render viewUpdated deferredUpdate B+0 B-");
+        row("rendered, taken", "render", false, "A+R resize render A- viewUpdated deferredUpdate B+R B+0 B-");
+        row("shut down, taken", "B+0", false, "A+R resize render viewUpdated deferredUpdate A- B+R B+0 B-");
+    }
+
+    void managersMayChangeWithinTheirCalls()
+    {
+        QFETCH(bool, replaced);
+        Log log;
+        Manager a("A", log);
+        Manager b("B", log);
+        QRenderWidget view;
+        log.window = view.GetHWND();
+        logSignals(view, log);
+        QFETCH(QString, call);
+        log.interruptedCall = call;
+        log.interruption = [&] { view.SetDisplaySurfaceManagerInterface(replaced ? &b : nullptr); };
+        view.setContinuousUpdate(true);
+        view.SetPlatformRendererInterface(&log.first);
+        view.SetDisplaySurfaceManagerInterface(&a);
+        QResizeEvent resize(QSize(300, 200), view.size());
+        QApplication::sendEvent(&view, &resize);
+        QPaintEvent paint(view.rect());
+        QApplication::sendEvent(&view, &paint);
+        view.SetDisplaySurfaceManagerInterface(&b);
+        view.shutdown();
+        QTEST(log.take(), "calls");
     }
 
     void resizedViewRendersAgain()

@@ -63,8 +63,8 @@ QRenderWidget::QRenderWidget(QWidget* parent) : QWidget(parent)
 
 QRenderWidget::~QRenderWidget()
 {
-    // Where Qt has destroyed the window, those around it can be gone as well: asked for another one now, it would look
-    // for them without end.
+    // If Qt has destroyed the window, those around it can be gone as well: asked for another one now, it would look for
+    // them without end.
     detach(internalWinId() != 0);
 }
 
@@ -225,11 +225,11 @@ void QRenderWidget::registerWindow()
 {
     if (!m_hwnd || !m_displaySurfaceManager || m_surfaceRegistered)
         return;
+    m_surfaceRegistered = true; // before the call, in which the host may take the manager away again
     m_displaySurfaceManager->AddWindow(m_hwnd, m_platformRenderer, AnyViewId);
-    m_surfaceRegistered = true;
 }
 
-// With hasWindow false the handle of the window that was there is the last one.
+// If hasWindow is false, m_hwnd is the handle of the destroyed window.
 void QRenderWidget::detach(bool hasWindow)
 {
     m_surfaceRegistered = false;
@@ -238,7 +238,7 @@ void QRenderWidget::detach(bool hasWindow)
         SetPlatformRendererInterface(nullptr);
         if (hasWindow)
             m_hwnd = readHandle();
-        if (m_hwnd)
+        if (m_hwnd && m_displaySurfaceManager)
             m_displaySurfaceManager->RemoveWindow(m_hwnd);
     }
     m_surfaceWidth = 0;
@@ -265,6 +265,8 @@ void QRenderWidget::paintFrame()
             Update();
             return;
         }
+        if (!m_displaySurfaceManager) // the host took it away within ResizeSurface()
+            return;
     }
     m_displaySurfaceManager->Render(m_hwnd);
     Q_EMIT viewUpdated();
