@@ -11,6 +11,10 @@ foreach(example IN ITEMS OneEditor PanelFromCode DerivedEditor TrivialEngine)
     endif()
 endforeach()
 
+if(TARGET TrivialEngine)
+    orvek_add_test(tst_trivialengine XCB)
+endif()
+
 if(TARGET DerivedEditor)
     orvek_add_test(tst_derivededitor)
     # Not part of a library, so their meta-objects are made once more.

@@ -4,6 +4,7 @@
 
 #include <QtGui/QBackingStore>
 #include <QtGui/QPainter>
+#include <QtGui/QWindow>
 
 #include <memory>
 #include <unordered_map>
@@ -51,36 +52,34 @@ private:
     bool m_dragging = false;
 };
 
-//! Draws by software, on a backing store for each window.
+//! Draws by software, on a backing store for each window. Unknown windows are left out: Render() also comes after
+//! shutdown(), or with the handle of a native window that was made again.
 class Surfaces final : public orvek::crossplatform::DisplaySurfaceManagerInterface
 {
 public:
     void AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int) override
     {
-        View& view = m_views[window];
-        // This engine knows no other renderers.
-        view.wheel = static_cast<Wheel*>(renderer);
-        if (!view.store)
-            view.store = std::make_unique<QBackingStore>(QWidget::find(WId(window))->windowHandle());
+        m_views[window].wheel = static_cast<Wheel*>(renderer); // this engine knows no other renderers
     }
     void RemoveWindow(HWND window) override { m_views.erase(window); }
-    void ResizeSurface(HWND window) override
-    {
-        QBackingStore* store = m_views.at(window).store.get();
-        store->resize(store->window()->size());
-    }
+    void ResizeSurface(HWND) override {} // a manager that is set later gets no such call, so Render() asks for the size
     void Render(HWND window) override
     {
-        const View& view = m_views.at(window);
-        const QRect area(QPoint(), view.store->size());
-        view.store->beginPaint(area);
+        const auto found = m_views.find(window);
+        if (found == m_views.end() || !found->second.wheel)
+            return;
+        std::unique_ptr<QBackingStore>& store = found->second.store;
+        if (!store)
+            store = std::make_unique<QBackingStore>(QWidget::find(WId(window))->windowHandle());
+        const QRect area(QPoint(), store->window()->size());
+        store->resize(area.size());
+        store->beginPaint(area);
         {
-            QPainter painter(view.store->paintDevice());
-            if (view.wheel)
-                view.wheel->draw(painter, area);
+            QPainter painter(store->paintDevice());
+            found->second.wheel->draw(painter, area);
         }
-        view.store->endPaint();
-        view.store->flush(area);
+        store->endPaint();
+        store->flush(area);
     }
     int GetWindowViewId(HWND) override
     {
