@@ -6,7 +6,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QVector3D>
 #include <QtGui/QWindow>
-#include <QtWidgets/QFrame>
+#include <QtWidgets/QMainWindow>
 #include <QtWidgets/QVBoxLayout>
 
 #include <cmath>
@@ -52,31 +52,27 @@ private:
 //! [renderer]
 
 //! [manager]
-// Keeps a surface for each window. Here it is Qt's own; an engine would have a swap chain instead.
+// Draws with Qt's own surfaces; an engine would keep a swap chain for each window.
 class BallManager final : public orvek::crossplatform::DisplaySurfaceManagerInterface
 {
 public:
     void AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int) override
     {
         // Also comes for a known window, with another renderer or with null.
-        m_views[window].renderer = static_cast<BallRenderer*>(renderer);
+        m_renderers[window] = static_cast<BallRenderer*>(renderer);
     }
     void RemoveWindow(HWND window) override
     {
-        m_views.erase(window); // may come twice
+        m_renderers.erase(window); // may come twice
     }
-    void ResizeSurface(HWND window) override
-    {
-        const QWidget* widget = QWidget::find(window);
-        m_views[window].size = widget->size() * widget->devicePixelRatioF();
-    }
+    void ResizeSurface(HWND) override {} // does not come to a second manager, so Render() asks for the size
     void Render(HWND window) override
     {
-        View& view = m_views[window];
+        const auto found = m_renderers.find(window);
+        if (found == m_renderers.end() || !found->second)
+            return; // also comes for windows that were removed or made again
         QWindow* surface = QWidget::find(window)->windowHandle();
-        if (!view.renderer || view.size.isEmpty())
-            return;
-        QImage frame = view.renderer->draw(view.size);
+        QImage frame = found->second->draw(surface->size() * surface->devicePixelRatio());
         frame.setDevicePixelRatio(surface->devicePixelRatio());
         const QRect area(QPoint(), surface->size());
         QBackingStore store(surface);
@@ -86,15 +82,13 @@ public:
         store.endPaint();
         store.flush(area);
     }
-    int GetWindowViewId(HWND window) override { return int(std::distance(m_views.begin(), m_views.find(window))); }
+    int GetWindowViewId(HWND window) override
+    {
+        return int(std::distance(m_renderers.begin(), m_renderers.find(window)));
+    }
 
 private:
-    struct View
-    {
-        BallRenderer* renderer = nullptr; // not owned
-        QSize size;                       // device pixels
-    };
-    std::map<HWND, View> m_views;
+    std::map<HWND, BallRenderer*> m_renderers; // not owned; null draws nothing
 };
 //! [manager]
 
@@ -168,17 +162,22 @@ QWidget* renderWidgetWithoutEngine()
     return new QRenderWidget;
 }
 
-QWidget* viewWithoutNativeAncestors()
+// A frame's layout, the frame being in its window.
+void addViewWithoutNativeAncestors(QLayout* rows)
 {
     //! [native]
-    // Before the application object:
-    //     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     auto* view = new QRenderWidget; // no parent yet, as the constructor creates the window
     view->setAttribute(Qt::WA_DontCreateNativeAncestors);
-
-    auto* frame = new QFrame;
-    auto* rows = new QVBoxLayout(frame);
-    rows->addWidget(view); // the frame and all around it stay as they are
+    rows->addWidget(view); // all around it are in their window already
     //! [native]
-    return frame;
 }
+
+//! [onTop]
+void setAlwaysOnTop(QMainWindow* window, bool onTop)
+{
+    QWidget* central = window->takeCentralWidget(); // with the view in it
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    window->show();
+    window->setCentralWidget(central);
+}
+//! [onTop]

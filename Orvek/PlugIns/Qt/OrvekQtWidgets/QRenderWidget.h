@@ -14,14 +14,13 @@ QT_END_NAMESPACE
 //! A widget with a native window that an engine draws on.
 //!
 //! The widget registers its window with the host's display-surface manager, asks the manager for a frame at each paint,
-//! tells it of a new size and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the
+//! reports a new size to it and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the
 //! host, which takes them away, or deletes the widget, before it deletes them. Without a manager the widget shows the
 //! message "Renderer is not enabled".
 //!
 //! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then
 //! on, and Qt then paints beneath the engine's frames. All of the widget's ancestors and their children become native
-//! windows too, unless the host first sets Qt::WA_DontCreateNativeAncestors on the ancestors and
-//! Qt::AA_DontCreateNativeWidgetSiblings on the application.
+//! windows too, unless Qt::WA_DontCreateNativeAncestors is set on the widget itself before it gets a parent.
 class ORVEKQTWIDGETS_EXPORT QRenderWidget : public QWidget
 {
     Q_OBJECT
@@ -35,6 +34,7 @@ public:
     //! The renderer, not owned, or null.
     orvek::crossplatform::PlatformRendererInterface* GetPlatformRendererInterface();
     //! Sets what draws this view; null draws nothing. With a manager there, the window is registered for it at once.
+    //! Neither this nor another manager requests a repaint: call Update().
     void SetPlatformRendererInterface(orvek::crossplatform::PlatformRendererInterface* renderer);
     //! Registers the window with the manager, after removing it from an earlier one; null only removes it.
     void SetDisplaySurfaceManagerInterface(orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
@@ -54,8 +54,7 @@ public:
 Q_SIGNALS:
     //! A frame was rendered. Comes within the paint event.
     void viewUpdated();
-    //! A key was released over the view; the mouse handler has been told before. The event is valid during the signal
-    //! only.
+    //! A key was released over the view, after the mouse handler got it. The event is valid during the signal only.
     void keyReleased(QKeyEvent* event);
     //! Comes after viewUpdated().
     void deferredUpdate();
