@@ -45,7 +45,8 @@ private:
     QLayoutItem* m_own = nullptr; // the container's latest; the host may have deleted it
 };
 
-// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it.
+// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it, and
+// stays behind the layout in the order of the children.
 inline QVBoxLayout* columnInPlaceOf(QVBoxLayout* fromForm, QWidget* widget)
 {
     QWidget* container = fromForm->parentWidget();
@@ -54,6 +55,7 @@ inline QVBoxLayout* columnInPlaceOf(QVBoxLayout* fromForm, QWidget* widget)
     column->setSpacing(fromForm->spacing());
     column->setContentsMargins(fromForm->contentsMargins());
     delete fromForm;
+    widget->setParent(nullptr);
     container->setLayout(column);
     column->addWidget(widget);
     return column;

@@ -33,7 +33,6 @@ void printChildNames(const QObject* parent)
 QPropertyPanel::QPropertyPanel(QWidget* parent) : QWidget(parent)
 {
     m_ui.setupUi(this);
-    m_ui.search->setParent(nullptr); // comes back after the layout among the children, whose names are printed
     m_ui.verticalLayout = ContainerSupport::columnInPlaceOf(m_ui.verticalLayout, m_ui.search);
     m_search = m_ui.search;
     m_constructed = true;
