@@ -318,5 +318,6 @@ int QIntSliderEdit::valueOf(int position) const
     if (m_powerOfTwo)
         return powerOf(position);
     // Where there is one step less, the last one stands for the maximum.
-    return position == m_maximum - 1 && qint64(m_maximum) - m_minimum == TooManySteps ? m_maximum : position;
+    const bool isLast = qint64(position) + 1 == m_maximum && qint64(m_maximum) - m_minimum == TooManySteps;
+    return isLast ? m_maximum : position;
 }
