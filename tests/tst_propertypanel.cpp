@@ -318,6 +318,19 @@ private Q_SLOTS:
         QCOMPARE(standardOutputOf([] { const QPropertyPanel unchanged; }), QByteArray());
     }
 #endif
+
+    // Both come back within one call of the host: the panel lays out the field, and in doing so finds the scroll area.
+    void aScrollAreaMayBringTheSearchFieldBack()
+    {
+        QPropertyPanel panel;
+        auto* area = new QScrollArea;
+        auto* search = child<QLineEdit>(panel, "search");
+        search->setParent(area);
+        search->setParent(nullptr);
+        panel.layout()->addWidget(area);
+        QCOMPARE(panel.layout()->count(), 2);
+        QVERIFY(panel.layout()->indexOf(search) >= 0 && panel.layout()->indexOf(area) >= 0);
+    }
 };
 
 #ifdef Q_OS_UNIX

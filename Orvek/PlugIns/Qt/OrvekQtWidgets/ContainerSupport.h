@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QVector>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QWidget>
 
@@ -23,30 +24,38 @@ public:
     void adopt(QWidget* child)
     {
         addWidget(child);
-        m_own = itemAt(count() - 1);
+        m_own << itemAt(indexOf(child));
     }
 
     // Each call that adds an item ends here.
     void invalidate() override
     {
         QVBoxLayout::invalidate();
-        const int own = indexOf(m_own);
-        for (int i = 0; own >= 0 && i < count(); ++i)
+        for (int own = 0; own < m_own.size(); ++own)
         {
-            if (i == own || !holds(itemAt(i), m_own->widget()))
+            const int index = indexOf(m_own.at(own));
+            if (index >= 0 && !isLaidOutBeside(index))
                 continue;
-            m_own = nullptr;
-            delete takeAt(own);
-            return;
+            m_own.remove(own--);
+            if (index >= 0)
+                delete takeAt(index);
         }
     }
 
 private:
-    QLayoutItem* m_own = nullptr; // the container's latest; the host may have deleted it
+    bool isLaidOutBeside(int index) const
+    {
+        for (int i = 0; i < count(); ++i)
+            if (i != index && holds(itemAt(i), itemAt(index)->widget()))
+                return true;
+        return false;
+    }
+
+    QVector<QLayoutItem*> m_own; // the container's items; the host may have deleted one
 };
 
-// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it, and
-// stays behind the layout in the order of the children.
+// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it,
+// and stays behind the layout in the order of the children.
 inline QVBoxLayout* columnInPlaceOf(QVBoxLayout* fromForm, QWidget* widget)
 {
     QWidget* container = fromForm->parentWidget();
