@@ -18,13 +18,14 @@ QString borderSheet()
     return QStringLiteral("QAccordion {border: 1px solid yellow;}");
 }
 
-// Such a style asks for the sheets of all ancestors whenever it polishes a widget; another one for none.
+// Qt's style for sheets reads those of all ancestors whenever it polishes a widget; other styles read none.
 bool readsStyleSheets(const QWidget* widget)
 {
     return widget->style()->inherits("QStyleSheetStyle");
 }
 
-// Makes the widget take its parent's style over, as it does when its own sheet goes. One with a sheet keeps its style.
+// Makes the widget inherit its parent's style, as it does when its own sheet goes. A widget with a sheet keeps its
+// style.
 void inheritStyle(QWidget* widget)
 {
     if (!widget->styleSheet().isEmpty())
@@ -167,7 +168,7 @@ bool SectionBorder::eventFilter(QObject*, QEvent* event)
     return false;
 }
 
-// Contents that stand aside have no style that would read sheets which arrive later.
+// Contents that stand aside may have a style that does not read sheets, those that arrive later included.
 void SectionBorder::followSheets()
 {
     if (m_section->styleSheet().isEmpty())
@@ -186,7 +187,7 @@ void SectionBorder::handOn()
     m_aside = nullptr;
 }
 
-// Reads from all sheets in force whom their rules tie to a mark of a widget around it.
+// Collects from all sheets in force the widgets that a rule addresses through a mark.
 void SectionBorder::readRules(const QWidget* contents)
 {
     QStringList sheets{qApp->styleSheet()};
@@ -205,7 +206,7 @@ void SectionBorder::readRules(const QWidget* contents)
     for (int i = 0; i < sheets.size(); ++i)
     {
         QString sheet = sheets.at(i);
-        // A file, a condition, an escape: whoever writes these has everything styled again.
+        // Not read here: a file, a condition, an escape. Everything is styled again then.
         if (sheet.startsWith(QLatin1String("file:")) || sheet.contains(QLatin1Char('@')) ||
             sheet.contains(QLatin1Char('\\')))
             m_targets.push_back({});
@@ -219,9 +220,9 @@ void SectionBorder::readRules(const QWidget* contents)
             for (const QString& selector : selectors)
             {
                 const QStringList parts = selector.trimmed().split(combinator);
-                const QStringList asking = parts.filter(QStringLiteral("[highlighted"));
-                // One that asks for its own mark alone is polished when that changes, as the section is: by a style
-                // that need not know a sheet inside.
+                const QStringList asking = parts.filter(QStringLiteral("highlighted"));
+                // A widget whose own mark alone counts is polished when that changes, but with the section's style,
+                // which need not read a sheet inside.
                 if (asking.isEmpty() || (i < outside && asking == parts.mid(parts.size() - 1)))
                     continue;
                 const bool forMarked = asking.filter(QStringLiteral("[highlighted=true]")) == asking;
@@ -232,7 +233,8 @@ void SectionBorder::readRules(const QWidget* contents)
     }
 }
 
-// Styles those that a rule can address differently now; marks is how many widgets around are marked or were until now.
+// Styles the widgets that a rule may address differently now. The marks are the number of widgets around, and the root,
+// that are marked or were until now.
 void SectionBorder::restyle(QWidget* root, int marks) const
 {
     const auto isTarget = [this, marks](const QWidget* widget)
