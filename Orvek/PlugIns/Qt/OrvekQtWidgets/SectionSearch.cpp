@@ -13,7 +13,7 @@ namespace
 // The class must be exactly one of the two: a derived button gives itself a window title.
 QString labelOf(const QWidget* child)
 {
-    const QString title = child->windowTitle();
+    QString title = child->windowTitle();
     const char* className = child->metaObject()->className();
     if (title.isEmpty() && (qstrcmp(className, "QPushButton") == 0 || qstrcmp(className, "QCheckBox") == 0))
         return static_cast<const QAbstractButton*>(child)->text();
