@@ -17,18 +17,20 @@ class BaseMouseHandler
 public:
     //! Never called; holds its position.
     virtual void Reserved0() {}
+    //! The button went down at x, y.
     virtual void MouseDown(int button, int x, int y) = 0;
+    //! The button went up at x, y.
     virtual void MouseUp(int button, int x, int y) = 0;
-    //! Comes in place of the second MouseDown of a double click.
+    //! The button was clicked twice at x, y. Comes in place of the second MouseDown() of a double click.
     virtual void MouseDoubleClick(int button, int x, int y) = 0;
-    //! Comes with and without a button held.
+    //! The pointer moved to x, y. Comes with and without a button held.
     virtual void MouseMove(int x, int y) = 0;
     //! Never called; holds its position.
     virtual void Reserved5() {}
-    //! The delta is in eighths of a degree, 120 for a notch of most wheels, positive away from the user. The modifiers
-    //! are a sum of 1 for Shift, 2 for Alt and 4 for Control.
+    //! The wheel was turned. The delta is in eighths of a degree, 120 for a notch of most wheels, positive away from
+    //! the user. The modifiers are a sum of 1 for Shift, 2 for Alt and 4 for Control.
     virtual void MouseWheel(int delta, int modifiers) = 0;
-    //! The key is the platform's virtual-key code. The third value is always 0.
+    //! A key was pressed, or released. The key is the platform's virtual-key code; reserved is always 0.
     virtual void KeyboardInput(unsigned int key, bool pressed, int reserved) = 0;
 
 protected:

@@ -20,14 +20,16 @@ public:
     virtual void Reserved0() {}
     //! The window is no longer rendered to; its surface can be released. The window itself still exists.
     virtual void RemoveWindow(HWND window) = 0;
-    //! Draws one frame. Called inside the paint event of the window's widget.
+    //! Draws one frame in the window, in its present size; does nothing for an unknown window. Called inside the paint
+    //! event of the window's widget.
     virtual void Render(HWND window) = 0;
     //! From now on the window shows what the renderer draws. Comes again for a known window, then replacing its
-    //! renderer. The renderer may be null: nothing is drawn. The view id is always -1, which leaves it to the engine.
+    //! renderer. The renderer may be null: nothing is drawn. The viewId is always -1, which leaves it to the engine.
     virtual void AddWindow(HWND window, PlatformRendererInterface* renderer, int viewId) = 0;
     //! Never called; holds its position.
     virtual void Reserved4() {}
-    //! The size of the window has changed; read the new one from the window, in device pixels.
+    //! The size of the window has changed; read the new one from the window, in device pixels. Does not come to a
+    //! second manager if the size stays the same.
     virtual void ResizeSurface(HWND window) = 0;
     //! The engine's number for the view in this window.
     virtual int GetWindowViewId(HWND window) = 0;

@@ -18,9 +18,11 @@ class SectionBorder;
 //!
 //! The contents are the first widget created with the section as its parent, or the last one that the host put into the
 //! section's layout. The section does not own them beyond Qt's parent and child; after their destruction it takes the
-//! next ones. Contents adopted while the section is closed stay visible until it is opened or closed again.
+//! next ones. A host may lay them out itself, with stretch or alignment. Contents adopted while the section is closed
+//! stay visible until it is opened or closed again.
 //!
-//! A search marks what it found with the dynamic property "highlighted" (bool), for style sheets to draw.
+//! A search marks what it found with the dynamic property "highlighted" (bool), for style sheets to draw. The children
+//! "accordionCheckBox" and "verticalLayout" belong to the section.
 class ORVEKQTWIDGETS_EXPORT QAccordion : public QWidget
 {
     Q_OBJECT
@@ -42,7 +44,8 @@ public:
     //! Opens or closes the section as the settings say under its object name, in their current group. Without an entry
     //! it is closed.
     void readSettings(QSettings& settings);
-    //! Stores under the same key whether the section is open, as a bool. Sections of one object name share an entry.
+    //! Stores whether the section is open, as a bool, under its object name in the current group of the settings.
+    //! Sections of one object name share an entry.
     void writeSettings(QSettings& settings);
 
 public Q_SLOTS:

@@ -6,11 +6,11 @@
 
 //! Edits a colour as four numbers in one row: title and a text field each for red, green, blue and alpha.
 //!
-//! The fields are for entry: they show what was typed into them, not the stored colour. A component is taken over when
-//! its field finishes editing; text that is no number, in the form of C with a decimal point, is ignored. Components
-//! have no range, so that lights can be brighter than white.
+//! The fields are for entry: they show what was typed into them, not the stored colour; a host that wants the colour
+//! there writes it into them. A component is committed when its field finishes editing. Text that is not a number, in
+//! the form of C with a decimal point, is ignored. Components have no range, so that lights can be brighter than white.
 //!
-//! The children "label", "red", "green", "blue" and "alpha" belong to the editor.
+//! Its children are "label", "red", "green", "blue" and "alpha".
 class ORVEKQTWIDGETS_EXPORT QColourEdit : public QPropertyEditWidget
 {
     Q_OBJECT
@@ -32,8 +32,8 @@ public:
     void setLabelWidth(int width);
     bool showAlpha() const;
     void setShowAlpha(bool show);
-    //! Stores red, green, blue and alpha from an array of four, which is copied; null is ignored. The fields stay as
-    //! they are and no signal is sent.
+    //! Stores red, green, blue and alpha. An array of four is copied; null is ignored. The fields stay as they are and
+    //! no signal is emitted.
     void setColour(const double* rgba);
     void setColour(double r, double g, double b, double a);
     //! The four stored components in the order red, green, blue, alpha; 0 at first. The array belongs to the editor,
@@ -41,10 +41,11 @@ public:
     const double* colour() const;
 
 Q_SIGNALS:
-    //! The user took over a component, the same number included; colour() already has the new one.
+    //! The user committed a component, even if the number is the same as before; colour() already has the new one.
     void valueChanged();
 
 public Q_SLOTS:
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_red_editingFinished();
     void on_green_editingFinished();
     void on_blue_editingFinished();

@@ -7,12 +7,12 @@
 //! Edits a file name in one row: title, text field, a button that opens a file dialog and one that returns to the
 //! default.
 //!
-//! Any text is taken over as typed; the editor never looks at the file. The reset button follows the names that the
-//! host sets or the dialog returns; typing alone does not change it, and on a new editor it is enabled.
+//! Any text is committed as typed; the editor never looks at the file. The reset button follows the names that the host
+//! sets or the dialog returns; typing alone does not change it, and on a new editor it is enabled.
 //!
 //! The window title, which the search of a section compares, is "QFileEdit" until a title is set.
 //!
-//! The children "label", "lineEdit", "browse", "units" (an empty spacer) and "reset" belong to the editor.
+//! Its children are "label", "lineEdit", "browse", "units" (an empty spacer) and "reset".
 class ORVEKQTWIDGETS_EXPORT QFileEdit : public QAbstractEdit
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ class ORVEKQTWIDGETS_EXPORT QFileEdit : public QAbstractEdit
     Q_PROPERTY(bool readOnly READ readOnly WRITE setReadOnly)
     //! Stored for the host; the editor does not check it. Default true.
     Q_PROPERTY(bool mustExist READ mustExist WRITE setMustExist)
-    //! The value, any text. Default empty. See setFilename().
+    //! The value, any text. Default empty.
     Q_PROPERTY(QString filename READ filename WRITE setFilename)
     //! Folder in which the file dialog opens, whatever the value. Default empty, which leaves it to the dialog.
     Q_PROPERTY(QString defaultPath READ defaultPath WRITE setDefaultPath)
@@ -35,7 +35,7 @@ class ORVEKQTWIDGETS_EXPORT QFileEdit : public QAbstractEdit
     //! The text of the label, the caption of the dialog and, once set, the window title. Default "File name".
     Q_PROPERTY(QString title READ title WRITE setTitle)
     //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for the width of the units.
+    //! for example, is laid out as the nearest possible one. The same holds for unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of the empty space before the reset button in pixels, default 40, as wide as the units of other editors.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
@@ -69,13 +69,14 @@ public:
     void setUnitsWidth(int width);
 
 Q_SIGNALS:
-    //! The user finished a name, the same one included, reset it or closed the dialog, by cancelling too; filename()
+    //! The user committed a name, even the same one, reset it, or closed the dialog, even by cancelling it; filename()
     //! already returns the new one.
     void valueChanged();
-    //! Comes before each of them, with the old name still stored.
+    //! Comes before each valueChanged(), with the old name still stored.
     void startedEdit();
 
 public Q_SLOTS:
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_lineEdit_editingFinished();
     void on_browse_clicked();
     void on_reset_clicked();

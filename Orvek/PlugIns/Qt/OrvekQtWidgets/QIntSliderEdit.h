@@ -11,16 +11,17 @@
 //! returns to the default. The values can have names, which makes it an editor for an enumeration, or be powers of two.
 //!
 //! What the user does is announced by signals; what the host sets through setValue() is not. The text field keeps what
-//! was typed, also when the number was clamped. Text that is no whole number counts as 0.
+//! was typed, even if the number was clamped. Text that is not a whole number counts as 0.
 //!
-//! The children "label", "slider", "lineEdit", "units" and "reset" belong to the editor.
+//! The wheel scrolls what lies around the editor and never changes the value. Its children are "label", "slider",
+//! "lineEdit", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
 {
     Q_OBJECT
     //! The text of the label, and the window title, which the search of a section compares. Default "label".
     Q_PROPERTY(QString title READ title WRITE setTitle)
     //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for the two other widths.
+    //! for example, is laid out as the nearest possible one. The same holds for textWidth and unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of the text field in pixels, default 80. A change of the orientation replaces it.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
@@ -28,20 +29,20 @@ class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
     Q_PROPERTY(QString units READ units WRITE setUnits)
     //! Width of the units in pixels, default 40.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
-    //! Lower end of the range. Default 0. See setMinimum().
+    //! Lower end of the range. Default 0.
     Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
-    //! Upper end of the range. Default 100. See setMaximum().
+    //! Upper end of the range. Default 100.
     Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
     //! What the reset button returns to. Default 0; not clamped until it is used.
     Q_PROPERTY(int defaultValue READ defaultValue WRITE setDefaultValue)
     //! Whether the reset button can be used while the value differs from the default. Default false; setting a default
     //! value turns it on. The button is always visible.
     Q_PROPERTY(bool showDefaultButton READ showDefaultButton WRITE setShowDefaultButton)
-    //! The value as an int, within the range. Default 0. See setValue().
+    //! The value as an int, within the range. Default 0.
     Q_PROPERTY(QVariant value READ value WRITE setValue)
-    //! Whether the slider steps through powers of two. Default false. See setPowerOfTwo().
+    //! Whether the slider steps through powers of two. Default false.
     Q_PROPERTY(bool powerOfTwo READ powerOfTwo WRITE setPowerOfTwo)
-    //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal. See setOrientation().
+    //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal.
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
     //! Whether the text field cannot be typed into. Default false. Reset and slider still work. Return and Tab still
     //! commit the text, and a name counts as 0: for named values also set the field's focus policy to Qt::NoFocus.
@@ -63,14 +64,16 @@ public:
     void setUnits(QString units);
     int unitsWidth() const;
     void setUnitsWidth(int width);
+
     //! Ends of the range and of the slider. When the handle has to move, the value follows it, with valueChanged(). A
     //! maximum below the minimum is stored as it is. With powers of two a minimum below 1 becomes 1, and a maximum that
-    //! is not above the minimum twice the minimum. Where they are 2^31 apart the slider has one step less, and its last
-    //! position stands for the maximum.
+    //! is not above the minimum twice the minimum. Where they are 2^31 apart, which Qt's styles cannot draw, the slider
+    //! has one step less, and its last position stands for the maximum.
     int minimum() const;
     void setMinimum(int minimum);
     int maximum() const;
     void setMaximum(int maximum);
+
     int defaultValue() const;
     //! Also turns showDefaultButton on.
     void setDefaultValue(int value);
@@ -81,7 +84,7 @@ public:
     //! valueChanged(); anything else is ignored. Afterwards the editor's signals are not blocked, even if they were
     //! before.
     void setValue(QVariant value);
-    //! The same; the text field is left empty unless showText.
+    //! As setValue(value); the text field is left empty unless showText.
     void setValue(QVariant value, bool showText);
     bool powerOfTwo() const;
     //! Turning it on makes the range start at 1 at least and clamps the value, with valueChanged(); the text stays.
@@ -95,7 +98,7 @@ public:
 
     //! The text that shows a value: its name, or the decimal number.
     virtual QString valueToText(int value);
-    //! The value of a text, 0 if it is no whole decimal number.
+    //! The value of a text, 0 if it is not a whole decimal number.
     virtual int textToValue(QString text);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -110,6 +113,8 @@ public Q_SLOTS:
     //! Turns the row into a column or back. The text field becomes as wide as the label in a column, 64 pixels in a
     //! row.
     void setOrientation(Qt::Orientation orientation);
+
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_reset_clicked();
     void on_slider_sliderPressed();
     void on_slider_sliderMoved(int position);

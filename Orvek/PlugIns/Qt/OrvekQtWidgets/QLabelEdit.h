@@ -7,10 +7,10 @@
 
 //! Edits a text in one row: title, text field, units and a button that returns to the default.
 //!
-//! The text is taken over as typed when the field finishes editing. The reset button follows the values that the host
+//! The text is committed as typed when the field finishes editing. The reset button follows the values that the host
 //! sets; typing alone does not change it, and on a new editor it is enabled.
 //!
-//! The children "label", "lineEdit", "units" and "reset" belong to the editor.
+//! Its children are "label", "lineEdit", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QLabelEdit : public QWidget
 {
     Q_OBJECT
@@ -19,14 +19,14 @@ class ORVEKQTWIDGETS_EXPORT QLabelEdit : public QWidget
     Q_PROPERTY(bool showDefaultButton READ showDefaultButton WRITE setShowDefaultButton)
     //! Whether the user can change the value neither by typing nor by the reset button. Default false.
     Q_PROPERTY(bool readOnly READ readOnly WRITE setReadOnly)
-    //! The value, any text. Default empty. See setValue().
+    //! The value, any text. Default empty.
     Q_PROPERTY(QString value READ value WRITE setValue)
     //! What the reset button returns to. Default empty.
     Q_PROPERTY(QString defaultValue READ defaultValue WRITE setDefaultValue)
     //! The text of the label, and the window title, which the search of a section compares. Default "label".
     Q_PROPERTY(QString title READ title WRITE setTitle)
     //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for the width of the units.
+    //! for example, is laid out as the nearest possible one. The same holds for unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Text behind the field, default empty. It is shown only.
     Q_PROPERTY(QString units READ units WRITE setUnits)
@@ -57,12 +57,13 @@ public:
     void setUnitsWidth(int width);
 
 Q_SIGNALS:
-    //! The user finished a text, the same one included, or reset it; value() already returns the new one.
+    //! The user committed a text, even the same one, or reset it; value() already returns the new one.
     void valueChanged();
     //! Never emitted.
     void startedEdit();
 
 public Q_SLOTS:
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_lineEdit_editingFinished();
     void on_reset_clicked();
 

@@ -4,8 +4,9 @@
 
 #include <QtWidgets/QWidget>
 
-//! Base of the editors that hand their tool tip on to their parts: QSliderEdit, QVectorEdit and QColourEdit. The children
-//! of every editor, of this base or not, belong to it and live as long: hosts do not delete them or move them elsewhere.
+//! Base of the editors that hand their tool tip on to their parts: QSliderEdit, QVectorEdit and QColourEdit. The
+//! children of every editor, of this base or not, belong to it and live as long: hosts may change how they look, but do
+//! not delete them or move them elsewhere.
 class ORVEKQTWIDGETS_EXPORT QPropertyEditWidget : public QWidget
 {
     Q_OBJECT

@@ -9,12 +9,13 @@
 //! Container of an editing user interface: a search field above a scroll area with sections.
 //!
 //! The host gives it one QScrollArea as a direct child; the panel lays it out below the search field at the next event
-//! of its children, at the latest when it is shown. The panel hides nothing by itself: it sends each search text to
-//! every widget in the scroll area that has a slot setSearchText(const QString&), the sections above all. These are
-//! looked for once, at the first change of the text, so build the panel before the user can type; a finished widget
-//! moved directly into the panel is reached besides.
+//! of its children, at the latest when it is shown, unless the host has put it into the layout itself. The panel hides
+//! nothing by itself: it sends each search text to every widget in the scroll area that has a slot setSearchText(const
+//! QString&), the sections above all. These are looked for once, at the first change of the text, so build the panel
+//! before the user can type; a finished widget moved directly into the panel is reached besides.
 //!
-//! On every change of its children the panel writes their object names to the standard output, for diagnosis.
+//! On every change of its children the panel writes their object names to the standard output, for diagnosis. The child
+//! "search" belongs to the panel.
 class ORVEKQTWIDGETS_EXPORT QPropertyPanel : public QWidget
 {
     Q_OBJECT
@@ -24,7 +25,7 @@ public:
     //! Sends the current search text once more, to the widgets that are connected by now. Use it after refilling a
     //! section during a search.
     void setSearchText();
-    //! Always true: form designers may put widgets into a panel.
+    //! Returns true: form designers may put widgets into a panel.
     bool isContainer() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,6 +36,7 @@ Q_SIGNALS:
     void setSearchText(const QString& text); // clazy:exclude=overloaded-signal
 
 public Q_SLOTS:
+    //! Sends the text to the sections; connects them to the panel the first time.
     void on_search_textChanged(const QString& text);
 
 protected:

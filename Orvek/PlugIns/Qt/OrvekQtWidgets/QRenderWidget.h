@@ -33,14 +33,16 @@ public:
     HWND GetHWND();
     //! The renderer, not owned, or null.
     orvek::crossplatform::PlatformRendererInterface* GetPlatformRendererInterface();
-    //! Sets what draws this view; null draws nothing. With a manager there, the window is registered for it at once.
-    //! Neither this nor another manager requests a repaint: call Update().
+    //! The renderer draws this view; null draws nothing. With a manager there, the window is registered for it at
+    //! once. No repaint is requested: call Update().
     void SetPlatformRendererInterface(orvek::crossplatform::PlatformRendererInterface* renderer);
-    //! Registers the window with the manager, after removing it from an earlier one; null only removes it.
+    //! Registers the window with the manager, after removing it from an earlier one; null only removes it. If the
+    //! widget was shown before, call Update(). A second manager receives no ResizeSurface() as long as the size stays
+    //! the same.
     void SetDisplaySurfaceManagerInterface(orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
-    //! Sets what receives the input of this view; null for none.
+    //! The handler receives the input of this view; null for none.
     void SetHandleMouseInterface(orvek::base::BaseMouseHandler* handler);
-    //! Whether a repaint is requested every millisecond instead of on demand. Off by default.
+    //! If continuous is true, a repaint is requested every millisecond instead of on demand. Off by default.
     void setContinuousUpdate(bool continuous);
     //! The manager's number for this view, or -1 without a manager or window.
     int GetViewId() const;

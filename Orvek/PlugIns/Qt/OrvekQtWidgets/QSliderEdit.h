@@ -10,10 +10,11 @@
 //! text field, units and a button that returns to the default.
 //!
 //! What the user does is announced by signals; what the host sets through setValue() is not. The text field keeps what
-//! was typed, also when the number was clamped. Text that is no number is ignored. Numbers are read and written as in
+//! was typed, even if the number was clamped. Text that is not a number is ignored. Numbers are read and written as in
 //! C, with a decimal point.
 //!
-//! The children "label", "decrement", "slider", "increment", "lineEdit", "units" and "reset" belong to the editor.
+//! The wheel scrolls what lies around the editor and never changes the value. Its children are "label", "decrement",
+//! "slider", "increment", "lineEdit", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
     //! release will set. Default false.
     Q_PROPERTY(bool liveUpdate READ liveUpdate WRITE setLiveUpdate)
     //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for the two other widths.
+    //! for example, is laid out as the nearest possible one. The same holds for textWidth and unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of the text field in pixels, default 80.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
@@ -36,19 +37,19 @@ class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
     //! Whether the reset button can be used while the value differs from the default. Default false; setting a default
     //! value turns it on. The button is always visible.
     Q_PROPERTY(bool showDefaultButton READ showDefaultButton WRITE setShowDefaultButton)
-    //! Lower end of the range, in the unit of the value. Default 0. See setMinimum().
+    //! Lower end of the range, in the unit of the value. Default 0.
     Q_PROPERTY(double minimum READ minimum WRITE setMinimum)
-    //! Upper end of the range, in the unit of the value. Default 1. See setMaximum().
+    //! Upper end of the range, in the unit of the value. Default 1.
     Q_PROPERTY(double maximum READ maximum WRITE setMaximum)
     //! What the reset button returns to, in the unit of the value. Default 0; not clamped until it is used.
     Q_PROPERTY(double defaultValue READ defaultValue WRITE setDefaultValue)
-    //! Distance of two slider positions, in the unit of the value. Default 0: 1000 steps. See setStep().
+    //! Distance of two slider positions, in the unit of the value. Default 0: 1000 steps.
     Q_PROPERTY(double step READ step WRITE setStep)
-    //! The value as a double, within the range. Default 0. See setValue().
+    //! The value as a double, within the range. Default 0.
     Q_PROPERTY(QVariant value READ value WRITE setValue)
-    //! Whether equal distances on the slider are equal ratios of the value. Default false. See setLogarithmic().
+    //! Whether equal distances on the slider are equal ratios of the value. Default false.
     Q_PROPERTY(bool logarithmic READ logarithmic WRITE setLogarithmic)
-    //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal. See setOrientation().
+    //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal.
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
 
 public:
@@ -71,26 +72,30 @@ public:
     void setShowButtons(bool show);
     bool showDefaultButton() const;
     void setShowDefaultButton(bool show);
+
     //! Ends of the range. The setters only store the number: value, handle and text follow at the next setValue() or
     //! user edit, so set the range first. A minimum above the maximum makes every value the maximum; with equal ends,
-    //! or an end that a logarithm does not reach, the handle stays at the start.
+    //! an infinite end (which clamps to the largest double), or an end that a logarithm does not reach, the handle
+    //! stays at the start.
     double minimum() const;
     void setMinimum(double minimum);
     double maximum() const;
     void setMaximum(double maximum);
+
     double defaultValue() const;
     //! Also turns showDefaultButton on.
     void setDefaultValue(double value);
     double step() const;
     //! Gives the slider as many equal steps as fit the current range, 10000 at most, so set the range first; values are
-    //! not rounded to them. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows
-    //! it, with valueChanged().
+    //! not rounded to them. A range that the step does not divide is divided evenly: 0.3 on 0 to 1 gives three steps of
+    //! a third each. A step of 0 or less leaves the slider as it is. When the handle has to move, the value follows it,
+    //! with valueChanged().
     void setStep(double step);
     QVariant value() const;
     //! Sets what a double can be made of, clamped into the range, without valueChanged(); anything else is ignored.
     //! Afterwards the editor's signals are not blocked, even if they were before.
     void setValue(QVariant value);
-    //! The same; the text field is left empty unless showText.
+    //! As setValue(value); the text field is left empty unless showText.
     void setValue(QVariant value, bool showText);
     bool logarithmic() const;
     //! Turning it on makes the range usable: a minimum of 0 or less becomes a hundredth of the maximum, and a maximum
@@ -98,8 +103,9 @@ public:
     //! moves the handle, with valueChanged().
     void setLogarithmic(bool logarithmic);
     Qt::Orientation orientation() const;
-    //! Builds the row anew, with the margins of the style. Step buttons stay at the ends of the slider, units and reset
-    //! button beside the text field. An editor narrower than its minimumSizeHint() cuts the right end of the row off.
+    //! Builds the row again, with the margins of the style. Step buttons stay at the ends of the slider, units and
+    //! reset button beside the text field. An editor narrower than its minimumSizeHint() cuts the right end of the row
+    //! off.
     void setOrientation(Qt::Orientation orientation);
 
     //! The text that shows a value: six significant digits, with an exponent below 1e-4 and from 1e6 on. Override both
@@ -107,7 +113,7 @@ public:
     virtual QString valueToText(double value);
     //! The value of a text. Sets ok to whether there is one; ok must not be null.
     virtual double textToValue(QString text, bool* ok);
-    //! Moves the handle by as many single steps, as the step buttons do with 1 and -1; valueChanged() comes when it
+    //! Moves the handle by direction single steps, as the step buttons do with 1 and -1; valueChanged() comes when it
     //! moved.
     virtual void incrementDecrement(int direction);
 
@@ -121,6 +127,7 @@ Q_SIGNALS:
     void startedEdit();
 
 public Q_SLOTS:
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_increment_clicked();
     void on_decrement_clicked();
     void on_reset_clicked();

@@ -9,10 +9,12 @@
 //! Edits three single-precision numbers in one row: title, three text fields with captions, units and a button that
 //! returns to the default.
 //!
-//! A component is taken over when its field finishes editing; text that is no number, in the form of C with a decimal
-//! point, is ignored and stays in the field. Components have no range; a number too large for a float becomes infinite.
+//! A component is committed when its field finishes editing. Text that is not a number, in the form of C with a decimal
+//! point, is ignored and stays in the field. Fields show six significant digits. Components have no range; a number too
+//! large for a float becomes infinite.
 //!
-//! The children "label", "xLabel", "x", "yLabel", "y", "zLabel", "z", "units" and "reset" belong to the editor.
+//! The editor asks for a height of 132 pixels until the host sets another minimum height. Its children are "label",
+//! "xLabel", "x", "yLabel", "y", "zLabel", "z", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QVectorEdit : public QPropertyEditWidget
 {
     Q_OBJECT
@@ -20,10 +22,10 @@ class ORVEKQTWIDGETS_EXPORT QVectorEdit : public QPropertyEditWidget
     Q_PROPERTY(QString title READ title WRITE setTitle)
     //! Whether the captions are R, G, B instead of X, Y, Z. Default false. Nothing else depends on it.
     Q_PROPERTY(bool colourEdit READ colourEdit WRITE setColourEdit)
-    //! Stored for the host; components are taken over when their field finishes editing either way. Default false.
+    //! Stored for the host; components are committed when their field finishes editing either way. Default false.
     Q_PROPERTY(bool liveUpdate READ liveUpdate WRITE setLiveUpdate)
     //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for the two other widths.
+    //! for example, is laid out as the nearest possible one. The same holds for textWidth and unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of each of the three fields in pixels, default 80.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
@@ -31,7 +33,7 @@ class ORVEKQTWIDGETS_EXPORT QVectorEdit : public QPropertyEditWidget
     Q_PROPERTY(QString units READ units WRITE setUnits)
     //! Width of the units in pixels, default 40.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
-    //! The value. Default (0, 0, 0). See setValue().
+    //! The value. Default (0, 0, 0).
     Q_PROPERTY(QVector3D value READ value WRITE setValue)
 
 public:
@@ -55,7 +57,7 @@ public:
     //! Sets any value, without valueChanged(). Afterwards the editor's signals are not blocked, even if they were
     //! before.
     void setValue(QVector3D value);
-    //! The same; the three fields are left empty unless showText.
+    //! As setValue(value); the three fields are left empty unless showText.
     void setValue(QVector3D value, bool showText);
     //! What the reset button returns to. Default (0, 0, 0). The button is enabled while the value differs.
     QVector3D defaultValue() const;
@@ -64,11 +66,12 @@ public:
 Q_SIGNALS:
     //! Never emitted.
     void startedEdit();
-    //! The user took over a component, the same number included, or reset the value; value() already returns the new
-    //! one.
+    //! The user committed a component, even if the number is the same as before, or reset the value; value() already
+    //! returns the new one.
     void valueChanged();
 
 public Q_SLOTS:
+    //! Connected by name to the signals of the children; hosts have no need to call them.
     void on_reset_clicked();
     void on_x_editingFinished();
     void on_y_editingFinished();
