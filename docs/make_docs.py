@@ -1,15 +1,19 @@
 #!/usr/bin/env python3
-"""Makes the documentation: HTML and a Qt help file. Fails when QDoc says anything, when a link or picture is missing, or
-when a property, signal or function of a public class has no entry. scripts/docs calls it."""
+"""Makes the documentation: HTML and a Qt help file. Fails when QDoc says anything, when a link or picture is missing,
+when a class has no page, or when a member has no comment in its header. scripts/docs calls it."""
 import argparse
 import html.parser
+import os
 import pathlib
 import re
 import shutil
 import struct
 import subprocess
 import sys
+import tempfile
 import urllib.parse
+
+import header_comments
 
 DOCS = pathlib.Path(__file__).resolve().parent
 HEADERS = DOCS.parent / "Orvek"
@@ -38,14 +42,15 @@ class Page(html.parser.HTMLParser):
         self.text.append(data)
 
 
-def run_qdoc(options, html_dir):
+def run_qdoc(options, html_dir, generated):
     """Runs both of QDoc's phases and returns what it complained about."""
     complaints = []
     command = [options.qdoc, "-outputdir", str(html_dir)]
-    command += [f"-I{path}" for path in options.include]
+    command += [f"-I{path}" for path in (generated, *options.include)]
     for phase in ("-prepare", "-generate"):
         result = subprocess.run(command + [phase, str(DOCS / "orvekqtwidgets.qdocconf")], text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False, errors="replace",
+                                env={**os.environ, "ORVEK_HEADER_COMMENTS": generated})
         complaints += [line for line in result.stdout.splitlines() if line and not line.startswith("qt.qdoc: ")]
         if result.returncode != 0:
             complaints.append(f"qdoc {phase} ended with {result.returncode}")
@@ -92,50 +97,6 @@ def dead_links(html_dir):
     return dead
 
 
-def public_members(header):
-    """Class and member names in the public part of a header; overrides and slots for children are left out."""
-    text = re.sub(r"//.*", "", header.read_text(encoding="utf-8"))
-    for match in re.finditer(r"^class (?:\w+_EXPORT )?(\w+)[^;{]*\{(.*?)^\};", text, re.M | re.S):
-        name, body = match.groups()
-        public = True
-        for line in body.splitlines():
-            access = re.match(r"\s*(public|protected|private|Q_SIGNALS)\b.*:$", line)
-            if access:
-                public = access.group(1) in ("public", "Q_SIGNALS")
-            prop = re.match(r"\s*Q_PROPERTY\(.*?(\w+) READ", line)
-            function = re.match(r"\s*[\w:<>*& ]*?\b(~?\w+)\(.*(;|\{\}|= 0;)$", line)
-            if prop:
-                yield name, prop.group(1)
-            elif public and function and "override" not in line and not re.match(r"on_|Reserved|Q_|~", function.group(1)):
-                yield name, function.group(1)
-
-
-def missing_entries(html_dir):
-    pages = {}
-    for path in html_dir.glob("*.html"):
-        if not path.name.endswith("-members.html"):
-            pages[path.name.rpartition("-")[2][:-len(".html")]] = Page(path).anchors
-    missing = []
-    for header in sorted(HEADERS.rglob("*.h")):
-        text = header.read_text(encoding="utf-8")
-        if "ORVEKQTWIDGETS_EXPORT" not in text and "PlugIns" in header.parts:
-            continue
-        for name, member in public_members(header):
-            anchors = pages.get(name.lower())
-            if anchors is None:
-                missing.append(f"{name}: no page")
-                continue
-            # A property's page entry stands for its getter and setter.
-            wanted = {member, f"{member}-prop"}
-            setter = re.match(r"set(\w)(\w*)|is(\w)(\w*)", member)
-            if setter:
-                first, rest = (group for group in setter.groups() if group is not None)
-                wanted.add(f"{first.lower()}{rest}-prop")
-            if not wanted & anchors:
-                missing.append(f"{name}::{member}: no entry")
-    return missing
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--qdoc", required=True)
@@ -147,10 +108,19 @@ def main():
     html_dir = options.output / "html"
     shutil.rmtree(html_dir, ignore_errors=True)
     options.output.mkdir(parents=True, exist_ok=True)
-    complaints = run_qdoc(options, html_dir)
+    # Not below the output: QDoc reads its path from the environment as Latin-1.
+    with tempfile.TemporaryDirectory() as generated:
+        classes, complaints = header_comments.write(HEADERS, pathlib.Path(generated))
+        complaints += run_qdoc(options, html_dir, generated)
+        # Whoever mends a comment looks for its member, not for a line of a file that is gone by then.
+        lines = (pathlib.Path(generated) / "members.qdoc").read_text(encoding="utf-8").splitlines()
+        complaints = [re.sub(r"^\S+members\.qdoc:(\d+)", lambda match: lines[int(match.group(1))], line)
+                      for line in complaints]
+    complaints += [f"{name}: no page" for name in classes
+                   if not (html_dir / f"{name.lower().replace('::', '-')}.html").is_file()]
     if not complaints:
         set_image_sizes(html_dir)
-        complaints = dead_links(html_dir) + missing_entries(html_dir)
+        complaints = dead_links(html_dir)
     if complaints:
         sys.exit("\n".join(complaints))
     help_file = options.output / "orvekqtwidgets.qch"

@@ -1,0 +1,133 @@
+"""Writes what the pages say about members, and the descriptions of classes, from the comments in the installed headers.
+
+A comment (//!) serves the function below it with its overloads and its setter; the first and only one between two blank
+lines serves all functions there. Functions that read or write a property are part of the entry of the property. A page
+fetches the description of its class with `\\include classes.qdocinc NAME`."""
+import itertools
+import re
+
+CLASS = re.compile(r"class (?:\w+_EXPORT )?(\w+)\b(?!.*;)")
+COMMENT = re.compile(r"\s*//! ?(.*)")
+ACCESS = re.compile(r"(public|protected|private|signals|Q_SIGNALS)\b[\w ]*:$")
+PROPERTY = re.compile(r"Q_PROPERTY\(.*?(\w+) READ (\w+)(?: WRITE (\w+))?")
+FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\[\[\w+\]\]) )*(.*?)(~?\w+)\((.*)\)( const)?"
+                      r"(?: noexcept)?(?: override)?(?: = 0| = default)?(?:;| ?\{.*\})$")
+# Qt documents what is overridden; the others are not for hosts.
+EXEMPT = re.compile(r"^[^~]*\boverride\b|= delete|^(friend|using|class|struct|QT_|Q_(?!PROPERTY|INVOKABLE))")
+
+
+def installed_headers(folder):
+    """The headers of the engine's interfaces, and elsewhere those with an exported class."""
+    return [path for path in sorted(folder.rglob("*.h"))
+            if path.relative_to(folder).parts[0] in ("Base", "CrossPlatform")
+            or re.search(r"^class \w+_EXPORT ", path.read_text(encoding="utf-8"), re.M)]
+
+
+def serves_block(lines, first):
+    """Whether the comment that begins there is the first and only one between two blank lines."""
+    def ends(line):
+        return not line.strip() or ACCESS.match(line.strip())
+    declared = itertools.dropwhile(COMMENT.match, itertools.takewhile(lambda line: not ends(line), lines[first:]))
+    return ends(lines[first - 1]) and not any(map(COMMENT.match, declared))
+
+
+def declarations(path):
+    """Yields line number, class, declaration and comment of each class (without a declaration) and of each property and
+    public or protected member. Declarations that share a comment share the list."""
+    name = statement = served = ""
+    namespaces, comment, in_comment, for_block, visible = [], [], False, False, False
+    lines = path.read_text(encoding="utf-8").splitlines()
+    for number, line in enumerate(lines, 1):
+        said = COMMENT.match(line)
+        if said and not in_comment:
+            comment, served, for_block = [], "", serves_block(lines, number - 1)
+        in_comment = bool(said)
+        if said:
+            comment.append(said.group(1))
+        if said or line == "{":
+            continue
+        statement = f"{statement} {line.split('//')[0].strip()}".strip()
+        if name and statement and statement[-1] not in ":;})" and statement != "Q_OBJECT":
+            continue
+        if CLASS.match(line):
+            name, visible = "::".join([*namespaces, CLASS.match(line).group(1)]), False
+            yield number, name, "", comment
+        elif line.startswith("namespace "):
+            namespaces.append(line.split()[1])
+        elif line.startswith("};"):
+            name = ""
+        elif line.startswith("}") and namespaces:
+            namespaces.pop()
+        elif ACCESS.match(statement):
+            visible = not statement.startswith("private")
+        elif name and statement and not EXEMPT.search(statement):
+            function, prop = FUNCTION.match(statement), PROPERTY.match(statement)
+            member = function.group(2) if function else ""
+            setter = "set" + re.sub("^(is|has)(?=[A-Z])", "", served)
+            if not served or member == served or member.lower() == setter.lower() or for_block and member[:1].isalpha():
+                shared = comment
+            else:
+                shared = []
+            if visible or prop:
+                yield number, name, statement, shared
+            served, statement = served or member or "property", ""
+            continue
+        statement, served, comment = "", "", []
+
+
+def marked_up(comment, parameters=()):
+    """The comment for QDoc, with a line for each paragraph."""
+    text = "\n".join(comment).replace("\\", "\\\\").replace("*/", "* /")
+    text = "\n\n".join(part.replace("\n", " ") for part in text.split("\n\n"))
+    for parameter in parameters:
+        text = re.sub(rf'(?<![\w"])(?<!\\a ){parameter}\b(?![\w"(])', rf"\\a {parameter}", text)
+    return text
+
+
+def write(folder, output):
+    """Writes what QDoc reads besides the pages: members.qdoc, the descriptions for \\include, and the header with all
+    headers. Returns the names of the classes, and complaints about members without a comment."""
+    classes, properties, accessors, functions, missing = {}, {}, {}, {}, []
+    for path in installed_headers(folder):
+        for number, name, statement, comment in declarations(path):
+            short = name.rpartition("::")[2]
+            prop, function = PROPERTY.match(statement), FUNCTION.match(statement)
+            returns, member, parameters, const = function.groups(default="") if function else ("", statement, "", "")
+            if prop:
+                member = prop.group(1)
+                properties[name, member] = [marked_up(comment)]
+                accessors.update({(name, accessor): (name, member) for accessor in prop.groups()[1:]})
+            elif not statement:
+                classes[name] = marked_up(comment)
+            elif (name, member) in accessors and "," not in parameters:
+                texts, text = properties[accessors[name, member]], marked_up(comment)
+                if text and text not in texts:
+                    texts.append(f"\\c {{{member}()}}: {text}" if member.startswith("set") else text)
+                continue
+            elif function:
+                if member == f"~{short}" and not comment:
+                    continue
+                if member == short and "parent" in parameters:
+                    comment = [*(comment or [f"Makes a {short}."]), "It is a child of parent."]
+                parameters = re.sub(" = [^,]+", "", parameters)
+                lines, _, names = functions.setdefault(id(comment), ([], comment, []))
+                lines.append(f"\\fn {returns}{name}::{member}({parameters}){const}")
+                names += re.findall(r"(\w+)(?:,|$)", parameters)
+            if not comment:
+                missing.append(f"{path}:{number}: no comment for {name}{'::' if member else ''}{member}")
+    blocks = []
+    for lines, comment, names in functions.values():
+        # QDoc wants all parameters and a "returns" only where an entry is for one function.
+        text = marked_up(comment, names if len(lines) == 1 else ())
+        if len(lines) == 1 and lines[0].startswith("\\fn bool "):
+            text = re.sub("^Whether", "Returns whether", text)
+        blocks.append("\n".join([*lines, text]))
+    for (name, member), texts in properties.items():
+        texts[0] = re.sub(r"\. (?=[A-Z])", ".\n\n", texts[0], count=1)
+        blocks.append("\n\n".join([f"\\property {name}::{member}\n\\brief {texts[0]}", *texts[1:]]))
+    files = {"members.qdoc": [f"/*!\n{block}\n*/" for block in blocks],
+             "classes.qdocinc": [f"//! [{name}]\n{text}\n//! [{name}]" for name, text in classes.items()],
+             "module.h": [f"#include <{path.relative_to(folder.parent)}>" for path in installed_headers(folder)]}
+    for name, parts in files.items():
+        (output / name).write_text("\n".join(parts) + "\n", encoding="utf-8")
+    return classes, missing
