@@ -832,8 +832,11 @@ private:
             spy = std::make_unique<QSignalSpy>(target, SIGNAL(valueChanged()));
         // A field that is hidden loses the focus, and then says what was written into it.
         const bool leaves = name == "showAlpha" && target->isAncestorOf(QApplication::focusWidget());
+        const bool isAwaited = bool(m_onSignal);
         property.write(target, value);
-        if (spy && !target->property(Worn).toBool())
+        // A slot of the host's may have written something else meanwhile.
+        const bool hostActed = isAwaited && !m_onSignal;
+        if (spy && !hostActed && !target->property(Worn).toBool())
         {
             static const QList<QByteArray> loud = {"liveUpdate", "logarithmic", "step",
                                                    "minimum",    "maximum",     "powerOfTwo"};
