@@ -52,7 +52,8 @@ Result apply(const QWidget* section, const QWidget* contents, const QString& tit
         const bool matches = showAll || labelOf(child).contains(text, Qt::CaseInsensitive);
         result.found |= matches;
         child->setVisible(matches);
-        if (showAll || !child || !setMark(child, matches))
+        // A slot of the host may have deleted it by now.
+        if (showAll || child.isNull() || !setMark(child, matches))
             continue;
         polish(section->style(), child);
         result.changed << child;
