@@ -1,0 +1,112 @@
+#pragma once
+
+#include <tests/testsupport.h>
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QLabelEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
+
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QVBoxLayout>
+
+#include <memory>
+
+// Every kind of editor, in every kind of window: what the tests of the host library run on.
+namespace hostsupport
+{
+using Create = QWidget* (*)();
+
+template <typename Widget>
+QWidget* create()
+{
+    return new Widget;
+}
+
+struct Kind
+{
+    const char* name;
+    Create create;
+};
+inline const Kind editorKinds[] = {{"slider", create<QSliderEdit>}, {"integer", create<QIntSliderEdit>},
+                                   {"vector", create<QVectorEdit>}, {"colour", create<QColourEdit>},
+                                   {"text", create<QLabelEdit>},    {"file", create<QFileEdit>}};
+inline const Kind windowKinds[] = {{"widget", create<QWidget>}, {"dialog", create<QDialog>}};
+
+//! Columns "window" and "editor": each kind of editor in each kind of window.
+inline void addKinds()
+{
+    QTest::addColumn<Create>("window");
+    QTest::addColumn<Create>("editor");
+    for (const Kind& window : windowKinds)
+        for (const Kind& editor : editorKinds)
+            QTest::addRow("%s in %s", editor.name, window.name) << window.create << editor.create;
+}
+
+//! The editor's fields in the order of the components.
+inline QVector<QLineEdit*> fieldsOf(const QWidget& editor)
+{
+    QVector<QLineEdit*> fields;
+    for (const char* name : {"lineEdit", "x", "y", "z", "red", "green", "blue", "alpha"})
+        if (auto* field = editor.findChild<QLineEdit*>(QLatin1String(name), Qt::FindDirectChildrenOnly))
+            fields << field;
+    return fields;
+}
+
+inline void showActive(QWidget& window)
+{
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
+//! A panel with sections: addSection() and then addRow() fill it, show() it yourself.
+struct Panel
+{
+    Panel()
+    {
+        auto* area = new QScrollArea;
+        area->setWidgetResizable(true);
+        column = new QWidget;
+        auto* rows = new QVBoxLayout(column);
+        rows->setAlignment(Qt::AlignTop);
+        area->setWidget(column);
+        area->setParent(&panel);
+        panel.resize(420, 600);
+    }
+    QAccordion* addSection(const QString& title, QWidget* inside = nullptr)
+    {
+        auto* section = new QAccordion;
+        section->setTitle(title);
+        section->setObjectName(title);
+        auto* contents = new QWidget(section);
+        new QVBoxLayout(contents);
+        (inside ? inside : column)->layout()->addWidget(section);
+        return section;
+    }
+    static QWidget* contentsOf(QAccordion* section) { return section->layout()->itemAt(1)->widget(); }
+    template <typename Editor = QSliderEdit>
+    static Editor* addRow(QAccordion* section, const QString& title)
+    {
+        auto* editor = new Editor;
+        if constexpr (std::is_same_v<Editor, QColourEdit>)
+            editor->setLabel(title);
+        else
+            editor->setTitle(title);
+        contentsOf(section)->layout()->addWidget(editor);
+        return editor;
+    }
+    QLineEdit* search() { return child<QLineEdit>(panel, "search"); }
+
+    QPropertyPanel panel;
+    QWidget* column = nullptr;
+};
+} // namespace hostsupport
+
+Q_DECLARE_METATYPE(hostsupport::Create)
