@@ -70,7 +70,8 @@ bool EditorTree::eventFilter(QObject*, QEvent* event)
     QObject* child = static_cast<QChildEvent*>(event)->child();
     if (!child->isWidgetType())
         return false;
-    auto* widget = static_cast<QWidget*>(child);
+    // A key, until it is known to live: what leaves may be no more than a QObject.
+    auto* widget = reinterpret_cast<QWidget*>(child);
     if (event->type() == QEvent::ChildAdded)
     {
         if (m_arrivals.isEmpty())
@@ -80,7 +81,7 @@ bool EditorTree::eventFilter(QObject*, QEvent* event)
     else if (m_followed.contains(widget))
     {
         // What is being destroyed has no children any more.
-        const auto inside = widget->findChildren<QWidget*>();
+        const auto inside = child->findChildren<QWidget*>();
         for (QWidget* descendant : inside)
             forget(descendant);
         forget(widget);
