@@ -146,6 +146,10 @@ QStringList textsOfValue(QWidget* editor)
         return {integerEdit->valueToText(int(value.numbers.value(0)))};
     if (value.numbers.isEmpty())
         return {value.text};
+    QString text;
+    if (value.numbers.size() == 1 && editor->metaObject()->indexOfMethod("valueToText(double)") >= 0 &&
+        QMetaObject::invokeMethod(editor, "valueToText", Q_RETURN_ARG(QString, text), Q_ARG(double, value.numbers[0])))
+        return {text};
     QStringList texts;
     for (const double number : value.numbers)
         texts << componentText(number);

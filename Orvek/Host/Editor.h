@@ -50,6 +50,6 @@ EditorValue readValue(const QWidget* editor);
 //! is typed into them. Does nothing with an unknown value.
 void writeValue(QWidget* editor, const EditorValue& value);
 //! What the editor would show in each of its fields for the value that it has: asks its valueToText(), also a derived
-//! one's.
+//! one's, and that of a host's own if Qt can invoke it by name.
 QStringList textsOfValue(QWidget* editor);
 } // namespace orvek::host
