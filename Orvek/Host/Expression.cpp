@@ -1,0 +1,69 @@
+#include <Orvek/Host/Expression.h>
+
+#include <QtCore/QRegularExpression>
+
+#include <muParser.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvek::host
+{
+namespace
+{
+// muParser knows no product without its sign. A name before a parenthesis is a function.
+QString withProductSigns(const QString& text)
+{
+    static const QRegularExpression token(
+        QStringLiteral(R"((?<number>(\d+\.?\d*|\.\d+)(e[-+]?\d+)?)|(?<name>[a-z_]\w*)|\S)"),
+        QRegularExpression::CaseInsensitiveOption);
+    QString result;
+    int end = 0;
+    bool afterNumber = false;
+    bool afterParenthesis = false;
+    auto matches = token.globalMatch(text);
+    while (matches.hasNext())
+    {
+        const QRegularExpressionMatch match = matches.next();
+        const QString part = match.captured();
+        const bool isNumber = !match.captured(QStringLiteral("number")).isEmpty();
+        const bool opens = part == QLatin1String("(") || !match.captured(QStringLiteral("name")).isEmpty();
+        result += text.mid(end, int(match.capturedStart()) - end);
+        if ((opens && (afterNumber || afterParenthesis)) || (isNumber && afterParenthesis))
+            result += QLatin1Char('*');
+        result += part;
+        end = int(match.capturedEnd());
+        afterNumber = isNumber;
+        afterParenthesis = part == QLatin1String(")");
+    }
+    return result;
+}
+} // namespace
+
+std::optional<double> evaluate(const QString& text)
+{
+    const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 128; });
+    if (!isAscii || text.trimmed().isEmpty())
+        return {};
+    mu::string_type expression; // its characters are wide on some platforms
+    const QString complete = withProductSigns(text);
+    for (const QChar c : complete)
+        expression += static_cast<mu::char_type>(c.unicode());
+    try
+    {
+        mu::Parser parser;
+        parser.DefineConst(_T("pi"), 3.14159265358979323846);
+        parser.DefineConst(_T("e"), 2.71828182845904523536);
+        parser.SetExpr(expression);
+        const double result = parser.Eval();
+        // "1,5" is two results, of which it returns the last.
+        if (parser.GetNumResults() == 1 && std::isfinite(result))
+            return result;
+    }
+    catch (const mu::ParserError&)
+    {
+        return {};
+    }
+    return {};
+}
+} // namespace orvek::host

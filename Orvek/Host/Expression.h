@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <optional>
+
+namespace orvek::host
+{
+//! The number of an arithmetic expression: "3*2", "1/3", "sqrt(2)", "2pi", with the point of the C locale. Nothing if
+//! it is no expression or has no finite number. Private.
+std::optional<double> evaluate(const QString& text);
+} // namespace orvek::host
