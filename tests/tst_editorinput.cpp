@@ -17,7 +17,7 @@ Q_DECLARE_METATYPE(Setup)
 
 namespace
 {
-const QVariant third = QVariant(1.0 / 3.0);
+constexpr double third = 1.0 / 3.0;
 
 // A host's own, connected in its own way, with conversions that can be invoked by name.
 class OwnEditor : public QWidget
@@ -96,18 +96,17 @@ struct Scene
 // A value whose texts do not say all of it, in fields that have been written since they were left.
 void setOddValue(QWidget* editor)
 {
-    constexpr float component = 1.0F / 3.0F;
     if (auto* colour = qobject_cast<QColourEdit*>(editor))
-        colour->setColour(1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0);
+        colour->setColour(third, third, third, third);
     else if (auto* vector = qobject_cast<QVectorEdit*>(editor))
-        vector->setValue({component, component, component});
+        vector->setValue({float(third), float(third), float(third)});
     else if (auto* integer = qobject_cast<QIntSliderEdit*>(editor))
     {
         integer->setEnums({"none", "some", "all"});
         integer->setValue(1);
     }
     else
-        editor->setProperty(qobject_cast<QFileEdit*>(editor) ? "filename" : "value", third);
+        editor->setProperty(qobject_cast<QFileEdit*>(editor) ? "filename" : "value", QVariant(third));
     for (QLineEdit* field : hostsupport::fieldsOf(*editor))
         field->setText(qobject_cast<QColourEdit*>(editor) ? QStringLiteral("0.333333") : field->text());
 }
@@ -247,7 +246,7 @@ private Q_SLOTS:
         add(integer, powers, "48", 64, "64");
         add(integer, names, "off", 3, "Off");
         add(integer, names, "4", 2, "4");
-        add(vector, none, "1./3", QVector3D(1.0F / 3.0F, 0, 0), "0.333333");
+        add(vector, none, "1./3", QVector3D(float(third), 0, 0), "0.333333");
         add(vector, none, "nan", {}, "0");
         add(vector, none, "1 2.5 -3", QVector3D(1, 2.5, -3), "1");
         add(own, none, "2 px", 2.0, "2 px");
@@ -281,98 +280,77 @@ private Q_SLOTS:
         }
     }
 
-    void arrowsStep_data()
-    {
-        QTest::addColumn<hostsupport::Create>("editor");
-        QTest::addColumn<Setup>("setup");
-        QTest::addColumn<QVector<double>>("values"); // after Up, Shift+Up, Ctrl+Up, Down
-        const auto add = [](const char* name, hostsupport::Create editor, const QVector<double>& values,
-                            const QVector<QPair<const char*, double>>& properties = {})
-        {
-            QTest::newRow(name) << editor
-                                << Setup(
-                                       [properties](QWidget* widget)
-                                       {
-                                           for (const auto& property : properties)
-                                               widget->setProperty(property.first, property.second);
-                                       })
-                                << values;
-        };
-        const hostsupport::Create slider = hostsupport::create<QSliderEdit>;
-        const hostsupport::Create integer = hostsupport::create<QIntSliderEdit>;
-        add("range", slider, {0.01, 0.11, 0.111, 0.101});
-        add("step", slider, {0.1, 1, 1, 0.9}, {{"step", 0.1}});
-        add("ratio", slider, {1.25892541179417, 12.5892541179417, 12.8824955169313, 10.2329299228075},
-            {{"maximum", 1e10}, {"minimum", 1}, {"logarithmic", 1}});
-        add("integer", integer, {1, 11, 12, 11});
-        add("powers", integer, {2, 2048, 4096, 2048}, {{"maximum", 1 << 20}, {"powerOfTwo", 1}});
-        add("vector", hostsupport::create<QVectorEdit>, {0.1, 1.1, 1.11, 1.01});
-        add("colour", hostsupport::create<QColourEdit>, {0.01, 0.11, 0.111, 0.101});
-    }
     void arrowsStep()
     {
-        QFETCH(hostsupport::Create, editor);
-        QFETCH(Setup, setup);
-        QFETCH(QVector<double>, values);
-        const std::unique_ptr<QWidget> widget(editor());
-        setup(widget.get());
-        QLineEdit* field = hostsupport::fieldsOf(*widget).first();
-        const QVector<QPair<Qt::Key, Qt::KeyboardModifier>> keys = {{Qt::Key_Up, Qt::KeypadModifier},
-                                                                    {Qt::Key_Up, Qt::ShiftModifier},
-                                                                    {Qt::Key_Up, Qt::ControlModifier},
-                                                                    {Qt::Key_Down, Qt::NoModifier}};
-        QSignalSpy changes(widget.get(), SIGNAL(valueChanged()));
-        QTest::keyClick(field, Qt::Key_Up);
-        QVERIFY(changes.isEmpty());
-        const EditorInput input(widget.get()); // also of an editor alone
-        for (int i = 0; i < keys.size(); ++i)
+        const struct
         {
-            QTest::keyClick(field, keys[i].first, keys[i].second);
-            QCOMPARE(field->text(), QString("%1").arg(values[i]));
-            QCOMPARE(changes.size(), i > 0 && values[i] == values[i - 1] ? 0 : 1);
-            const QVariant value = widget->property("value");
-            if (value.canConvert<double>())
-                QVERIFY(std::abs(value.toDouble() / values[i] - 1) < 1e-14);
-            changes.clear();
+            hostsupport::Create create;
+            QVector<double> values; // after Up, Shift+Up, Ctrl+Up, Down
+            QVector<QPair<const char*, double>> properties;
+        } cases[] = {
+            {hostsupport::create<QSliderEdit>, {0.01, 0.11, 0.111, 0.101}, {}},
+            {hostsupport::create<QSliderEdit>, {0.1, 1, 1, 0.9}, {{"step", 0.1}}},
+            {hostsupport::create<QSliderEdit>,
+             {10.1, 11.1567, 11.1678, 11.0572},
+             {{"maximum", 27.0481382942153}, {"minimum", 10}, {"logarithmic", 1}}}, // 1.01 to the power of 100
+            {hostsupport::create<QIntSliderEdit>, {1, 11, 12, 11}, {}},
+            {hostsupport::create<QIntSliderEdit>, {2, 2048, 4096, 2048}, {{"maximum", 1 << 20}, {"powerOfTwo", 1}}},
+            {hostsupport::create<QVectorEdit>, {0.1, 1.1, 1.11, 1.01}, {}},
+            {hostsupport::create<QColourEdit>, {0.01, 0.11, 0.111, 0.101}, {}}};
+        for (const auto& test : cases)
+        {
+            const std::unique_ptr<QWidget> editor(test.create());
+            for (const auto& property : test.properties)
+                editor->setProperty(property.first, property.second);
+            QLineEdit* field = hostsupport::fieldsOf(*editor).first();
+            QSignalSpy changes(editor.get(), SIGNAL(valueChanged()));
+            QTest::keyClick(field, Qt::Key_Up);
+            QVERIFY(changes.isEmpty());
+            const EditorInput input(editor.get()); // also of an editor alone
+            const Qt::KeyboardModifiers modifiers[] = {Qt::KeypadModifier, Qt::ShiftModifier, Qt::ControlModifier, {}};
+            for (int i = 0; i < 4; ++i)
+            {
+                changes.clear();
+                QTest::keyClick(field, i < 3 ? Qt::Key_Up : Qt::Key_Down, modifiers[i]);
+                QCOMPARE(field->text(), QString("%1").arg(test.values[i]));
+                QCOMPARE(changes.size(), i > 0 && test.values[i] == test.values[i - 1] ? 0 : 1);
+            }
+            field->setReadOnly(true);
+            QTest::keyClick(field, Qt::Key_Up);
+            QCOMPARE(field->text(), QString("%1").arg(test.values[3]));
         }
-        field->setReadOnly(true);
-        QTest::keyClick(field, Qt::Key_Up);
-        QVERIFY(changes.isEmpty());
     }
 
     void keypadTypesPoint()
     {
-        for (const bool isControl : {true, false})
+        QWidget root;
+        auto* number = new QSliderEdit(&root);
+        auto* text = new QLabelEdit(&root);
+        const auto type = [](const QWidget* editor)
         {
-            QSliderEdit editor;
-            QLabelEdit text;
-            const EditorInput input(isControl ? new QWidget(&editor) : static_cast<QWidget*>(&editor));
-            const EditorInput forText(&text);
-            for (QWidget* widget : {static_cast<QWidget*>(&editor), static_cast<QWidget*>(&text)})
-            {
-                auto* field = child<QLineEdit>(*widget, "lineEdit");
-                field->clear();
-                for (const Qt::Key key : {Qt::Key_Comma, Qt::Key_Period})
-                    QTest::sendKeyEvent(QTest::Click, field, key, ",", Qt::KeypadModifier);
-                QCOMPARE(field->text(), widget == &text || isControl ? ",," : "..");
-            }
-        }
+            auto* field = child<QLineEdit>(*editor, "lineEdit");
+            field->clear();
+            for (const Qt::Key key : {Qt::Key_Comma, Qt::Key_Period})
+                QTest::sendKeyEvent(QTest::Click, field, key, ",", Qt::KeypadModifier);
+            return field->text();
+        };
+        QCOMPARE(type(number), QStringLiteral(",,"));
+        const EditorInput input(&root);
+        QCOMPARE(type(number), QStringLiteral(".."));
+        QCOMPARE(type(text), QStringLiteral(",,"));
     }
 
     void wholeValuesAreCopiedAndPasted()
     {
         QWidget root;
-        QVectorEdit from;
-        QVectorEdit to;
-        QColourEdit colour;
-        QSliderEdit slider;
-        for (QWidget* editor : {static_cast<QWidget*>(&from), static_cast<QWidget*>(&to),
-                                static_cast<QWidget*>(&colour), static_cast<QWidget*>(&slider)})
-            editor->setParent(&root);
+        QVectorEdit from(&root);
+        QVectorEdit to(&root);
+        QColourEdit colour(&root);
+        QSliderEdit slider(&root);
         const auto press = [](const QWidget& editor, QKeySequence::StandardKey key)
         { QTest::keySequence(hostsupport::fieldsOf(editor).last(), key); };
         QClipboard* clipboard = QApplication::clipboard();
-        from.setValue({0.1F, -2, 1.0F / 3.0F});
+        from.setValue({0.1F, -2, float(third)});
         clipboard->setText("before");
         press(from, QKeySequence::Copy);
         QCOMPARE(clipboard->text(), QStringLiteral("before"));
@@ -396,22 +374,21 @@ private Q_SLOTS:
         press(colour, QKeySequence::Paste);
         QCOMPARE(colour.colour()[1], 128.0 / 255.0);
         QCOMPARE(hostsupport::fieldsOf(colour).last()->text(), QStringLiteral("1"));
-        colour.setColour(0.4, 0.4, 1.0 / 3.0, 1);
+        colour.setColour(0.4, 0.4, third, 1);
         press(colour, QKeySequence::Copy);
         QCOMPARE(clipboard->text(), QStringLiteral("#666655"));
         colour.setColour(0, 0, 0, 0);
         press(colour, QKeySequence::Paste);
-        QVERIFY(colour.colour()[2] == 1.0 / 3.0 && colour.colour()[3] == 1.0);
+        QVERIFY(colour.colour()[2] == third && colour.colour()[3] == 1.0);
         clipboard->setText("(2, 0.5; 1)");
         press(colour, QKeySequence::Paste);
         press(colour, QKeySequence::Copy);
         QCOMPARE(clipboard->text(), QStringLiteral("2 0.5 1 1"));
 
-        slider.setValue(third);
+        slider.setValue(QVariant(third));
         press(slider, QKeySequence::Copy);
         slider.setValue(0.0);
         slider.setDefaultValue(0.25);
-        QSignalSpy sliderChanges(&slider, SIGNAL(valueChanged()));
         const auto choose = [&slider](const char* text)
         {
             auto* label = child<QLabel>(slider, "label");
@@ -424,7 +401,7 @@ private Q_SLOTS:
             delete menu;
         };
         choose("Paste");
-        QVERIFY(slider.value().toDouble() == 1.0 / 3.0);
+        QVERIFY(slider.value().toDouble() == third);
         choose("Reset");
         QCOMPARE(slider.value(), QVariant(0.25));
         choose("Copy");
@@ -460,6 +437,7 @@ private Q_SLOTS:
         QVERIFY(field->property("invalid").toBool());
         input.reset(); // the inner one follows
         QTest::keyClick(field, Qt::Key_Escape);
+        QCOMPARE(field->text(), QStringLiteral("0.01"));
         QCOMPARE(pressAndCount(Qt::Key_Up), 1);
 
         QTest::keyClicks(field, "x");

@@ -165,7 +165,7 @@ private:
     bool acts() const { return m_editor && registry().value(m_key).value(0) == this; }
     bool isNumber() const { return !readValue(m_editor).numbers.isEmpty(); }
     static bool isTouched(const Field& field) { return field.edit->isModified() && field.edit->text() != field.text; }
-    void remember(Field& field, int index);
+    void remember(int index);
     void mark(int index);
     bool keyPressed(int index, QKeyEvent* event);
     bool focusLost(int index, QFocusEvent* event);
@@ -207,8 +207,6 @@ Row::Row(QWidget* editor, const Switches& switches, QObject* parent)
     {
         m_fields << Field{edit, QString()};
         edit->installEventFilter(this);
-        if (edit->isModified())
-            m_fields.last().text = textsOfValue(editor).value(m_fields.size() - 1);
     }
     // After the editor's own, so asked before it.
     if (m_slider)
@@ -282,9 +280,9 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
         ++index;
     if (index == m_fields.size())
         return false;
+    remember(index);
     if (event->type() == QEvent::FocusOut)
         return focusLost(index, static_cast<QFocusEvent*>(event));
-    remember(m_fields[index], index);
     if (event->type() == QEvent::KeyPress)
         return keyPressed(index, static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::ShortcutOverride)
@@ -301,14 +299,17 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-// Comes before whatever the user can type with, so a field that is not modified still has the text from before.
-void Row::remember(Field& field, int index)
+// Comes before whatever the user can type with, so a field that is not modified still has the text from before. What
+// was typed before this row acted is of no use, so it is the value's text then.
+void Row::remember(int index)
 {
+    Field& field = m_fields[index];
     if (!field.edit->isModified())
         field.text = field.edit->text();
-    if (std::exchange(field.isWatched, true))
-        return;
-    connect(field.edit, &QLineEdit::textChanged, this, [this, index] { mark(index); });
+    else if (!field.isWatched)
+        field.text = storedText(index);
+    if (!std::exchange(field.isWatched, true))
+        connect(field.edit, &QLineEdit::textChanged, this, [this, index] { mark(index); });
 }
 
 void Row::markFields()
@@ -482,7 +483,7 @@ QString Row::textToCommit(int index, const QString& text) const
 QString Row::withoutUnits(int index, const QString& text) const
 {
     static const QRegularExpression number(QStringLiteral(R"(^[-+]?[\d.]+(e[-+]?\d+)?)"));
-    const QString shown = textsOfValue(m_editor).value(index).trimmed();
+    const QString shown = storedText(index).trimmed();
     const QRegularExpressionMatch match = number.match(shown);
     QStringList units;
     for (const QString& unit : {shown.mid(match.hasMatch() ? int(match.capturedEnd()) : int(shown.size())).trimmed(),
