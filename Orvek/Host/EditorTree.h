@@ -26,6 +26,8 @@ public:
     //! Everything that is followed, parents before children, without the root. Takes in first what has come since the
     //! last event; so call it where a row built a moment ago must not be missed.
     QVector<QWidget*> widgets();
+    //! Takes in what has come since the last event, so that entered() is emitted now. Costs nothing if there is none.
+    void takeIn();
 
 Q_SIGNALS:
     //! The widget has come, and its constructor has ended. Parents come before their children.
@@ -40,7 +42,6 @@ private:
     explicit EditorTree(QWidget* root);
     void follow(QWidget* widget);
     void forget(QWidget* widget);
-    void takeIn();
 
     QWidget* const m_key; // of the registry; the root may be gone
     const QPointer<QWidget> m_root;
