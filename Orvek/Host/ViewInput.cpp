@@ -1,0 +1,433 @@
+#include <Orvek/Host/ViewInput.h>
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
+
+#include <QtCore/QHash>
+#include <QtCore/QPoint>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+#include <QtCore/QtMath>
+#include <QtCore/QVector>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QPlatformSurfaceEvent>
+#include <QtGui/QResizeEvent>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
+
+#include <utility>
+
+using orvek::base::BaseMouseHandler;
+using orvek::crossplatform::DisplaySurfaceManagerInterface;
+
+namespace orvek::host
+{
+namespace
+{
+bool isTab(const QKeyEvent* event)
+{
+    return (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) &&
+           !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+}
+
+// Milliseconds. Rounded up, so that there are never more frames than refreshes.
+int frameInterval(const QWidget* view)
+{
+    const QWindow* window = view->window()->windowHandle();
+    const QScreen* screen = window ? window->screen() : QGuiApplication::primaryScreen();
+    const qreal rate = screen ? screen->refreshRate() : 0.0;
+    constexpr qreal usual = 60.0; // where the platform does not know
+    return qMax(1, qCeil(1000.0 / (rate >= 1.0 ? rate : usual)));
+}
+} // namespace
+
+struct ViewInput::Private final : BaseMouseHandler
+{
+    Private(ViewInput* input, QRenderWidget* widget, BaseMouseHandler* engine) : q(input), view(widget), handler(engine)
+    {
+    }
+
+    void MouseDown(int button, int x, int y) override
+    {
+        press(button, x, y);
+        if (handler)
+            handler->MouseDown(button, x, y);
+    }
+    void MouseDoubleClick(int button, int x, int y) override
+    {
+        press(button, x, y);
+        if (handler)
+            handler->MouseDoubleClick(button, x, y);
+    }
+    void MouseUp(int button, int x, int y) override
+    {
+        position = {x, y};
+        const bool held = buttons.removeOne(button);
+        if (handler && (held || !releasesHeld))
+            handler->MouseUp(button, x, y);
+    }
+    void MouseMove(int x, int y) override
+    {
+        position = {x, y};
+        if (handler)
+            handler->MouseMove(x, y);
+    }
+    void MouseWheel(int delta, int modifiers) override
+    {
+        if (handler)
+            handler->MouseWheel(delta, modifiers);
+    }
+    void KeyboardInput(unsigned int key, bool pressed, int reserved) override;
+
+    void press(int button, int x, int y)
+    {
+        position = {x, y};
+        if (!buttons.contains(button))
+            buttons << button;
+    }
+    bool filterView(QEvent* event);
+    void release();
+    void resume();
+    void follow();
+    void park();
+    void unpark();
+    void remake();
+    void forgetWindow();
+    void registerWindow();
+
+    ViewInput* const q;
+    const QPointer<QRenderWidget> view;
+    BaseMouseHandler* handler;                         // not owned
+    DisplaySurfaceManagerInterface* manager = nullptr; // not owned
+    bool releasesHeld = true;
+    bool omitsRepeats = true;
+    bool passesTab = false;
+    bool keepsWindow = true;
+
+    QVector<int> buttons;                 // held, in the order of their presses
+    QPoint position;                      // of the pointer, in device pixels
+    QHash<quint32, uint> keys;            // held: the physical key, and the code that went to the handler
+    quint32 keyIdentity = 0;              // of the key event that the view handles
+    bool keyRepeats = false;              // as above
+    bool hasWindow = true;                // false from the loss of the native window to the next one
+    QTimer* timer = nullptr;              // a child of q; null unless updating continuously
+    QVector<QPointer<QWidget>> ancestors; // up to the top level; their events are filtered besides the view's
+    std::unique_ptr<QWindow> lot;         // never shown; holds the windows below for the moment of a show
+    QVector<QPointer<QWindow>> parked;
+};
+
+void ViewInput::Private::KeyboardInput(unsigned int key, bool pressed, int reserved)
+{
+    const bool held = keys.contains(keyIdentity);
+    if (omitsRepeats && (keyRepeats || (pressed && held)))
+        return;
+    if (pressed)
+        keys.insert(keyIdentity, key);
+    else if (held)
+        key = keys.take(keyIdentity); // with Shift pressed since, the platform has another code for it
+    else if (releasesHeld)
+        return;
+    if (handler)
+        handler->KeyboardInput(key, pressed, reserved);
+}
+
+void ViewInput::Private::release()
+{
+    // The handler may open a dialog, which comes here again.
+    const QVector<int> oldButtons = std::exchange(buttons, {});
+    const QHash<quint32, uint> oldKeys = std::exchange(keys, {});
+    for (int button : oldButtons)
+        if (handler)
+            handler->MouseUp(button, position.x(), position.y());
+    for (uint key : oldKeys)
+        if (handler)
+            handler->KeyboardInput(key, false, 0);
+    if (view && !(oldButtons.isEmpty() && oldKeys.isEmpty()))
+        view->Update();
+}
+
+void ViewInput::Private::resume()
+{
+    if (timer && !timer->isActive() && q->isSeen())
+        timer->start(frameInterval(view));
+}
+
+void ViewInput::Private::follow()
+{
+    for (const QPointer<QWidget>& widget : std::as_const(ancestors))
+        if (widget)
+            widget->removeEventFilter(q);
+    ancestors.clear();
+    for (QWidget* widget = view; !widget->isWindow();)
+    {
+        widget = widget->parentWidget();
+        widget->installEventFilter(q);
+        ancestors << widget;
+    }
+}
+
+// X11 cannot change some flags of a window that exists, so Qt makes another one when it is shown again. All native
+// windows in the old one are destroyed with it, and Qt does not notice. So they lie elsewhere for that moment.
+void ViewInput::Private::park()
+{
+    const QWindow* window = view->window()->windowHandle();
+    if (!keepsWindow || !window || QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    const auto children = window->findChildren<QWindow*>(QString(), Qt::FindDirectChildrenOnly);
+    if (children.isEmpty())
+        return;
+    lot = std::make_unique<QWindow>(window->screen());
+    lot->create();
+    for (QWindow* child : children)
+    {
+        child->setParent(lot.get());
+        parked << child;
+    }
+}
+
+void ViewInput::Private::unpark()
+{
+    if (parked.isEmpty())
+        return;
+    const auto windows = std::exchange(parked, {});
+    for (const QPointer<QWindow>& window : windows)
+        if (window && window->parent() == lot.get())
+            window->setParent(view->window()->windowHandle());
+    lot.reset();
+}
+
+// For a window that is there without being on the screen. The widget itself stays where it is in its parent.
+void ViewInput::Private::remake()
+{
+    if (!keepsWindow || !view || !view->isVisible())
+        return;
+    view->winId(); // creates a window where there is none any more
+    // A top level of its own is replaced as described above, and its widget keeps the handle of the old one.
+    const bool isStale = view->isWindow() && view->windowHandle()->winId() != view->internalWinId();
+    if (!isStale && view->windowHandle()->isVisible())
+        return;
+    const bool hadFocus = view->hasFocus();
+    view->windowHandle()->destroy();
+    view->show();
+    if (hadFocus)
+        view->setFocus();
+}
+
+void ViewInput::Private::forgetWindow()
+{
+    if (!std::exchange(hasWindow, false))
+        return;
+    if (manager)
+        view->SetDisplaySurfaceManagerInterface(nullptr);
+    Q_EMIT q->windowLost();
+}
+
+void ViewInput::Private::registerWindow()
+{
+    if (std::exchange(hasWindow, true))
+        return;
+    if (manager)
+    {
+        // The view reads its handle again only at a new size. Without a manager, shutdown() does no more than to forget
+        // the last one.
+        view->shutdown();
+        QResizeEvent resize(view->size(), view->size());
+        QCoreApplication::sendEvent(view, &resize);
+        view->SetDisplaySurfaceManagerInterface(manager);
+    }
+    Q_EMIT q->windowReplaced();
+}
+
+// True if the view must not see the event.
+bool ViewInput::Private::filterView(QEvent* event)
+{
+    switch (event->type())
+    {
+    case QEvent::EnabledChange:
+        if (view->isEnabled())
+            break;
+        Q_FALLTHROUGH();
+    case QEvent::FocusOut:
+    case QEvent::WindowDeactivate:
+    case QEvent::WindowBlocked:
+    case QEvent::Hide:
+        if (releasesHeld)
+            release();
+        break;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        keyIdentity = key->nativeScanCode() ? key->nativeScanCode() : quint32(key->key());
+        keyRepeats = key->isAutoRepeat();
+        if (!passesTab || event->type() == QEvent::KeyRelease || !isTab(key))
+            break;
+        // QWidget would move the focus instead of asking the view.
+        KeyboardInput(key->nativeVirtualKey(), true, 0);
+        view->Update();
+        return true;
+    }
+    case QEvent::Show:
+        // Once the windows are on the screen.
+        QMetaObject::invokeMethod(
+            q, [this] { remake(); }, Qt::QueuedConnection);
+        Q_FALLTHROUGH();
+    case QEvent::Paint:
+    case QEvent::Resize:
+        resume();
+        break;
+    case QEvent::PlatformSurface:
+        if (static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+            QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+            forgetWindow();
+        break;
+    case QEvent::WinIdChange:
+        if (view->internalWinId())
+            registerWindow();
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+ViewInput::ViewInput(QRenderWidget* view, BaseMouseHandler* handler, QObject* parent)
+    : QObject(parent), d(std::make_unique<Private>(this, view, handler))
+{
+    view->SetHandleMouseInterface(d.get());
+    view->installEventFilter(this);
+    d->follow();
+}
+
+ViewInput::~ViewInput()
+{
+    d->release();
+    if (d->view)
+        d->view->SetHandleMouseInterface(d->handler);
+}
+
+QRenderWidget* ViewInput::view() const
+{
+    return d->view;
+}
+
+BaseMouseHandler* ViewInput::handler() const
+{
+    return d->handler;
+}
+
+void ViewInput::setHandler(BaseMouseHandler* handler)
+{
+    if (handler == d->handler)
+        return;
+    d->release();
+    d->handler = handler;
+}
+
+void ViewInput::setManager(DisplaySurfaceManagerInterface* manager)
+{
+    d->manager = manager;
+    if (d->view)
+        d->view->SetDisplaySurfaceManagerInterface(manager);
+}
+
+bool ViewInput::releasesHeld() const
+{
+    return d->releasesHeld;
+}
+
+void ViewInput::setReleasesHeld(bool releases)
+{
+    d->releasesHeld = releases;
+}
+
+bool ViewInput::omitsRepeats() const
+{
+    return d->omitsRepeats;
+}
+
+void ViewInput::setOmitsRepeats(bool omits)
+{
+    d->omitsRepeats = omits;
+}
+
+bool ViewInput::passesTab() const
+{
+    return d->passesTab;
+}
+
+void ViewInput::setPassesTab(bool passes)
+{
+    d->passesTab = passes;
+}
+
+bool ViewInput::keepsWindow() const
+{
+    return d->keepsWindow;
+}
+
+void ViewInput::setKeepsWindow(bool keeps)
+{
+    d->keepsWindow = keeps;
+}
+
+bool ViewInput::isContinuousUpdate() const
+{
+    return d->timer;
+}
+
+void ViewInput::setContinuousUpdate(bool continuous)
+{
+    if (!d->view || continuous == isContinuousUpdate())
+        return;
+    if (!continuous)
+    {
+        delete std::exchange(d->timer, nullptr);
+        return;
+    }
+    d->view->setContinuousUpdate(false);
+    d->timer = new QTimer(this);
+    d->timer->setTimerType(Qt::PreciseTimer);
+    connect(d->timer, &QTimer::timeout, this,
+            [this]
+            {
+                // Started again by what the view receives when it comes back.
+                if (!isSeen())
+                    return d->timer->stop();
+                const int interval = frameInterval(d->view); // the window may have come to another screen
+                if (interval != d->timer->interval())
+                    d->timer->setInterval(interval);
+                d->view->Update();
+            });
+    d->resume();
+}
+
+bool ViewInput::isSeen() const
+{
+    if (!d->view || !d->view->isVisible() || d->view->window()->isMinimized())
+        return false;
+    // A window within another one is not told that the outer one has left the screen.
+    for (const QWindow* window : {d->view->windowHandle(), d->view->window()->windowHandle()})
+        if (!window || !window->isExposed())
+            return false;
+    return !d->view->visibleRegion().isEmpty();
+}
+
+bool ViewInput::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!d->view)
+        return false;
+    if (event->type() == QEvent::ParentChange)
+        d->follow();
+    if (watched == d->view)
+        return d->filterView(event);
+    if (watched == d->view->window())
+    {
+        if (event->type() == QEvent::Show && !event->spontaneous())
+            d->park();
+        else if (event->type() == QEvent::ShowToParent)
+            d->unpark();
+    }
+    return false;
+}
+} // namespace orvek::host
