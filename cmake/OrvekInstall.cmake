@@ -15,14 +15,21 @@ endif()
 set(ORVEK_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt5/plugins CACHE PATH
     "What goes into QT_PLUGIN_PATH, relative to the prefix; the link for Qt Designer comes into designer/ below it")
 
-# Private headers reach an installed tree only by mistake: the target names the public ones.
-set(_headers ${CMAKE_INSTALL_INCLUDEDIR}/Orvek/PlugIns/Qt/OrvekQtWidgets)
-install(TARGETS OrvekQtWidgets EXPORT OrvekQtWidgetsTargets
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
-    PUBLIC_HEADER DESTINATION ${_headers} COMPONENT Development
-    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Private headers reach an installed tree only by mistake: the targets name the public ones.
+set(_libraries OrvekQtWidgets)
+set(_headers_of_OrvekQtWidgets Orvek/PlugIns/Qt/OrvekQtWidgets)
+if(TARGET OrvekQtHost)
+    list(APPEND _libraries OrvekQtHost)
+    set(_headers_of_OrvekQtHost Orvek/Host)
+endif()
+foreach(_library IN LISTS _libraries)
+    install(TARGETS ${_library} EXPORT OrvekQtWidgetsTargets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
+        PUBLIC_HEADER DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${_headers_of_${_library}} COMPONENT Development
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endforeach()
 install(DIRECTORY Orvek/Base Orvek/CrossPlatform
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Orvek COMPONENT Development FILES_MATCHING PATTERN *.h)
 
@@ -52,7 +59,7 @@ install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
     FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png PATTERN *.qch)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/orvekqtwidgets/translations
-    COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN orvekqtwidgets_*.qm)
+    COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN orvekqtwidgets_*.qm PATTERN orvekqthost_*.qm)
 
 # find_package(OrvekQtWidgets)
 set(_config ${CMAKE_INSTALL_LIBDIR}/cmake/OrvekQtWidgets)
@@ -69,8 +76,11 @@ install(FILES
 # pkg-config
 file(RELATIVE_PATH _pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" _pc_prefix ${_pc_prefix})
-configure_file(cmake/orvekqtwidgets.pc.in ${PROJECT_BINARY_DIR}/installed/orvekqtwidgets.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/installed/orvekqtwidgets.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+foreach(_library IN LISTS _libraries)
+    string(TOLOWER ${_library} _name)
+    configure_file(cmake/${_name}.pc.in ${PROJECT_BINARY_DIR}/installed/${_name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/installed/${_name}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+endforeach()
 
 include(cmake/OrvekPackage.cmake)

@@ -79,7 +79,9 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/installed/t
 
 set(_about "One-row editors for numbers, vectors, colours, texts and file names,
 sections that fold and search, a property panel, and a native widget for a
-renderer to draw on. Qt Designer offers the widgets in its widget box.")
+renderer to draw on. Qt Designer offers the widgets in its widget box. A second
+library, OrvekQtHost, adds what people who work in such panels expect: input,
+undo, search and accessibility.")
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "${PROJECT_DESCRIPTION}\n${_about}")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
     "${PROJECT_DESCRIPTION} - headers\n${_about}\n.\nThis package has what building a program with them takes.")

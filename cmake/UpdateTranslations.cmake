@@ -1,6 +1,6 @@
 # Brings the .ts files up to date with the texts in the sources. SOURCE is the project; with CHECK, a folder, copies are
 # made there and compared instead: fails when a text is new, gone or not translated.
-set(_folders "orvekqtwidgets=Orvek" "sceneeditor=examples/SceneEditor")
+set(_folders "orvekqtwidgets=Orvek/PlugIns" "orvekqthost=Orvek/Host" "sceneeditor=examples/SceneEditor")
 foreach(_entry IN LISTS _folders)
     string(REGEX MATCH "^([^=]+)=(.+)$" _match ${_entry})
     set(_name ${CMAKE_MATCH_1})

@@ -1,9 +1,18 @@
 #pragma once
 
+class QRenderWidget;
 class QSettings;
 class QString;
 class QUndoStack;
 class QWidget;
+namespace orvek::base
+{
+class BaseMouseHandler;
+}
+namespace orvek::crossplatform
+{
+class DisplaySurfaceManagerInterface;
+}
 
 // Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The
 // caller owns it.
@@ -21,6 +30,9 @@ QWidget* renderWidgetWithoutEngine();
 QWidget* viewWithoutNativeAncestors();
 
 bool translate(const QString& folder);
+bool translateHost(const QString& folder);
+void guardView(QRenderWidget* view, orvek::base::BaseMouseHandler* handler,
+               orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
 void styleMatches(QWidget* panel);
 void keepBorderedLook(QWidget* section);
 void closeAfterLoading(QWidget* form);

@@ -2,6 +2,7 @@
 #   MODE     install_and_consume: from an installation, then from where it was moved to; fetch_and_consume: from sources
 #   SOURCE   the sources of the library       BUILD  a finished build of it
 #   WORK     a folder to work in, emptied first   GENERATOR, CXX  as in that build
+#   HOST     whether that build has OrvekQtHost
 cmake_minimum_required(VERSION 3.16)
 
 function(run)
@@ -45,6 +46,8 @@ if(MODE STREQUAL "fetch_and_consume")
     build_stranger(${WORK}/build -DSTRANGER_FETCHES=ON -DFETCHCONTENT_SOURCE_DIR_ORVEKQTWIDGETS=${SOURCE}
         -DCMAKE_CXX_FLAGS_DEBUG=-O0)
     run_stranger(${WORK}/build/stranger)
+    build_stranger(${WORK}/build -DSTRANGER_USES_HOST=ON)
+    run_stranger(${WORK}/build/stranger)
     # Whether the library is installed with the program is for the program to say.
     run(${CMAKE_COMMAND} --install ${WORK}/build --prefix ${WORK}/installed)
     list_files(${WORK}/installed files)
@@ -64,7 +67,7 @@ if(NOT files STREQUAL staged)
 endif()
 
 foreach(file IN LISTS files)
-    if(file MATCHES "(EditorSupport|CompanionItem|DesignerInterfaces|WidgetCollection)[.]h$")
+    if(file MATCHES "(Host/Editor|Host/EditorTree|EditorSupport|CompanionItem|DesignerInterfaces|WidgetCollection)[.]h$")
         message(FATAL_ERROR "${file} is private")
     endif()
     if(file MATCHES "[.](cmake|pc|h)$")
@@ -78,13 +81,14 @@ foreach(file IN LISTS files)
     endif()
 endforeach()
 
-build_stranger(${WORK}/build-first -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_CHECKS_HEADERS=ON)
+build_stranger(${WORK}/build-first -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_CHECKS_HEADERS=ON
+    -DSTRANGER_USES_HOST=${HOST})
 run_stranger(${WORK}/build-first/stranger)
 
 file(MAKE_DIRECTORY ${WORK}/elsewhere)
 file(RENAME ${WORK}/first "${WORK}/elsewhere/a new home")
 set(moved "${WORK}/elsewhere/a new home")
-build_stranger(${WORK}/build-moved "-DCMAKE_PREFIX_PATH=${moved}")
+build_stranger(${WORK}/build-moved "-DCMAKE_PREFIX_PATH=${moved}" -DSTRANGER_USES_HOST=${HOST})
 run_stranger(${WORK}/build-moved/stranger)
 # It finds its library and the scene to begin with from where it lies.
 if(EXISTS "${moved}/bin/SceneEditor")
@@ -104,8 +108,15 @@ string(REPLACE "${moved}" ${WORK}/elsewhere/again pc_directory "${pc_directory}"
 set(ENV{PKG_CONFIG_PATH} ${pc_directory})
 run(${PKG_CONFIG} --variable=plugindir orvekqtwidgets)
 string(STRIP "${output}" plugins)
-run(${PKG_CONFIG} --cflags --libs orvekqtwidgets)
+set(module orvekqtwidgets)
+if(HOST)
+    set(module orvekqthost)
+endif()
+run(${PKG_CONFIG} --cflags --libs ${module})
 separate_arguments(flags UNIX_COMMAND "${output}")
+if(HOST)
+    list(PREPEND flags -DSTRANGER_USES_HOST)
+endif()
 file(GLOB form ${WORK}/build-moved/stranger_autogen/include/ui_StrangersForm.h)
 get_filename_component(form_directory ${form} DIRECTORY)
 run(${CXX} -std=c++17 -fPIC -I${form_directory} ${WORK}/stranger/main.cpp -o ${WORK}/by-pkg-config ${flags})

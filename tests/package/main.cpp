@@ -1,5 +1,10 @@
 #include "ui_StrangersForm.h"
 
+#ifdef STRANGER_USES_HOST
+#include <Orvek/Base/BaseMouseHandler.h>
+#include <Orvek/Host/ViewInput.h>
+#endif
+
 #include <QtCore/QDir>
 #include <QtCore/QLibrary>
 #include <QtCore/QPluginLoader>
@@ -27,6 +32,31 @@ bool checkPlugin(const QString& folder)
         QTextStream(stderr) << loader.errorString() << '\n';
     return check(root && root->inherits("WidgetCollection"), "the plugin's root object");
 }
+
+#ifdef STRANGER_USES_HOST
+class Handler final : public orvek::base::BaseMouseHandler
+{
+public:
+    void MouseDown(int, int, int) override { ++held; }
+    void MouseUp(int, int, int) override { --held; }
+    void MouseDoubleClick(int, int, int) override {}
+    void MouseMove(int, int) override {}
+    void MouseWheel(int, int) override {}
+    void KeyboardInput(unsigned int, bool, int) override {}
+    int held = 0;
+};
+
+bool checkHost(QRenderWidget* view)
+{
+    Handler handler;
+    const orvek::host::ViewInput input(view, &handler);
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &press);
+    const bool held = handler.held == 1;
+    view->hide();
+    return check(held && handler.held == 0, "a view that hides releases the button");
+}
+#endif
 } // namespace
 
 // Arguments: the folder where Qt Designer would look, if it is to be looked at.
@@ -54,6 +84,10 @@ int main(int argc, char** argv)
     form.panel->findChild<QLineEdit*>(QStringLiteral("search"))->setText(QStringLiteral("bla"));
     good &= check(form.blades->isVisible() && !form.tint->isVisible(), "the search of the panel reaches the section");
 
+#ifdef STRANGER_USES_HOST
+    good &= checkHost(form.view);
+    form.view->SetHandleMouseInterface(nullptr);
+#endif
     if (argc > 1)
         good &= checkPlugin(QString::fromLocal8Bit(argv[1]));
     return good ? 0 : 1;
