@@ -9,6 +9,7 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QPluginLoader>
 #include <QtCore/QTextStream>
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
 
 namespace
