@@ -102,10 +102,11 @@ struct Host
         QVERIFY(view->hasFocus());
         handler.take();
     }
-    void key(bool press, int code, uint scan, bool repeat = false, Qt::Key named = Qt::Key_Q)
+    void key(bool press, uint code, uint scan, bool repeat = false, ulong time = 0)
     {
-        QKeyEvent event(press ? QEvent::KeyPress : QEvent::KeyRelease, named, Qt::NoModifier, scan, uint(code), 0,
+        QKeyEvent event(press ? QEvent::KeyPress : QEvent::KeyRelease, Qt::Key_Q, Qt::NoModifier, scan, code, 0,
                         QString(), repeat);
+        event.setTimestamp(time);
         QCoreApplication::sendEvent(view, &event);
     }
     bool isRed() const
@@ -194,6 +195,19 @@ private Q_SLOTS:
             // With Shift the same key has another code.
             host.key(false, 'W', 25);
             QCOMPARE(host.handler.take(), QString(with ? "-119" : "-87"));
+            // Pairs that Qt did not recognise, and the true end.
+            host.key(true, 'e', 26, false, 1000);
+            for (const ulong time : {1600, 1640})
+            {
+                host.key(false, 'e', 26, false, time);
+                host.key(true, 'e', 26, false, time);
+            }
+            host.key(false, 'e', 26, false, 1660);
+            QTRY_COMPARE(host.handler.log.join(' '), QString(with ? "+101 -101" : "+101 -101 +101 -101 +101 -101"));
+            host.key(true, 'e', 26, false, 2000);
+            host.key(false, 'e', 26, false, 2500);
+            host.key(true, 'e', 26, false, 2501);
+            QVERIFY(host.handler.log.join(' ').endsWith("+101 -101 +101"));
         }
         Host host(true);
         host.input->setOmitsRepeats(false);

@@ -24,6 +24,11 @@ namespace orvek::host
 {
 namespace
 {
+// Milliseconds. X11 repeats a key as a release and a press of one time, and Qt hides the pair only if it has read both.
+// So the release of a key that was held for long enough to repeat waits for a press.
+constexpr quint64 shortestDelay = 100;
+constexpr int releaseWait = 10;
+
 bool isTab(const QKeyEvent* event)
 {
     return (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) &&
@@ -43,9 +48,15 @@ int frameInterval(const QWidget* view)
 
 struct ViewInput::Private final : BaseMouseHandler
 {
-    Private(ViewInput* input, QRenderWidget* widget, BaseMouseHandler* engine) : q(input), view(widget), handler(engine)
+    Private(ViewInput* input, QRenderWidget* widget, BaseMouseHandler* engine)
+        : q(input), object(widget), handler(engine)
     {
+        lateRelease.setSingleShot(true);
+        lateRelease.setInterval(releaseWait);
+        connect(&lateRelease, &QTimer::timeout, q, [this] { flush(); });
     }
+    // Null from the moment its destructor has run, which is before Qt clears the pointer.
+    QRenderWidget* view() const { return qobject_cast<QRenderWidget*>(object); }
 
     void MouseDown(int button, int x, int y) override
     {
@@ -81,11 +92,13 @@ struct ViewInput::Private final : BaseMouseHandler
 
     void press(int button, int x, int y)
     {
+        flush();
         position = {x, y};
         if (!buttons.contains(button))
             buttons << button;
     }
     bool filterView(QEvent* event);
+    void flush();
     void release();
     void resume();
     void follow();
@@ -96,7 +109,7 @@ struct ViewInput::Private final : BaseMouseHandler
     void registerWindow();
 
     ViewInput* const q;
-    const QPointer<QRenderWidget> view;
+    const QPointer<QObject> object;
     BaseMouseHandler* handler;                         // not owned
     DisplaySurfaceManagerInterface* manager = nullptr; // not owned
     bool releasesHeld = true;
@@ -104,11 +117,21 @@ struct ViewInput::Private final : BaseMouseHandler
     bool passesTab = false;
     bool keepsWindow = true;
 
-    QVector<int> buttons;                 // held, in the order of their presses
-    QPoint position;                      // of the pointer, in device pixels
-    QHash<quint32, uint> keys;            // held: the physical key, and the code that went to the handler
-    quint32 keyIdentity = 0;              // of the key event that the view handles
-    bool keyRepeats = false;              // as above
+    QVector<int> buttons; // held, in the order of their presses
+    QPoint position;      // of the pointer, in device pixels
+    struct Key
+    {
+        uint code;     // as it went to the handler
+        quint64 since; // time of the press in milliseconds
+    };
+    QHash<quint32, Key> keys; // held, by what tells physical keys apart
+    quint32 keyIdentity = 0;  // of the key event that the view handles
+    quint64 keyTime = 0;
+    bool keyRepeats = false;
+    QTimer lateRelease;
+    bool isLate = false; // whether lateKey has still to be released
+    quint32 lateKey = 0;
+    quint64 lateTime = 0;
     bool hasWindow = true;                // false from the loss of the native window to the next one
     QTimer* timer = nullptr;              // a child of q; null unless updating continuously
     QVector<QPointer<QWidget>> ancestors; // up to the top level; their events are filtered besides the view's
@@ -118,38 +141,68 @@ struct ViewInput::Private final : BaseMouseHandler
 
 void ViewInput::Private::KeyboardInput(unsigned int key, bool pressed, int reserved)
 {
-    const bool held = keys.contains(keyIdentity);
-    if (omitsRepeats && (keyRepeats || (pressed && held)))
+    if (isLate && pressed && keyIdentity == lateKey && keyTime == lateTime)
+    {
+        isLate = false;
+        return lateRelease.stop();
+    }
+    flush();
+    const auto held = keys.constFind(keyIdentity);
+    const bool isHeld = held != keys.constEnd();
+    if (omitsRepeats && (keyRepeats || (pressed && isHeld)))
         return;
     if (pressed)
-        keys.insert(keyIdentity, key);
-    else if (held)
-        key = keys.take(keyIdentity); // with Shift pressed since, the platform has another code for it
+        keys.insert(keyIdentity, {key, keyTime});
+    else if (isHeld)
+    {
+        if (omitsRepeats && keyTime >= held->since + shortestDelay)
+        {
+            isLate = true;
+            lateKey = keyIdentity;
+            lateTime = keyTime;
+            return lateRelease.start();
+        }
+        key = keys.take(keyIdentity).code; // with Shift pressed since, the platform has another code for it
+    }
     else if (releasesHeld)
         return;
     if (handler)
         handler->KeyboardInput(key, pressed, reserved);
 }
 
+void ViewInput::Private::flush()
+{
+    if (!std::exchange(isLate, false))
+        return;
+    lateRelease.stop();
+    const Key key = keys.take(lateKey);
+    if (handler)
+        handler->KeyboardInput(key.code, false, 0);
+    if (view())
+        view()->Update();
+}
+
 void ViewInput::Private::release()
 {
+    isLate = false;
+    lateRelease.stop();
     // The handler may open a dialog, which comes here again.
     const QVector<int> oldButtons = std::exchange(buttons, {});
-    const QHash<quint32, uint> oldKeys = std::exchange(keys, {});
+    const QHash<quint32, Key> oldKeys = std::exchange(keys, {});
     for (int button : oldButtons)
         if (handler)
             handler->MouseUp(button, position.x(), position.y());
-    for (uint key : oldKeys)
+    for (const Key& key : oldKeys)
         if (handler)
-            handler->KeyboardInput(key, false, 0);
-    if (view && !(oldButtons.isEmpty() && oldKeys.isEmpty()))
-        view->Update();
+            handler->KeyboardInput(key.code, false, 0);
+    if (view() && !(oldButtons.isEmpty() && oldKeys.isEmpty()))
+        view()->Update();
 }
 
 void ViewInput::Private::resume()
 {
     if (timer && !timer->isActive() && q->isSeen())
-        timer->start(frameInterval(view));
+        timer->start(frameInterval(view()));
 }
 
 void ViewInput::Private::follow()
@@ -158,7 +211,7 @@ void ViewInput::Private::follow()
         if (widget)
             widget->removeEventFilter(q);
     ancestors.clear();
-    for (QWidget* widget = view; !widget->isWindow();)
+    for (QWidget* widget = view(); !widget->isWindow();)
     {
         widget = widget->parentWidget();
         widget->installEventFilter(q);
@@ -170,7 +223,7 @@ void ViewInput::Private::follow()
 // windows in the old one are destroyed with it, and Qt does not notice. So they lie elsewhere for that moment.
 void ViewInput::Private::park()
 {
-    const QWindow* window = view->window()->windowHandle();
+    const QWindow* window = view()->window()->windowHandle();
     if (!keepsWindow || !window || QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
     const auto children = window->findChildren<QWindow*>(QString(), Qt::FindDirectChildrenOnly);
@@ -192,25 +245,25 @@ void ViewInput::Private::unpark()
     const auto windows = std::exchange(parked, {});
     for (const QPointer<QWindow>& window : windows)
         if (window && window->parent() == lot.get())
-            window->setParent(view->window()->windowHandle());
+            window->setParent(view()->window()->windowHandle());
     lot.reset();
 }
 
 // For a window that is there without being on the screen. The widget itself stays where it is in its parent.
 void ViewInput::Private::remake()
 {
-    if (!keepsWindow || !view || !view->isVisible())
+    if (!keepsWindow || !view() || !view()->isVisible())
         return;
-    view->winId(); // creates a window where there is none any more
+    view()->winId(); // creates a window where there is none any more
     // A top level of its own is replaced as described above, and its widget keeps the handle of the old one.
-    const bool isStale = view->isWindow() && view->windowHandle()->winId() != view->internalWinId();
-    if (!isStale && view->windowHandle()->isVisible())
+    const bool isStale = view()->isWindow() && view()->windowHandle()->winId() != view()->internalWinId();
+    if (!isStale && view()->windowHandle()->isVisible())
         return;
-    const bool hadFocus = view->hasFocus();
-    view->windowHandle()->destroy();
-    view->show();
+    const bool hadFocus = view()->hasFocus();
+    view()->windowHandle()->destroy();
+    view()->show();
     if (hadFocus)
-        view->setFocus();
+        view()->setFocus();
 }
 
 void ViewInput::Private::forgetWindow()
@@ -218,7 +271,7 @@ void ViewInput::Private::forgetWindow()
     if (!std::exchange(hasWindow, false))
         return;
     if (manager)
-        view->SetDisplaySurfaceManagerInterface(nullptr);
+        view()->SetDisplaySurfaceManagerInterface(nullptr);
     Q_EMIT q->windowLost();
 }
 
@@ -228,12 +281,12 @@ void ViewInput::Private::registerWindow()
         return;
     if (manager)
     {
-        // The view reads its handle again only at a new size. Without a manager, shutdown() does no more than to forget
-        // the last one.
-        view->shutdown();
-        QResizeEvent resize(view->size(), view->size());
-        QCoreApplication::sendEvent(view, &resize);
-        view->SetDisplaySurfaceManagerInterface(manager);
+        // The view reads its handle again only at a new size. Without a manager, shutdown() does no more than to
+        // forget the last one.
+        view()->shutdown();
+        QResizeEvent resize(view()->size(), view()->size());
+        QCoreApplication::sendEvent(view(), &resize);
+        view()->SetDisplaySurfaceManagerInterface(manager);
     }
     Q_EMIT q->windowReplaced();
 }
@@ -244,7 +297,7 @@ bool ViewInput::Private::filterView(QEvent* event)
     switch (event->type())
     {
     case QEvent::EnabledChange:
-        if (view->isEnabled())
+        if (view()->isEnabled())
             break;
         Q_FALLTHROUGH();
     case QEvent::FocusOut:
@@ -259,12 +312,13 @@ bool ViewInput::Private::filterView(QEvent* event)
     {
         const auto* key = static_cast<QKeyEvent*>(event);
         keyIdentity = key->nativeScanCode() ? key->nativeScanCode() : quint32(key->key());
+        keyTime = key->timestamp();
         keyRepeats = key->isAutoRepeat();
         if (!passesTab || event->type() == QEvent::KeyRelease || !isTab(key))
             break;
         // QWidget would move the focus instead of asking the view.
         KeyboardInput(key->nativeVirtualKey(), true, 0);
-        view->Update();
+        view()->Update();
         return true;
     }
     case QEvent::Show:
@@ -282,7 +336,7 @@ bool ViewInput::Private::filterView(QEvent* event)
             forgetWindow();
         break;
     case QEvent::WinIdChange:
-        if (view->internalWinId())
+        if (view()->internalWinId())
             registerWindow();
         break;
     default:
@@ -302,13 +356,13 @@ ViewInput::ViewInput(QRenderWidget* view, BaseMouseHandler* handler, QObject* pa
 ViewInput::~ViewInput()
 {
     d->release();
-    if (d->view)
-        d->view->SetHandleMouseInterface(d->handler);
+    if (d->view())
+        d->view()->SetHandleMouseInterface(d->handler);
 }
 
 QRenderWidget* ViewInput::view() const
 {
-    return d->view;
+    return d->view();
 }
 
 BaseMouseHandler* ViewInput::handler() const
@@ -327,8 +381,8 @@ void ViewInput::setHandler(BaseMouseHandler* handler)
 void ViewInput::setManager(DisplaySurfaceManagerInterface* manager)
 {
     d->manager = manager;
-    if (d->view)
-        d->view->SetDisplaySurfaceManagerInterface(manager);
+    if (d->view())
+        d->view()->SetDisplaySurfaceManagerInterface(manager);
 }
 
 bool ViewInput::releasesHeld() const
@@ -378,14 +432,14 @@ bool ViewInput::isContinuousUpdate() const
 
 void ViewInput::setContinuousUpdate(bool continuous)
 {
-    if (!d->view || continuous == isContinuousUpdate())
+    if (!d->view() || continuous == isContinuousUpdate())
         return;
     if (!continuous)
     {
         delete std::exchange(d->timer, nullptr);
         return;
     }
-    d->view->setContinuousUpdate(false);
+    d->view()->setContinuousUpdate(false);
     d->timer = new QTimer(this);
     d->timer->setTimerType(Qt::PreciseTimer);
     connect(d->timer, &QTimer::timeout, this,
@@ -394,34 +448,34 @@ void ViewInput::setContinuousUpdate(bool continuous)
                 // Started again by what the view receives when it comes back.
                 if (!isSeen())
                     return d->timer->stop();
-                const int interval = frameInterval(d->view); // the window may have come to another screen
+                const int interval = frameInterval(d->view()); // the window may have come to another screen
                 if (interval != d->timer->interval())
                     d->timer->setInterval(interval);
-                d->view->Update();
+                d->view()->Update();
             });
     d->resume();
 }
 
 bool ViewInput::isSeen() const
 {
-    if (!d->view || !d->view->isVisible() || d->view->window()->isMinimized())
+    if (!d->view() || !d->view()->isVisible() || d->view()->window()->isMinimized())
         return false;
     // A window within another one is not told that the outer one has left the screen.
-    for (const QWindow* window : {d->view->windowHandle(), d->view->window()->windowHandle()})
+    for (const QWindow* window : {d->view()->windowHandle(), d->view()->window()->windowHandle()})
         if (!window || !window->isExposed())
             return false;
-    return !d->view->visibleRegion().isEmpty();
+    return !d->view()->visibleRegion().isEmpty();
 }
 
 bool ViewInput::eventFilter(QObject* watched, QEvent* event)
 {
-    if (!d->view)
+    if (!d->view())
         return false;
     if (event->type() == QEvent::ParentChange)
         d->follow();
-    if (watched == d->view)
+    if (watched == d->view())
         return d->filterView(event);
-    if (watched == d->view->window())
+    if (watched == d->view()->window())
     {
         if (event->type() == QEvent::Show && !event->spontaneous())
             d->park();
