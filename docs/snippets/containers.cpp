@@ -1,7 +1,6 @@
 #include "snippets.h"
 
-#include <examples/SceneEditor/EditorUndo.h>
-
+#include <Orvek/Host/EditorUndo.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
 
@@ -135,11 +134,11 @@ void restoreSections(QWidget* panel, QSettings& settings)
 void followWithUndo(QWidget* panel, QUndoStack* stack)
 {
     //! [undo]
-    auto* undo = new sceneeditor::EditorUndo(stack, panel);
+    auto* undo = new orvek::host::EditorUndo(stack, panel);
     for (const char* name : {"focalLength", "position", "name"})
         if (auto* editor = panel->findChild<QWidget*>(name))
             undo->add(editor);
     // The user's change, its undoing and its redoing come the same way.
-    QObject::connect(undo, &sceneeditor::EditorUndo::edited, panel, [](QWidget* editor) { applyToScene(editor); });
+    QObject::connect(undo, &orvek::host::EditorUndo::edited, panel, [](QWidget* editor) { applyToScene(editor); });
     //! [undo]
 }

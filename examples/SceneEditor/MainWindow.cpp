@@ -1,10 +1,10 @@
 #include <examples/SceneEditor/MainWindow.h>
 
 #include <examples/SceneEditor/document/SceneFile.h>
-#include <examples/SceneEditor/EditorUndo.h>
 #include <examples/SceneEditor/Languages.h>
 #include <examples/SceneEditor/Looks.h>
 #include <examples/SceneEditor/SceneView.h>
+#include <Orvek/Host/EditorUndo.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -118,7 +118,8 @@ private:
     const int m_selectedAfter;
 };
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), m_editorUndo(new EditorUndo(&m_undoStack, this))
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent), m_editorUndo(new orvek::host::EditorUndo(&m_undoStack, this))
 {
     m_ui.setupUi(this);
     m_ui.messageBar->hide();
@@ -554,8 +555,8 @@ void MainWindow::setUpEditors()
             m_editorUndo->add(binding.editor);
     }
     connect(m_ui.meshFile, &QFileEdit::valueChanged, this, [this] { replaceMesh(m_ui.meshFile->filename()); });
-    connect(m_editorUndo, &EditorUndo::edited, this, &MainWindow::onEdited);
-    connect(m_editorUndo, &EditorUndo::aboutToRestore, this,
+    connect(m_editorUndo, &orvek::host::EditorUndo::edited, this, &MainWindow::onEdited);
+    connect(m_editorUndo, &orvek::host::EditorUndo::aboutToRestore, this,
             [this](const QWidget* editor, const QVariant& context)
             {
                 for (const EditorBinding& binding : qAsConst(m_bindings))

@@ -20,9 +20,13 @@ class QLabel;
 class QProgressBar;
 class QToolButton;
 
-namespace sceneeditor
+namespace orvek::host
 {
 class EditorUndo;
+}
+
+namespace sceneeditor
+{
 class SceneView;
 
 //! Edits one scene. The scene is a value; the window keeps it, the editors and the views the same.
@@ -155,7 +159,7 @@ private:
     SurfaceManager m_surfaceManager; // outlives the views
     QVector<SceneView*> m_views;     // children; the first is the one in the form
     QUndoStack m_undoStack;
-    EditorUndo* m_editorUndo = nullptr; // a child
+    orvek::host::EditorUndo* m_editorUndo = nullptr; // a child
     QVector<EditorBinding> m_bindings;
     QVector<QPair<QLabel*, std::function<QColor()>>> m_swatches;
 

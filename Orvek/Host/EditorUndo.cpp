@@ -1,0 +1,620 @@
+#include <Orvek/Host/EditorUndo.h>
+
+#include <Orvek/Host/Editor.h>
+#include <Orvek/Host/EditorActs.h>
+#include <Orvek/Host/EditorTree.h>
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QSlider>
+#include <QtWidgets/QUndoStack>
+
+#include <optional>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace orvek::host
+{
+namespace
+{
+constexpr int stepId = 0x4f45; // lets the stack offer steps for merging
+
+struct Value
+{
+    EditorValue known;
+    QVariant other; // of a type that EditorValue cannot hold
+};
+
+bool operator==(const Value& a, const Value& b)
+{
+    return a.known == b.known && a.other == b.other;
+}
+
+bool operator!=(const Value& a, const Value& b)
+{
+    return !(a == b);
+}
+
+const char* propertyOf(const QWidget* editor)
+{
+    return editor->metaObject()->indexOfProperty("filename") >= 0 ? "filename" : "value";
+}
+
+Value readAny(const QWidget* editor)
+{
+    if (const auto* box = qobject_cast<const QCheckBox*>(editor))
+        return {{{double(box->checkState())}, QString()}, QVariant()};
+    if (const auto* button = qobject_cast<const QAbstractButton*>(editor))
+        return {{{double(button->isChecked())}, QString()}, QVariant()};
+    Value value = {readValue(editor), QVariant()};
+    if (!value.known.isKnown)
+        value.other = editor->property(propertyOf(editor));
+    return value;
+}
+
+template <typename Editor>
+Value readNumber(const QWidget* editor)
+{
+    return {{{static_cast<const Editor*>(editor)->value().toDouble()}, QString()}, QVariant()};
+}
+
+// Hosts may have all values read again with each push; these kinds are most of a panel. Finding a property by its name
+// would take longer than all the rest.
+Value (*readerFor(const QWidget* editor))(const QWidget*)
+{
+    if (qobject_cast<const QSliderEdit*>(editor))
+        return readNumber<QSliderEdit>;
+    if (qobject_cast<const QIntSliderEdit*>(editor))
+        return readNumber<QIntSliderEdit>;
+    if (qobject_cast<const QVectorEdit*>(editor))
+        return [](const QWidget* widget) -> Value
+        {
+            const QVector3D value = static_cast<const QVectorEdit*>(widget)->value();
+            return {{{double(value.x()), double(value.y()), double(value.z())}, QString()}, QVariant()};
+        };
+    return readAny;
+}
+
+// Silent as the setters of editors are; buttons emit toggled() but not clicked().
+void writeAny(QWidget* editor, const Value& value)
+{
+    if (auto* box = qobject_cast<QCheckBox*>(editor))
+        box->setCheckState(Qt::CheckState(int(value.known.numbers.value(0))));
+    else if (auto* button = qobject_cast<QAbstractButton*>(editor))
+        button->setChecked(value.known.numbers.value(0) != 0.0);
+    else if (value.known.isKnown)
+        writeValue(editor, value.known);
+    else
+        editor->setProperty(propertyOf(editor), value.other);
+}
+
+QString titleOfAny(const QWidget* editor)
+{
+    const auto* button = qobject_cast<const QAbstractButton*>(editor);
+    return button ? button->text().remove(QLatin1Char('&')) : titleOf(editor);
+}
+
+bool isStepKey(int key)
+{
+    switch (key)
+    {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The check box that opens and closes a section is no row.
+bool isRowCheckBox(const QWidget* widget)
+{
+    if (!qobject_cast<const QCheckBox*>(widget))
+        return false;
+    const QWidget* parent = widget->parentWidget();
+    return !(parent && widget->objectName() == QLatin1String("accordionCheckBox") && isSection(parent));
+}
+} // namespace
+
+struct EditorUndo::Private
+{
+    // What the user is doing. Changes that nothing announces are acts of their own.
+    enum Kind
+    {
+        Other,
+        Press,   // of the mouse, and what comes of it until its release
+        KeyStep, // of an arrow key
+        Commit,  // of a field
+        UntouchedCommit
+    };
+
+    explicit Private(EditorUndo* undo, QUndoStack* undoStack) : q(undo), stack(undoStack) {}
+
+    EditorFollower* find(QWidget* editor) const;
+    void enter(QWidget* widget);
+    void begin(EditorFollower* by, Kind what, QObject* with);
+    void endSoon();
+    void changed(EditorFollower* by);
+    void push(QWidget* editor, const Value& before, const Value& after);
+    void restore(QWidget* editor, const QVariant& stepContext, const Value& value);
+
+    EditorUndo* const q;
+    const QPointer<QUndoStack> stack;
+    std::unordered_map<QWidget*, std::unique_ptr<EditorFollower>> followers;
+    QSet<QWidget*> removed;
+    std::vector<std::shared_ptr<EditorTree>> trees;
+    QVariant context;
+    int repeatInterval = 1000;
+    bool keepsUntouched = true;
+    bool passesUndoKeys = true;
+
+    int act = 0; // changes with the same number are one step
+    Kind kind = Other;
+    const EditorFollower* follower = nullptr; // only to be compared
+    QPointer<QObject> child;
+    int keyAct = 0; // of the last key step
+    QElapsedTimer sinceKeyStep;
+};
+
+// One for each editor; what it connects and watches ends with it.
+class EditorFollower final : public QObject
+{
+    Q_OBJECT
+public:
+    EditorFollower(QWidget* widget, EditorUndo::Private* undo);
+
+    Value read() const { return m_read(editor); }
+    void remember() { before = read(); }
+    void finishTyping();
+
+    QWidget* const editor;
+    Value before;               // of the next change
+    std::optional<Value> start; // of the act between beginAct() and endAct()
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private Q_SLOTS:
+    void onStartedEdit();
+    void onValueChanged();
+
+private:
+    void connectTo(const char* signal, const char* slot);
+    void watch(QWidget* part);
+    bool onKey(QObject* child, const QKeyEvent* key);
+    EditorUndo::Private::Kind commitOf(const QLineEdit* field) const;
+
+    Value (*const m_read)(const QWidget*);
+    EditorUndo::Private* const m_undo;
+    QVector<QPointer<QLineEdit>> m_fields;
+    QMetaObject::Connection m_editing; // to the field with the focus
+    QPointer<QLineEdit> m_typed;       // whose text the user has changed since entering it
+};
+
+class EditorUndo::Step : public QUndoCommand
+{
+public:
+    Step(EditorUndo* undo, QWidget* editor, Value before, Value after)
+        : QUndoCommand(EditorUndo::tr("Change of %1").arg(titleOfAny(editor))),
+          m_undo(undo),
+          m_editor(editor),
+          m_context(undo->d->context),
+          m_before(std::move(before)),
+          m_after(std::move(after)),
+          m_act(undo->d->act)
+    {
+    }
+
+    int id() const override { return stepId; }
+    void undo() override
+    {
+        if (m_editor && m_undo)
+            m_undo->d->restore(m_editor, m_context, m_before);
+    }
+    void redo() override
+    {
+        // The stack redoes each new step; the user has done this one already.
+        if (m_done && m_editor && m_undo)
+            m_undo->d->restore(m_editor, m_context, m_after);
+        m_done = true;
+    }
+    bool mergeWith(const QUndoCommand* command) override
+    {
+        const auto* next = static_cast<const Step*>(command);
+        if (next->m_undo != m_undo || next->m_act != m_act || next->m_editor != m_editor)
+            return false;
+        m_after = next->m_after;
+        setObsolete(m_before == m_after);
+        return true;
+    }
+
+private:
+    const QPointer<EditorUndo> m_undo;
+    const QPointer<QWidget> m_editor;
+    const QVariant m_context;
+    const Value m_before;
+    Value m_after;
+    const int m_act;
+    bool m_done = false;
+};
+
+EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo)
+    : editor(widget), before(readAny(widget)), m_read(readerFor(widget)), m_undo(undo)
+{
+    if (auto* button = qobject_cast<QAbstractButton*>(editor))
+    {
+        connect(button, &QAbstractButton::clicked, this, &EditorFollower::onValueChanged);
+    }
+    else
+    {
+        // By name, as the editors have no base class with these signals.
+        connectTo("valueChanged()", "onValueChanged()");
+        connectTo("startedEdit()", "onStartedEdit()");
+    }
+    watch(editor);
+    const auto children = editor->findChildren<QWidget*>();
+    for (QWidget* child : children)
+        watch(child);
+}
+
+void EditorFollower::connectTo(const char* signal, const char* slot)
+{
+    const QMetaObject* theirs = editor->metaObject();
+    const int index = theirs->indexOfSignal(signal);
+    if (index >= 0)
+        connect(editor, theirs->method(index), this, staticMetaObject.method(staticMetaObject.indexOfSlot(slot)));
+}
+
+void EditorFollower::watch(QWidget* part)
+{
+    if (qobject_cast<QLabel*>(part))
+        return; // presses on it come to the editor itself
+    part->installEventFilter(this);
+    if (auto* field = qobject_cast<QLineEdit*>(part))
+        m_fields << field;
+    // Also clicks by a shortcut, an assistive technology or the host.
+    else if (auto* button = qobject_cast<QAbstractButton*>(part))
+        connect(button, &QAbstractButton::pressed, this,
+                [this, button]
+                {
+                    // One that repeats is pressed again and again while the mouse holds it.
+                    if (m_undo->kind != EditorUndo::Private::Press || m_undo->child != button)
+                        m_undo->begin(this, EditorUndo::Private::Other, button);
+                });
+}
+
+// From here on the fields' own undo does not go back behind what was committed.
+void EditorFollower::finishTyping()
+{
+    m_typed = nullptr;
+    for (const QPointer<QLineEdit>& field : std::as_const(m_fields))
+    {
+        if (!field || !field->isModified())
+            continue;
+        const int cursor = field->cursorPosition();
+        field->setText(field->text());
+        field->setCursorPosition(cursor);
+    }
+}
+
+// Reads only: what is to be done with an event is up to the editor and those who watch it as well.
+bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* field = qobject_cast<QLineEdit*>(watched);
+    switch (event->type())
+    {
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+        return onKey(watched, static_cast<QKeyEvent*>(event));
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        m_undo->begin(this, field ? EditorUndo::Private::Other : EditorUndo::Private::Press, watched);
+        break;
+    case QEvent::MouseButtonRelease:
+        m_undo->endSoon();
+        break;
+    case QEvent::FocusIn:
+        if (field)
+        {
+            m_typed = nullptr;
+            disconnect(m_editing);
+            m_editing = connect(field, &QLineEdit::textEdited, this, [this, field] { m_typed = field; });
+        }
+        break;
+    case QEvent::FocusOut:
+        if (field)
+        {
+            disconnect(m_editing);
+            m_undo->begin(this, commitOf(field), field);
+        }
+        break;
+    case QEvent::ChildAdded:
+        // A button that was put beside the value, for example.
+        if (watched == editor && static_cast<QChildEvent*>(event)->child()->isWidgetType())
+            static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+bool EditorFollower::onKey(QObject* child, const QKeyEvent* key)
+{
+    const auto* field = qobject_cast<const QLineEdit*>(child);
+    EditorUndo::Private::Kind kind = EditorUndo::Private::Other;
+    if (isStepKey(key->key()))
+        kind = EditorUndo::Private::KeyStep;
+    else if (field && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter))
+        kind = commitOf(field);
+    m_undo->begin(this, kind, child);
+    // An override that nobody accepts is what lets the window's shortcut have the key.
+    return key->type() == QEvent::ShortcutOverride && m_undo->passesUndoKeys && field && !field->isModified() &&
+           (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo));
+}
+
+// Somebody else may have written what was typed in another form by now, so it does not count alone what the field says.
+EditorUndo::Private::Kind EditorFollower::commitOf(const QLineEdit* field) const
+{
+    return field->isModified() || field == m_typed ? EditorUndo::Private::Commit : EditorUndo::Private::UntouchedCommit;
+}
+
+void EditorFollower::onStartedEdit()
+{
+    remember();
+}
+
+void EditorFollower::onValueChanged()
+{
+    m_undo->changed(this);
+}
+
+EditorUndo::EditorUndo(QUndoStack* stack, QObject* parent) : QObject(parent), d(new Private(this, stack))
+{
+    EditorActs* acts = EditorActs::instance();
+    connect(acts, &EditorActs::aboutToChange, this,
+            [this](QWidget* editor)
+            {
+                if (EditorFollower* follower = d->find(editor))
+                    follower->remember();
+            });
+    connect(acts, &EditorActs::begun, this, &EditorUndo::beginAct);
+    connect(acts, &EditorActs::ended, this, &EditorUndo::endAct);
+}
+
+EditorUndo::~EditorUndo() = default;
+
+void EditorUndo::follow(QWidget* root)
+{
+    if (!root)
+        return;
+    const std::shared_ptr<EditorTree> tree = EditorTree::of(root);
+    for (const auto& known : d->trees)
+        if (known == tree)
+            return;
+    d->trees.push_back(tree);
+    connect(tree.get(), &EditorTree::entered, this, [this](QWidget* widget) { d->enter(widget); });
+    connect(tree.get(), &EditorTree::left, this, [this](QWidget* widget) { d->followers.erase(widget); });
+    const QVector<QWidget*> widgets = tree->widgets();
+    for (QWidget* widget : widgets)
+        d->enter(widget);
+}
+
+bool EditorUndo::add(QWidget* editor)
+{
+    if (!editor)
+        return false;
+    d->removed.remove(editor);
+    if (d->find(editor))
+        return true;
+    const auto* button = qobject_cast<const QAbstractButton*>(editor);
+    const char* missing = nullptr;
+    if (button)
+        missing = button->isCheckable() ? nullptr : "is a button that cannot be checked";
+    else if (editor->metaObject()->indexOfSignal("valueChanged()") < 0)
+        missing = "has no signal valueChanged()";
+    else if (const Value value = readAny(editor); !value.known.isKnown && !value.other.isValid())
+        missing = "has no property \"value\" or \"filename\"";
+    if (missing)
+    {
+        qWarning("EditorUndo: not followed: %s \"%s\" %s", editor->metaObject()->className(),
+                 qPrintable(editor->objectName()), missing);
+        return false;
+    }
+    const auto follower = d->followers.emplace(editor, std::make_unique<EditorFollower>(editor, d.get())).first;
+    connect(editor, &QObject::destroyed, follower->second.get(), [this, editor] { d->followers.erase(editor); });
+    return true;
+}
+
+void EditorUndo::remove(QWidget* editor)
+{
+    if (!editor || d->removed.contains(editor))
+        return;
+    d->followers.erase(editor);
+    d->removed.insert(editor);
+    connect(editor, &QObject::destroyed, this, [this, editor] { d->removed.remove(editor); });
+}
+
+void EditorUndo::reread()
+{
+    for (const auto& entry : d->followers)
+        entry.second->remember();
+}
+
+void EditorUndo::setContext(const QVariant& context)
+{
+    d->context = context;
+}
+
+void EditorUndo::beginAct(QWidget* editor)
+{
+    EditorFollower* follower = d->find(editor);
+    if (!follower || follower->start)
+        return;
+    d->begin(follower, Private::Other, nullptr);
+    follower->start = follower->before;
+}
+
+void EditorUndo::endAct(QWidget* editor)
+{
+    EditorFollower* follower = d->find(editor);
+    if (!follower || !follower->start)
+        return;
+    const Value start = *std::exchange(follower->start, std::nullopt);
+    d->begin(follower, Private::Other, nullptr);
+    if (follower->before != start)
+        d->push(editor, start, follower->before);
+}
+
+int EditorUndo::repeatInterval() const
+{
+    return d->repeatInterval;
+}
+
+void EditorUndo::setRepeatInterval(int milliseconds)
+{
+    d->repeatInterval = milliseconds;
+}
+
+bool EditorUndo::keepsUntouched() const
+{
+    return d->keepsUntouched;
+}
+
+void EditorUndo::setKeepsUntouched(bool keep)
+{
+    d->keepsUntouched = keep;
+}
+
+bool EditorUndo::passesUndoKeys() const
+{
+    return d->passesUndoKeys;
+}
+
+void EditorUndo::setPassesUndoKeys(bool pass)
+{
+    d->passesUndoKeys = pass;
+}
+
+EditorFollower* EditorUndo::Private::find(QWidget* editor) const
+{
+    const auto found = followers.find(editor);
+    return found == followers.end() ? nullptr : found->second.get();
+}
+
+void EditorUndo::Private::enter(QWidget* widget)
+{
+    if (!removed.contains(widget) && (isEditor(widget) || isRowCheckBox(widget)))
+        q->add(widget);
+}
+
+// Called with input, before the editor gets it: the last moment at which the editor has its old value.
+void EditorUndo::Private::begin(EditorFollower* by, Kind what, QObject* with)
+{
+    // Keys during a drag, for undo as an example, do not end it.
+    const auto* held = qobject_cast<const QAbstractSlider*>(child.data());
+    if (what != Press && kind == Press && follower == by && held && held->isSliderDown())
+        return;
+    by->remember();
+    const bool repeats = what == KeyStep && act == keyAct && follower == by && sinceKeyStep.isValid() &&
+                         sinceKeyStep.elapsed() < repeatInterval;
+    if (!repeats)
+        ++act;
+    kind = what;
+    follower = by;
+    child = with;
+    if (what != Other && what != Press)
+        endSoon();
+}
+
+// Whatever the input brings about comes before control returns to the event loop.
+void EditorUndo::Private::endSoon()
+{
+    QMetaObject::invokeMethod(
+        q,
+        [this, number = act]
+        {
+            if (act == number)
+                kind = Other;
+        },
+        Qt::QueuedConnection);
+}
+
+void EditorUndo::Private::changed(EditorFollower* by)
+{
+    const QPointer<EditorFollower> alive(by);
+    QWidget* editor = by->editor;
+    const Value before = by->before;
+    if (by->read() != before)
+    {
+        const bool isTheirs = follower == by && kind != Other;
+        if (isTheirs && kind == UntouchedCommit && keepsUntouched)
+        {
+            writeAny(editor, before);
+            return;
+        }
+        if (!isTheirs)
+            ++act;
+        const QPointer<EditorUndo> self(q);
+        Q_EMIT q->edited(editor);
+        if (!self || !alive)
+            return;
+    }
+    by->finishTyping();
+    by->remember();
+    if (by->before == before || by->start)
+        return;
+    const Value after = by->before; // the stack's signals may end all of this
+    if (kind == KeyStep && follower == by)
+    {
+        keyAct = act;
+        sinceKeyStep.restart();
+    }
+    push(editor, before, after);
+}
+
+void EditorUndo::Private::push(QWidget* editor, const Value& before, const Value& after)
+{
+    if (stack)
+        stack->push(new Step(q, editor, before, after));
+}
+
+void EditorUndo::Private::restore(QWidget* editor, const QVariant& stepContext, const Value& value)
+{
+    const QPointer<QWidget> alive(editor);
+    const QPointer<EditorUndo> self(q);
+    keyAct = 0;
+    Q_EMIT q->aboutToRestore(editor, stepContext);
+    if (!alive)
+        return;
+    writeAny(editor, value);
+    if (!self)
+        return;
+    if (EditorFollower* followed = find(editor))
+    {
+        followed->remember();
+        if (followed->start)
+            followed->start = followed->before;
+    }
+    Q_EMIT q->edited(editor);
+}
+} // namespace orvek::host
+
+#include "EditorUndo.moc"

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <Orvek/Host/OrvekQtHostExport.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QVariant>
+
+#include <memory>
+
+class QUndoStack;
+class QWidget;
+
+namespace orvek::host
+{
+class EditorFollower;
+
+//! Puts what the user does to editors and check boxes on an undo stack: one step for one act.
+//!
+//! A press of the mouse is one step until its release, however often it changes the value: a drag with the left or the
+//! middle button, a button that repeats. So are presses of an arrow key that follow each other quickly, and a typed
+//! value, although a slider editor announces it twice. What ends where it began is no step. Neither is a field that was
+//! only entered and left: it shows six digits, and the value keeps the others.
+//!
+//! The value before an act is read when the act begins, so whatever the host has set until then costs nothing here.
+class ORVEKQTHOST_EXPORT EditorUndo : public QObject
+{
+    Q_OBJECT
+    //! The longest time in milliseconds between two key steps (arrows, page keys, Home, End) of one editor that are one
+    //! act. Default 1000. With 0 or less each press is a step.
+    Q_PROPERTY(int repeatInterval READ repeatInterval WRITE setRepeatInterval)
+    //! Whether a field that nobody typed into leaves the value as it is when it is committed. Default true.
+    Q_PROPERTY(bool keepsUntouched READ keepsUntouched WRITE setKeepsUntouched)
+    //! Whether the keys for undo and redo go to the window while a field holds nothing that was typed and not
+    //! committed. Default true; otherwise fields always keep them.
+    Q_PROPERTY(bool passesUndoKeys READ passesUndoKeys WRITE setPassesUndoKeys)
+
+public:
+    //! The stack is not owned; without it nothing is recorded any more. Steps that outlive this object or their editor
+    //! do nothing.
+    explicit EditorUndo(QUndoStack* stack, QObject* parent = nullptr);
+    ~EditorUndo() override;
+
+    //! Follows every editor below root, and every check box that is not a part of a section or an editor, also those
+    //! that come later, for as long as they are below it. The root is not owned and may die first; null is ignored.
+    //! Several roots can be followed.
+    void follow(QWidget* root);
+    //! Follows one editor until it is destroyed: any widget with a signal valueChanged() and a property "value" or
+    //! "filename", a QColourEdit, or a check box or other checkable button. A value of a type that is not known here is
+    //! compared as a QVariant. Anything else is refused with a warning that names it; the result is false then.
+    bool add(QWidget* editor);
+    //! Leaves the editor alone from now on, also where it is below a root that is followed.
+    void remove(QWidget* editor);
+
+    //! Reads all values again. Only needed where the host has set editors and a change then comes that no input
+    //! precedes: a click() from code, for example.
+    void reread();
+    //! Tells what the editors show, an index into a list of objects for example. Kept with each step. Default invalid.
+    void setContext(const QVariant& context);
+
+    //! Until endAct() all changes of the editor are one act, put on the stack at its end: a dialog of the host's that
+    //! shows its choice at once. Acts of one editor do not nest; editors that are not followed are ignored.
+    void beginAct(QWidget* editor);
+    void endAct(QWidget* editor);
+
+    int repeatInterval() const;
+    void setRepeatInterval(int milliseconds);
+    bool keepsUntouched() const;
+    void setKeepsUntouched(bool keep);
+    bool passesUndoKeys() const;
+    void setPassesUndoKeys(bool pass);
+
+Q_SIGNALS:
+    //! The editor has a new value, by the user or by undoing and redoing. A host that does not want the value sets
+    //! another before it returns, and the step takes that one.
+    void edited(QWidget* editor);
+    //! A step is about to be undone or redone: time to let the editors show again what they showed then.
+    void aboutToRestore(QWidget* editor, const QVariant& context);
+
+private:
+    class Step;
+    struct Private;
+    friend class EditorFollower;
+    const std::unique_ptr<Private> d;
+};
+} // namespace orvek::host
