@@ -61,6 +61,29 @@ public:
     double textToValue(QString text, bool* ok) override { return QSliderEdit::textToValue(text, ok) / 100.0; }
 };
 
+// Steps the number in a field and keeps the keys for itself, as a class of a host's may that came later.
+class KeySteps : public QObject
+{
+public:
+    KeySteps(QSliderEdit* editor, QLineEdit* field) : m_editor(editor) { field->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (!isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Up)
+            return false;
+        event->accept();
+        if (event->type() == QEvent::KeyPress)
+        {
+            m_editor->setValue(m_editor->value().toDouble() + 0.1);
+            Q_EMIT m_editor->valueChanged();
+        }
+        return true;
+    }
+
+private:
+    QSliderEdit* const m_editor;
+};
+
 // Editors of a host's own: with a value that is neither number nor text, and with none.
 class ValuelessEdit : public QWidget
 {
@@ -291,15 +314,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, inField);
         QWidget* target = inField ? static_cast<QWidget*>(field()) : slider();
-        const auto press = [&]
-        {
-            QTest::keyClick(target, Qt::Key_Up);
-            if (!inField)
-                return;
-            // As a class does that steps the number in a field: whole, with one signal.
-            m_number->setValue(number() + 0.1);
-            Q_EMIT m_number->valueChanged();
-        };
+        const KeySteps steps(m_number, field());
+        const auto press = [&] { QTest::keyClick(target, Qt::Key_Up); };
         target->setFocus();
         for (int i = 0; i < 20; ++i)
             press();

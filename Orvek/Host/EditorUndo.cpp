@@ -333,6 +333,8 @@ bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
         if (field)
         {
+            // Ahead of those that came later and may keep keys for themselves: what they make of a key is an act too.
+            field->installEventFilter(this);
             m_typed = nullptr;
             disconnect(m_editing);
             m_editing = connect(field, &QLineEdit::textEdited, this, [this, field] { m_typed = field; });
