@@ -11,6 +11,8 @@
 #include <QtWidgets/QStyleOptionSlider>
 #include <QtWidgets/QUndoStack>
 
+Q_DECLARE_METATYPE(Qt::MouseButton)
+
 using namespace hostsupport;
 using orvek::host::EditorUndo;
 
@@ -564,8 +566,6 @@ private:
     std::unique_ptr<QUndoStack> m_stack;
     std::unique_ptr<EditorUndo> m_undo;
 };
-
-Q_DECLARE_METATYPE(Qt::MouseButton)
 
 QTEST_MAIN(tst_EditorUndo)
 #include "tst_editorundo.moc"
