@@ -3,12 +3,14 @@
 
 #include "workloads.h"
 
+#include <Orvek/Host/PanelHost.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
 #include <examples/SceneEditor/Looks.h>
 #include <tests/literalsearch.h>
 
 #include <QtGui/QMouseEvent>
+#include <QtWidgets/QUndoStack>
 
 #include <benchmark/benchmark.h>
 
@@ -277,6 +279,70 @@ BENCHMARK_TEMPLATE(destroy, QSliderEdit)->Name("destroyOurs")->Unit(benchmark::k
 BENCHMARK_TEMPLATE(destroy, BareRow)->Name("destroyFloor")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(buildAndShow, QSliderEdit)->Name("showOurs")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(buildAndShow, BareRow)->Name("showFloor")->Unit(benchmark::kMillisecond);
+
+// The same panel with everything of the host library, and bare.
+struct HostedTree
+{
+    explicit HostedTree(bool hosted) : tree(PushedRows)
+    {
+        if (hosted)
+            host = std::make_unique<orvek::host::PanelHost>(tree.panel.get(), &stack);
+        paint();
+    }
+    PanelTree tree;
+    QUndoStack stack;
+    std::unique_ptr<orvek::host::PanelHost> host;
+};
+
+void hostSearch(benchmark::State& state, bool hosted)
+{
+    HostedTree hostedTree(hosted);
+    typeWord(state, Keys::All, [&](const QString& text) { hostedTree.tree.search->setText(text); });
+}
+
+void hostPush(benchmark::State& state, bool hosted)
+{
+    HostedTree hostedTree(hosted);
+    int turn = 0;
+    for (auto _ : state)
+    {
+        ++turn;
+        for (int i = 0; i < PushedRows; ++i)
+            hostedTree.tree.rows[std::size_t(i)]->setValue(pushedValue(i, turn));
+        paint();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void hostBuild(benchmark::State& state, bool hosted)
+{
+    for (auto _ : state)
+    {
+        auto hostedTree = std::make_unique<HostedTree>(hosted);
+        state.PauseTiming();
+        hostedTree.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// Nothing happens: what is left running shows.
+void hostIdle(benchmark::State& state, bool hosted)
+{
+    HostedTree hostedTree(hosted);
+    for (auto _ : state)
+        paint();
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK_CAPTURE(hostSearch, hosted, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostSearch, bare, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostPush, hosted, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostPush, bare, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostBuild, hosted, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostBuild, bare, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostIdle, hosted, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(hostIdle, bare, false)->Unit(benchmark::kMillisecond);
 
 // An engine that does nothing, so that only the way to it is measured.
 class EmptyEngine final : public orvek::crossplatform::DisplaySurfaceManagerInterface,

@@ -52,6 +52,10 @@ TIMED = [
     ("destroy slider editors", "1000 editors", "destroyOurs", "destroyFloor", None),
     ("heap of slider editors", "bytes an editor", "buildOurs:heap", "buildFloor:heap", None),
     ("show slider editors", "1000 editors", "showOurs", "showFloor", None),
+    ("search keystroke with PanelHost, mean", "50 sections of 20", "hostSearch/hosted", "hostSearch/bare", None),
+    ("push new values with PanelHost", "1000 editors", "hostPush/hosted", "hostPush/bare", None),
+    ("build and show with PanelHost", "50 sections of 20", "hostBuild/hosted", "hostBuild/bare", None),
+    ("nothing happens with PanelHost", "50 sections of 20", "hostIdle/hosted", "hostIdle/bare", None),
     ("frame of an empty engine", "1 frame", "frameOurs", "frameFloor", None),
     ("mouse move to the handler", "1 move", "moveOurs", "moveFloor", None),
 ]
