@@ -1,0 +1,66 @@
+#pragma once
+
+#include <Orvek/Host/OrvekQtHostExport.h>
+
+#include <QtCore/QObject>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
+
+namespace orvek::host
+{
+//! Lines up the editors below a widget: their titles, fields and units stand in columns, also across nested sections,
+//! and what is too long for its column is cut where it does no harm. The texts themselves never change.
+//!
+//! Editors with a vertical slider are left alone. The editors' own widths (labelWidth, textWidth, unitsWidth) keep what
+//! the host has set; they hold again when the columns are switched off or this object is destroyed.
+class ORVEKQTHOST_EXPORT ColumnAligner : public QObject
+{
+    Q_OBJECT
+    //! Whether the columns are kept in line. Default true.
+    Q_PROPERTY(bool alignsColumns READ alignsColumns WRITE setAlignsColumns)
+    //! Whether a title or unit wider than its label ends in "…" and shows its whole text as a tool tip. Default true.
+    Q_PROPERTY(bool elidesTitles READ elidesTitles WRITE setElidesTitles)
+    //! Whether a field without the focus shows the end of a file name, the beginning of another text, and a number in
+    //! as few digits as fit. The whole text is in a tool tip. Default true.
+    Q_PROPERTY(bool fitsTexts READ fitsTexts WRITE setFitsTexts)
+    //! The largest part of a row's width that the titles may take, 0.1 to 0.9; what is beyond is clamped, and NaN
+    //! changes nothing. Default 0.35.
+    Q_PROPERTY(double titleShare READ titleShare WRITE setTitleShare)
+
+public:
+    //! Follows every editor below root, also those that come later. Not owned; may be destroyed first.
+    explicit ColumnAligner(QWidget* root, QObject* parent = nullptr);
+    ~ColumnAligner() override;
+
+    bool alignsColumns() const;
+    void setAlignsColumns(bool align);
+    bool elidesTitles() const;
+    void setElidesTitles(bool elide);
+    bool fitsTexts() const;
+    void setFitsTexts(bool fit);
+    double titleShare() const;
+    void setTitleShare(double share);
+
+    //! The width of the root in pixels from which on no title, unit or number is cut, with the present texts and fonts.
+    //! At least 270, the smallest width of an editor: down to that one the columns hold. Add what the root's frames
+    //! take if nothing is visible yet.
+    int uncutWidth();
+    //! Does now what otherwise happens once before the next painting.
+    void align();
+
+Q_SIGNALS:
+    //! Widths of an editor have changed. For hosts that line up widgets of their own with the titles.
+    void aligned();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+} // namespace orvek::host
