@@ -320,7 +320,7 @@ void measure(Row& row, TextWidth& number)
         hasReset = hasReset || widget == row.parts.reset;
         if (widget == row.parts.label)
             title = i;
-        else if (row.parts.fields.contains(static_cast<QLineEdit*>(widget)))
+        else if (row.parts.fields.contains(qobject_cast<QLineEdit*>(widget)))
             last = i;
     }
     if (title < 0 || last < title)
@@ -337,10 +337,11 @@ void measure(Row& row, TextWidth& number)
         QWidget* widget = items[i]->widget();
         if (items[i]->isEmpty() || i == title)
             continue;
-        const bool isField = i <= last && row.parts.fields.contains(static_cast<QLineEdit*>(widget));
-        const bool isFixed = isField && widget->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
+        auto* field = i <= last ? qobject_cast<QLineEdit*>(widget) : nullptr;
+        const bool isFixed =
+            field && row.parts.fields.contains(field) && field->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
         if (isFixed)
-            row.fields << static_cast<QLineEdit*>(widget);
+            row.fields << field;
         const int width = isFixed || widget == row.parts.units ? 0 : items[i]->minimumSize().width();
         int& part = i < title ? row.head : i <= last ? row.middle : row.tail;
         part += spacing + width;

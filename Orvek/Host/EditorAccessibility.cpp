@@ -1,0 +1,590 @@
+#include <Orvek/Host/EditorAccessibility.h>
+
+#include <Orvek/Host/Editor.h>
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
+
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtCore/QVariant>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextDocumentFragment>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QAccessibleWidget>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QSlider>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvek::host
+{
+namespace
+{
+// -- Names -----------------------------------------------------------------------------------------------------------
+
+// What stands in front of the user; a file editor's window title differs until it gets a title.
+QString spokenTitle(const QWidget* editor)
+{
+    const QLabel* label = partsOf(editor).label;
+    const QString title = label && !label->text().isEmpty() ? label->text() : titleOf(editor);
+    return Qt::mightBeRichText(title) ? QTextDocumentFragment::fromHtml(title).toPlainText() : title;
+}
+
+struct ChildName
+{
+    const char* child;
+    const char* name;
+};
+const ChildName childNames[] = {
+    {"lineEdit", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, value")},
+    {"slider", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, slider")},
+    {"reset", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, reset to default")},
+    {"decrement", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, decrease")},
+    {"increment", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, increase")},
+    {"browse", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, browse")},
+    {"x", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, X")},
+    {"y", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, Y")},
+    {"z", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, Z")},
+    {"red", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, red")},
+    {"green", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, green")},
+    {"blue", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, blue")},
+    {"alpha", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, alpha")},
+};
+
+// Null for a child that has no role in an editor.
+const char* nameOfChild(const QWidget* editor, const QString& child)
+{
+    QString role = child;
+    if (editor->property("colourEdit").toBool())
+        role = child == QLatin1String("x")   ? QStringLiteral("red")
+               : child == QLatin1String("y") ? QStringLiteral("green")
+               : child == QLatin1String("z") ? QStringLiteral("blue")
+                                             : child;
+    for (const ChildName& known : childNames)
+        if (role == QLatin1String(known.child))
+            return known.name;
+    return nullptr;
+}
+
+QString nameOf(const QWidget* widget)
+{
+    if (!widget->accessibleName().isEmpty())
+        return widget->accessibleName();
+    const QWidget* parent = widget->parentWidget();
+    if (isEditor(widget))
+        return spokenTitle(widget);
+    if (isSection(widget))
+        return titleOf(widget);
+    if (qobject_cast<const QRenderWidget*>(widget))
+        return widget->windowTitle().isEmpty()
+                   ? EditorAccessibility::tr("Rendered view")
+                   : EditorAccessibility::tr("%1, rendered view").arg(widget->windowTitle());
+    if (!parent)
+        return {};
+    if (qobject_cast<const QPropertyPanel*>(parent))
+        return parent->windowTitle().isEmpty() || parent->windowTitle() == QLatin1String("QPropertyPanel")
+                   ? EditorAccessibility::tr("Search")
+                   : EditorAccessibility::tr("%1, search").arg(parent->windowTitle());
+    if (isSection(parent))
+        return EditorAccessibility::tr("%1, section").arg(titleOf(parent));
+    const char* name = isEditor(parent) ? nameOfChild(parent, widget->objectName()) : nullptr;
+    return name ? EditorAccessibility::tr(name).arg(spokenTitle(parent)) : QString();
+}
+
+// -- Interfaces ------------------------------------------------------------------------------------------------------
+
+class Named;
+// All that live in Qt's cache, which owns them.
+QSet<Named*>& liveOnes()
+{
+    static QSet<Named*> all;
+    return all;
+}
+
+// A widget with a name of ours; the rest is Qt's.
+class Named : public QAccessibleWidget
+{
+public:
+    Named(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) { liveOnes().insert(this); }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const QString name = kind == QAccessible::Name ? nameOf(widget()) : QString();
+        return name.isEmpty() ? QAccessibleWidget::text(kind) : name;
+    }
+
+protected:
+    ~Named() override { liveOnes().remove(this); }
+};
+
+void announce(QWidget* widget, QAccessible::Event change)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(widget, change);
+    QAccessible::updateAccessibility(&event);
+}
+
+// Reads its children in the order of the components. Tools keep names, so they are told when the title changes.
+class EditorInterface final : public Named
+{
+public:
+    explicit EditorInterface(QWidget* editor) : Named(editor, QAccessible::Grouping)
+    {
+        m_titleChanged =
+            QObject::connect(editor, &QWidget::windowTitleChanged, editor, [editor] { announceNames(editor); });
+    }
+
+    QAccessibleInterface* child(int index) const override
+    {
+        return QAccessible::queryAccessibleInterface(inOrder().value(index));
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override
+    {
+        return child ? inOrder().indexOf(child->object()) : -1;
+    }
+
+protected:
+    ~EditorInterface() override { QObject::disconnect(m_titleChanged); }
+
+private:
+    static void announceNames(QWidget* editor)
+    {
+        announce(editor, QAccessible::NameChanged);
+        if (!QAccessible::isActive())
+            return;
+        const auto children = editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        for (QWidget* child : children)
+            announce(child, QAccessible::NameChanged);
+    }
+
+    // The fields take the places that fields have, each in its turn; a title in the last place comes first.
+    QVector<QObject*> inOrder() const
+    {
+        const EditorParts parts = partsOf(widget());
+        QVector<QObject*> children;
+        int next = 0;
+        for (int i = 0; i < QAccessibleWidget::childCount(); ++i)
+        {
+            QAccessibleInterface* child = QAccessibleWidget::child(i);
+            QObject* object = child ? child->object() : nullptr;
+            if (object && object == parts.label)
+                children.prepend(object);
+            else if (parts.fields.contains(qobject_cast<QLineEdit*>(object)))
+                children << parts.fields[next++];
+            else
+                children << object;
+        }
+        return children;
+    }
+
+    QMetaObject::Connection m_titleChanged;
+};
+
+// A push button or a section's check box.
+class ButtonInterface final : public Named
+{
+public:
+    explicit ButtonInterface(QAbstractButton* button)
+        : Named(button, button->isCheckable() ? QAccessible::CheckBox : QAccessible::PushButton)
+    {
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = Named::state();
+        state.checkable = button()->isCheckable();
+        state.checked = button()->isChecked();
+        state.pressed = button()->isDown();
+        if (button()->isCheckable())
+        {
+            state.expandable = true;
+            state.expanded = button()->isChecked();
+            state.collapsed = !button()->isChecked();
+        }
+        return state;
+    }
+    QStringList actionNames() const override
+    {
+        QStringList names;
+        if (button()->isEnabled())
+        {
+            if (button()->isCheckable())
+                names << toggleAction();
+            names << pressAction();
+        }
+        return names << Named::actionNames();
+    }
+    void doAction(const QString& name) override
+    {
+        if (name == pressAction() || (name == toggleAction() && button()->isCheckable()))
+            button()->click();
+        else
+            Named::doAction(name);
+    }
+    QStringList keyBindingsForAction(const QString& name) const override
+    {
+        const bool ours = name == pressAction() || name == toggleAction();
+        const QString keys = button()->shortcut().toString();
+        return ours && !keys.isEmpty() ? QStringList{keys} : QStringList();
+    }
+
+private:
+    QAbstractButton* button() const { return static_cast<QAbstractButton*>(widget()); }
+};
+
+class SectionInterface final : public Named
+{
+public:
+    explicit SectionInterface(QWidget* section) : Named(section, QAccessible::Grouping)
+    {
+        QCheckBox* line = checkBox();
+        m_toggled = QObject::connect(line, &QCheckBox::toggled, section,
+                                     [section, line]
+                                     {
+                                         QAccessible::State changed;
+                                         changed.expanded = changed.collapsed = true;
+                                         for (QWidget* widget : {section, static_cast<QWidget*>(line)})
+                                         {
+                                             QAccessibleStateChangeEvent event(widget, changed);
+                                             QAccessible::updateAccessibility(&event);
+                                         }
+                                     });
+        m_titleChanged = QObject::connect(section, &QWidget::windowTitleChanged, section,
+                                          [section, line = QPointer<QWidget>(line)]
+                                          {
+                                              announce(section, QAccessible::NameChanged);
+                                              if (line)
+                                                  announce(line, QAccessible::NameChanged);
+                                          });
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = Named::state();
+        if (const QCheckBox* line = checkBox())
+        {
+            state.expandable = true;
+            state.expanded = line->isChecked();
+            state.collapsed = !line->isChecked();
+        }
+        return state;
+    }
+    QStringList actionNames() const override
+    {
+        return QStringList{toggleAction(), pressAction()} << Named::actionNames();
+    }
+    void doAction(const QString& name) override
+    {
+        QCheckBox* line = checkBox();
+        if (line && (name == pressAction() || name == toggleAction()))
+            line->click();
+        else
+            Named::doAction(name);
+    }
+
+protected:
+    ~SectionInterface() override
+    {
+        QObject::disconnect(m_toggled);
+        QObject::disconnect(m_titleChanged);
+    }
+
+private:
+    QCheckBox* checkBox() const
+    {
+        return widget()->findChild<QCheckBox*>(QStringLiteral("accordionCheckBox"), Qt::FindDirectChildrenOnly);
+    }
+
+    QMetaObject::Connection m_toggled;
+    QMetaObject::Connection m_titleChanged;
+};
+
+// Tells of an editor's value once it has it; Qt tells of the handle before. An editor of a host's own is of any class,
+// so its signal is connected by name.
+class ValueNews final : public QObject
+{
+    Q_OBJECT
+public:
+    ValueNews(QSlider* slider, const QAccessibleValueInterface* value) : m_slider(slider), m_value(value)
+    {
+        connect(slider->parentWidget(), SIGNAL(valueChanged()), this, SLOT(tell()));
+    }
+
+private Q_SLOTS:
+    void tell()
+    {
+        QAccessibleValueChangeEvent event(m_slider, m_value->currentValue());
+        QAccessible::updateAccessibility(&event);
+    }
+
+private:
+    QSlider* const m_slider; // outlives the interface that this belongs to
+    const QAccessibleValueInterface* const m_value;
+};
+
+// Speaks and takes the editor's value, not the position of the handle. For an editor without a value that is a number
+// the position has to do.
+class SliderInterface final : public Named, public QAccessibleValueInterface
+{
+public:
+    explicit SliderInterface(QSlider* slider) : Named(slider, QAccessible::Slider), m_news(slider, this) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface*>(this);
+        return Named::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        const bool isValue = kind == QAccessible::Value;
+        // A number's name, or a unit, is not in what tools read of a slider, but they read descriptions.
+        const bool isDescription = kind == QAccessible::Description && Named::text(kind).isEmpty();
+        if (!isValue && !isDescription)
+            return Named::text(kind);
+        const QString value = textsOfValue(editor()).value(0);
+        const QLabel* units = partsOf(editor()).units;
+        const bool hasUnits = units && !units->text().isEmpty();
+        bool isNumber = false;
+        value.toDouble(&isNumber);
+        if (isDescription && isNumber && !hasUnits)
+            return {};
+        return hasUnits ? EditorAccessibility::tr("%1 %2", "value and units").arg(value, units->text()) : value;
+    }
+
+    QVariant currentValue() const override { return read("value", slider()->value()); }
+    QVariant minimumValue() const override { return read("minimum", slider()->minimum()); }
+    QVariant maximumValue() const override { return read("maximum", slider()->maximum()); }
+    QVariant minimumStepSize() const override
+    {
+        const double positions = double(slider()->maximum()) - slider()->minimum();
+        const bool hasValue = hasNumber() && !qobject_cast<QIntSliderEdit*>(editor());
+        if (!hasValue || positions <= 0)
+            return slider()->singleStep();
+        return (maximumValue().toDouble() - minimumValue().toDouble()) / positions;
+    }
+    // As the user's own change: it is clamped, shown and emitted.
+    void setCurrentValue(const QVariant& value) override
+    {
+        bool ok = false;
+        const double number = value.toDouble(&ok);
+        if (!ok || !std::isfinite(number) || !slider()->isEnabled())
+            return;
+        const auto* integers = qobject_cast<const QIntSliderEdit*>(editor());
+        if (integers || !hasNumber())
+        {
+            // One position is one value, or one power of two.
+            const double position = integers && integers->powerOfTwo() ? std::log2(std::max(1.0, number)) : number;
+            slider()->setValue(
+                int(std::lround(qBound(double(slider()->minimum()), position, double(slider()->maximum())))));
+            return;
+        }
+        const EditorValue before = readValue(editor());
+        const QPointer<QWidget> alive(editor());
+        editor()->setProperty("value", number);
+        if (alive && readValue(alive) != before)
+            QMetaObject::invokeMethod(alive, "valueChanged", Qt::DirectConnection);
+    }
+
+private:
+    QSlider* slider() const { return static_cast<QSlider*>(widget()); }
+    QWidget* editor() const { return widget()->parentWidget(); }
+    bool hasNumber() const { return readValue(editor()).numbers.size() == 1; }
+    QVariant read(const char* property, int position) const
+    {
+        const QVariant value = hasNumber() ? editor()->property(property) : QVariant();
+        return value.isValid() ? value : QVariant(position);
+    }
+
+    ValueNews m_news;
+};
+
+// Qt's own for fields cannot be derived from, so this one answers all that it does, by what QLineEdit shows to anyone.
+class FieldInterface final : public Named, public QAccessibleTextInterface, public QAccessibleEditableTextInterface
+{
+public:
+    explicit FieldInterface(QLineEdit* field) : Named(field, QAccessible::EditableText) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::TextInterface)
+            return static_cast<QAccessibleTextInterface*>(this);
+        if (type == QAccessible::EditableTextInterface)
+            return static_cast<QAccessibleEditableTextInterface*>(this);
+        return Named::interface_cast(type);
+    }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = Named::state();
+        state.selectableText = true;
+        state.editable = true; // Qt's own says so of read-only fields as well
+        state.readOnly = field()->isReadOnly();
+        return state;
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Value)
+            return field()->displayText();
+        if (kind == QAccessible::Description && Named::text(kind).isEmpty())
+            return field()->placeholderText();
+        return Named::text(kind);
+    }
+    void setText(QAccessible::Text kind, const QString& text) override
+    {
+        if (kind == QAccessible::Value)
+            replaceText(0, characterCount(), text);
+        else
+            Named::setText(kind, text);
+    }
+
+    void selection(int index, int* start, int* end) const override
+    {
+        *start = index == 0 ? field()->selectionStart() : 0; // -1 without a selection
+        *end = index == 0 ? *start + field()->selectedText().size() : 0;
+    }
+    int selectionCount() const override { return field()->hasSelectedText() ? 1 : 0; }
+    void addSelection(int start, int end) override { setSelection(0, start, end); }
+    void removeSelection(int index) override
+    {
+        if (index == 0)
+            field()->deselect();
+    }
+    void setSelection(int index, int start, int end) override
+    {
+        if (index == 0)
+            field()->setSelection(start, end - start);
+    }
+    int cursorPosition() const override { return field()->cursorPosition(); }
+    void setCursorPosition(int position) override { field()->setCursorPosition(position); }
+    QString text(int start, int end) const override { return field()->displayText().mid(start, end - start); }
+    int characterCount() const override { return field()->displayText().size(); }
+    QRect characterRect(int offset) const override
+    {
+        // From the cursor, as that is the place that a field tells.
+        const QString text = field()->displayText();
+        const QFontMetrics metrics = field()->fontMetrics();
+        const QRect cursor = field()->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+        const int toCursor = metrics.horizontalAdvance(text.left(field()->cursorPosition()));
+        const int left = cursor.center().x() + metrics.horizontalAdvance(text.left(offset)) - toCursor;
+        const int width = metrics.horizontalAdvance(text.mid(offset, 1));
+        return {field()->mapToGlobal(QPoint(left, cursor.top())), QSize(width, cursor.height())};
+    }
+    int offsetAtPoint(const QPoint& point) const override
+    {
+        return field()->cursorPositionAt(field()->mapFromGlobal(point));
+    }
+    void scrollToSubstring(int start, int end) override
+    {
+        field()->setCursorPosition(end);
+        field()->setCursorPosition(start);
+    }
+    QString attributes(int, int* start, int* end) const override
+    {
+        *start = *end = field()->cursorPosition();
+        return {};
+    }
+
+    void deleteText(int start, int end) override { replaceText(start, end, QString()); }
+    void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
+    // As typed: it can be undone, and counts as the user's.
+    void replaceText(int start, int end, const QString& text) override
+    {
+        if (field()->isReadOnly())
+            return;
+        field()->setSelection(start, end - start);
+        if (start == end)
+            field()->setCursorPosition(start);
+        field()->insert(text);
+    }
+
+private:
+    QLineEdit* field() const { return static_cast<QLineEdit*>(widget()); }
+};
+
+// -- Installation ----------------------------------------------------------------------------------------------------
+
+bool installed = false;
+
+// Qt asks while an editor is still building itself, too, and keeps the answer: so a child counts by its name, and
+// whether its parent is an editor is seen each time that the name is asked for.
+bool isNamedPart(const QWidget* widget)
+{
+    const QWidget* parent = widget->parentWidget();
+    if (!parent || widget->objectName().isEmpty())
+        return false;
+    if (qobject_cast<const QPropertyPanel*>(parent))
+        return widget->objectName() == QLatin1String("search");
+    if (widget->objectName() == QLatin1String("accordionCheckBox"))
+        return isSection(parent);
+    return nameOfChild(parent, widget->objectName()) && parent->metaObject()->indexOfSignal("valueChanged()") >= 0;
+}
+
+// Null for what is not ours.
+QAccessibleInterface* interfaceOf(const QString&, QObject* object)
+{
+    if (!object || !object->isWidgetType())
+        return nullptr;
+    auto* widget = static_cast<QWidget*>(object);
+    if (auto* field = qobject_cast<QLineEdit*>(widget))
+        return isNamedPart(field) ? new FieldInterface(field) : nullptr;
+    if (auto* slider = qobject_cast<QSlider*>(widget))
+        return isNamedPart(slider) ? new SliderInterface(slider) : nullptr;
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return isNamedPart(button) ? new ButtonInterface(button) : nullptr;
+    if (qobject_cast<QLabel*>(widget)) // the most frequent of all widgets
+        return nullptr;
+    if (isEditor(widget))
+        return new EditorInterface(widget);
+    if (isSection(widget))
+        return new SectionInterface(widget);
+    if (qobject_cast<QRenderWidget*>(widget))
+        return new Named(widget, QAccessible::Canvas);
+    return nullptr;
+}
+
+void forget(QAccessibleInterface* interface)
+{
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(interface));
+}
+} // namespace
+
+void EditorAccessibility::install()
+{
+    if (installed)
+        return;
+    installed = true;
+    QAccessible::installFactory(interfaceOf);
+    // Qt asks for every widget that it shows, and keeps what it was told.
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (QWidget* widget : widgets)
+        if (QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget))
+            if (!dynamic_cast<Named*>(interface))
+                forget(interface);
+}
+
+void EditorAccessibility::uninstall()
+{
+    if (!installed)
+        return;
+    installed = false;
+    QAccessible::removeFactory(interfaceOf);
+    const QSet<Named*> ours = liveOnes();
+    for (Named* interface : ours)
+        forget(interface);
+}
+
+bool EditorAccessibility::isInstalled()
+{
+    return installed;
+}
+} // namespace orvek::host
+
+#include "EditorAccessibility.moc"
