@@ -179,6 +179,7 @@ private Q_SLOTS:
         font.setPixelSize(font.pixelSize() > 0 ? font.pixelSize() + 1 : 15);
         rows.panel.panel.setFont(font);
         check(" after units and a font");
+        QVERIFY(titleWidth() > before);
         rows.colour->setShowAlpha(false);
         rows.slider->setShowButtons(true);
         window->resize(width + 33, 900);

@@ -27,8 +27,8 @@ class ORVEKQTHOST_EXPORT ColumnAligner : public QObject
     //! Whether a field without the focus shows the end of a file name, the beginning of another text, and a number in
     //! as few digits as fit. The whole text is in a tool tip. Default true.
     Q_PROPERTY(bool fitsTexts READ fitsTexts WRITE setFitsTexts)
-    //! The largest part of a row's width that the titles may take, 0.1 to 0.9; what is beyond is clamped, and NaN
-    //! changes nothing. Default 0.35.
+    //! The largest part of an outermost section's width that the titles may take, 0.1 to 0.9; what is beyond is
+    //! clamped, and NaN changes nothing. Default 0.35.
     Q_PROPERTY(double titleShare READ titleShare WRITE setTitleShare)
 
 public:

@@ -7,7 +7,7 @@
 namespace orvek::host
 {
 //! Tells screen readers and other assistive tools what the widgets are: names with the live title ("Roughness, value"),
-//! sliders in the editor's own units, sections that unfold, and colours in the order red, green, blue, alpha.
+//! sliders with the editor's own values, sections that unfold, and colours in the order red, green, blue, alpha.
 //!
 //! It serves all editors, sections, panels and render widgets of the application, and costs nothing until an assistive
 //! tool asks. A name that the host has set with setAccessibleName() holds before those made here.
@@ -23,6 +23,7 @@ public:
     static void install();
     //! From here on the widgets answer as Qt makes them. Without install() before it does nothing.
     static void uninstall();
+    //! Whether install() was called, and uninstall() not since.
     static bool isInstalled();
 };
 } // namespace orvek::host
