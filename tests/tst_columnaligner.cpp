@@ -176,7 +176,7 @@ private Q_SLOTS:
         before = titleWidth();
         rows.slider->setUnits("px");
         QFont font = rows.panel.panel.font();
-        font.setPixelSize(font.pixelSize() > 0 ? font.pixelSize() + 1 : 15);
+        font.setPixelSize(QFontInfo(font).pixelSize() + 2);
         rows.panel.panel.setFont(font);
         check(" after units and a font");
         QVERIFY(titleWidth() > before);
@@ -380,13 +380,15 @@ private Q_SLOTS:
         Rows rows(&window);
         rows.slider->setTitle("A title of some length");
         rows.slider->setUnits("cd/m²");
-        rows.vector->setValue({-8.88888e-8F, -8.88888e-8F, -8.88888e-8F});
+        const QVector<QLineEdit*> fields = hostsupport::fieldsOf(*rows.vector) + hostsupport::fieldsOf(*rows.colour);
+        for (QLineEdit* field : fields)
+            field->setText("-8.88888e-88");
         hostsupport::showActive(window);
         ColumnAligner aligner(&rows.panel.panel);
         settle();
         const int around = window.width() - rows.panel.panel.width();
         const int width = aligner.uncutWidth();
-        const auto cutOnes = [&rows]
+        const auto cutOnes = [&]
         {
             settle();
             int found = 0;
@@ -394,7 +396,7 @@ private Q_SLOTS:
                 for (const char* name : {"label", "units"})
                     if (const auto* label = row->findChild<QLabel*>(name))
                         found += isWhole(label) ? 0 : 1;
-            for (QLineEdit* field : hostsupport::fieldsOf(*rows.vector))
+            for (QLineEdit* field : fields)
                 found += toolTipOf(field).isEmpty() ? 0 : 1;
             return found;
         };

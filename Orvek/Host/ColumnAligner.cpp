@@ -229,13 +229,15 @@ struct Row
 {
     QPointer<QWidget> editor;
     EditorParts parts;
-    QVector<QLineEdit*> fields; // those that are shown and whose width is fixed
-    QStringList names;          // that a field can show instead of numbers
+    QVector<QLineEdit*> fields;    // those that are shown and whose width is fixed
+    QVector<QLineEdit*> stretched; // several that share what there is by themselves
+    QStringList names;             // that a field can show instead of numbers
     TextWidth title;
     TextWidth units;
     QVector<Limits> limits;
     QMargins marginsBefore;
-    int spacingBefore = -1; // none: the margins are as they were
+    int spacingBefore = -1;    // none: the margins are as they were
+    bool hasOtherParts = true; // children have come or gone
     bool isDirty = true;
     bool awaitsLayout = false; // that this object has asked for
     bool isRow = false;        // false for vertical editors and what else is not one
@@ -266,6 +268,12 @@ int needOf(TextWidth& known, const QLabel* label)
     return known.text.isEmpty() ? 0 : known.width + aroundText(label) + gap;
 }
 
+void refreshParts(Row& row)
+{
+    if (std::exchange(row.hasOtherParts, false))
+        row.parts = partsOf(row.editor);
+}
+
 QString widestNumber()
 {
     return QStringLiteral("-8.88888e-88");
@@ -276,7 +284,8 @@ void measureFields(Row& row, TextWidth& number)
     row.fieldNeed = 0;
     row.nameNeed = 0;
     row.names = row.editor->property("enums").toStringList();
-    for (const QLineEdit* field : qAsConst(row.fields))
+    const QVector<QLineEdit*> fields = row.fields + row.stretched;
+    for (const QLineEdit* field : fields)
     {
         const int frame = field->width() - textArea(field).width() + 1;
         // A derived editor may add to the number: what is there now is taken as all that it adds.
@@ -303,7 +312,8 @@ void measure(Row& row, TextWidth& number)
     row.isDirty = false;
     row.isRow = false;
     row.fields.clear();
-    row.parts = partsOf(row.editor);
+    row.stretched.clear();
+    refreshParts(row);
     row.hasUnits = row.parts.units && !row.parts.units->isHidden();
     row.titleNeed = row.parts.label ? needOf(row.title, row.parts.label) : 0;
     row.unitsNeed = row.hasUnits ? needOf(row.units, row.parts.units) : 0;
@@ -338,11 +348,15 @@ void measure(Row& row, TextWidth& number)
         if (items[i]->isEmpty() || i == title)
             continue;
         auto* field = i <= last ? qobject_cast<QLineEdit*>(widget) : nullptr;
-        const bool isFixed =
-            field && row.parts.fields.contains(field) && field->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
+        const bool isField = field && row.parts.fields.contains(field);
+        const bool isFixed = isField && field->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
+        const bool isStretched = isField && !isFixed && row.parts.fields.size() > 1;
         if (isFixed)
             row.fields << field;
-        const int width = isFixed || widget == row.parts.units ? 0 : items[i]->minimumSize().width();
+        else if (isStretched)
+            row.stretched << field;
+        const bool isElsewhere = isFixed || isStretched || widget == row.parts.units;
+        const int width = isElsewhere ? 0 : items[i]->minimumSize().width();
         int& part = i < title ? row.head : i <= last ? row.middle : row.tail;
         part += spacing + width;
     }
@@ -458,7 +472,7 @@ void ColumnAligner::Private::watch(Row& row, bool isWatched)
         row.editor->installEventFilter(q);
     else
         row.editor->removeEventFilter(q);
-    row.parts = partsOf(row.editor);
+    refreshParts(row);
     for (QLineEdit* field : qAsConst(row.parts.fields))
     {
         field->removeEventFilter(q);
@@ -530,7 +544,7 @@ void ColumnAligner::Private::updateNeeds()
         titleNeed = qMax(titleNeed, row.lead + row.head + row.titleNeed);
         unitsNeed = qMax(unitsNeed, row.trail + row.tail + row.unitsNeed);
         tail = qMax(tail, row.trail + row.tail);
-        contentNeed = qMax(contentNeed, row.middle + int(row.fields.size()) * row.fieldNeed);
+        contentNeed = qMax(contentNeed, row.middle + int(row.fields.size() + row.stretched.size()) * row.fieldNeed);
         if (row.fields.size() != 1)
             continue;
         fieldNeed = qMax(fieldNeed, row.fieldNeed);
@@ -589,13 +603,10 @@ bool ColumnAligner::Private::apply(Row& row)
     else if (!row.fields.isEmpty())
         field = (room - row.middle) / int(row.fields.size());
     field = qMax(leastField, field);
-    for (QLineEdit* child : qAsConst(row.parts.fields))
-    {
-        if (row.fields.contains(child))
-            changed = setLimits(row, child, field, field) || changed;
-        else if (!child->isHidden() && child->maximumWidth() < QWIDGETSIZE_MAX)
-            changed = setLimits(row, child, child->minimumWidth(), QWIDGETSIZE_MAX) || changed;
-    }
+    for (QLineEdit* child : qAsConst(row.fields))
+        changed = setLimits(row, child, field, field) || changed;
+    for (QLineEdit* child : qAsConst(row.stretched))
+        changed = setLimits(row, child, leastField, QWIDGETSIZE_MAX) || changed;
     return changed;
 }
 
@@ -849,11 +860,12 @@ bool ColumnAligner::eventFilter(QObject* watched, QEvent* event)
         d->request();
         break;
     }
+    case QEvent::ChildAdded:
     case QEvent::ChildRemoved:
     {
         const auto row = d->rows.find(watched);
         if (row != d->rows.end())
-            row->isDirty = true;
+            row->isDirty = row->hasOtherParts = true;
         d->request();
         break;
     }
