@@ -7,6 +7,13 @@
 //                                                              random use; shrinks what breaks
 //     soak --world WORLD [--steps COUNT] [--only 3,17,40]              shows the steps of one world
 
+#include <Orvek/Host/ColumnAligner.h>
+#include <Orvek/Host/EditorInput.h>
+#include <Orvek/Host/EditorUndo.h>
+#include <Orvek/Host/PanelHost.h>
+#include <Orvek/Host/PanelSearch.h>
+#include <Orvek/Host/SectionStates.h>
+#include <Orvek/Host/ViewInput.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
@@ -33,6 +40,7 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyleFactory>
+#include <QtWidgets/QUndoStack>
 
 #include <cmath>
 #include <cstdio>
@@ -308,6 +316,11 @@ bool isOfLibrary(const QWidget* widget)
            qobject_cast<const QRenderWidget*>(widget);
 }
 
+bool isPanel(const QWidget* widget)
+{
+    return qobject_cast<const QPropertyPanel*>(widget) != nullptr;
+}
+
 bool isEditor(const QWidget* widget)
 {
     return isOfLibrary(widget) && !qobject_cast<const QPropertyPanel*>(widget) &&
@@ -384,6 +397,11 @@ public:
     ~World()
     {
         m_closer.stop();
+        if (m_number % 4 == 1) // in the others the widgets go first
+        {
+            m_hosts.clear();
+            m_views.clear();
+        }
         QCoreApplication::removeTranslator(&m_translator);
         QApplication::setLayoutDirection(Qt::LeftToRight);
         QApplication::setPalette(QPalette());
@@ -602,7 +620,7 @@ private:
 
     void act(Random& random)
     {
-        switch (random.below(26))
+        switch (random.below(28))
         {
         case 0:
         case 1:
@@ -646,6 +664,9 @@ private:
             return changeSurroundings(random);
         case 24:
             return search(random);
+        case 25:
+        case 26:
+            return useHostLibrary(random);
         default:
             return shakeWindow(random);
         }
@@ -994,6 +1015,51 @@ private:
             base->applyParentTooltip();
     }
 
+    // The host library, in every other world; it has to bear whatever happens to the widgets that it follows.
+    void useHostLibrary(Random& random)
+    {
+        if (m_number % 2 == 0)
+            return;
+        const int what = random.below(10);
+        QWidget* target = anyOurs(random);
+        note(counts.host, QStringLiteral("host library %1 for %2").arg(what).arg(nameOf(target)));
+        auto* view = qobject_cast<QRenderWidget*>(target);
+        if (view && m_views.size() < 3)
+            m_views.push_back(std::make_unique<orvek::host::ViewInput>(view, &m_handler));
+        else if (what == 0 && !m_views.empty())
+            m_views.pop_back();
+        if (m_hosts.empty() || (what == 1 && m_hosts.size() < 3))
+        {
+            if (QWidget* panel = qobject_cast<QPropertyPanel*>(target) ? target : find(random, isPanel))
+                m_hosts.push_back(std::make_unique<orvek::host::PanelHost>(panel, random.once(4) ? nullptr : &m_stack));
+            return;
+        }
+        orvek::host::PanelHost& host = *m_hosts.at(std::size_t(random.below(int(m_hosts.size()))));
+        if (what == 2)
+            m_hosts.erase(m_hosts.begin());
+        else if (what == 3)
+            m_stack.undo();
+        else if (what == 4)
+            m_stack.redo();
+        else if (what == 5)
+            host.search()->find();
+        else if (what == 6)
+            random.once(2) ? host.search()->findNext() : host.search()->findFirst();
+        else if (what == 7)
+            random.once(2) ? host.states()->save(m_settings) : host.states()->restore(m_settings);
+        else if (what == 8)
+            random.once(2) ? host.setColourButtons(random.once(2)) : host.setChoiceButtons(random.once(2));
+        else
+        {
+            QObject* const parts[] = {host.input(), host.columns(), host.undo()};
+            QObject* part = random.pick(parts);
+            const QMetaObject* meta = part ? part->metaObject() : nullptr;
+            for (int i = meta ? meta->propertyOffset() : 0; meta && i < meta->propertyCount(); ++i)
+                if (meta->property(i).userType() == QMetaType::Bool && random.once(2))
+                    meta->property(i).write(part, random.once(2));
+        }
+    }
+
     QWidget* anyParent(Random& random, QWidget* child) const
     {
         return find(random,
@@ -1238,6 +1304,9 @@ private:
     Handler m_handler;
     Translator m_translator;
     QTemporaryDir m_directory;
+    QUndoStack m_stack;
+    std::vector<std::unique_ptr<orvek::host::PanelHost>> m_hosts;
+    std::vector<std::unique_ptr<orvek::host::ViewInput>> m_views;
     QSettings m_settings{m_directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat};
     QTimer m_closer;
 };

@@ -736,7 +736,7 @@ void PanelSearch::Private::showFound(bool isNewText)
         if (receiver->outer ? isSeen && showsNested : isSeen || !hidesUnmatched)
         {
             show(widget);
-            if (receiver->outer)
+            if (receiver->row) // none for a section beside the contents of the outer one
                 show(receiver->row);
         }
         else if (hidesUnmatched && receiver->box && !isSeen && !isHiddenOnPurpose(widget))
