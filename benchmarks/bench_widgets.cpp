@@ -283,10 +283,11 @@ BENCHMARK_TEMPLATE(buildAndShow, BareRow)->Name("showFloor")->Unit(benchmark::kM
 // The same panel with everything of the host library, and bare.
 struct HostedTree
 {
-    explicit HostedTree(bool hosted) : tree(PushedRows)
+    explicit HostedTree(bool hosted) : tree(PushedRows, 20, false)
     {
         if (hosted)
             host = std::make_unique<orvek::host::PanelHost>(tree.panel.get(), &stack);
+        tree.panel->show();
         paint();
     }
     PanelTree tree;

@@ -49,7 +49,7 @@ inline void paint()
 // A shown panel with so many editors in sections of that size.
 struct PanelTree
 {
-    explicit PanelTree(int rowCount, int sectionSize = 20)
+    explicit PanelTree(int rowCount, int sectionSize = 20, bool shown = true)
     {
         panel = std::make_unique<QPropertyPanel>();
         scrollArea = new QScrollArea(panel.get());
@@ -75,7 +75,8 @@ struct PanelTree
         }
         scrollArea->setWidget(scrollContents);
         panel->resize(400, 900);
-        panel->show();
+        if (shown)
+            panel->show();
         paint();
         search = panel->findChild<QLineEdit*>(QStringLiteral("search"));
     }
