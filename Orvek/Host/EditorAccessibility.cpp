@@ -37,6 +37,8 @@ QString spokenTitle(const QWidget* editor)
     return Qt::mightBeRichText(title) ? QTextDocumentFragment::fromHtml(title).toPlainText() : title;
 }
 
+// The context of these texts; the tool that collects them needs it spelt out beside each one.
+constexpr char Context[] = "orvek::host::EditorAccessibility";
 struct ChildName
 {
     const char* child;
@@ -95,7 +97,7 @@ QString nameOf(const QWidget* widget)
     if (isSection(parent))
         return EditorAccessibility::tr("%1, section").arg(titleOf(parent));
     const char* name = isEditor(parent) ? nameOfChild(parent, widget->objectName()) : nullptr;
-    return name ? EditorAccessibility::tr(name).arg(spokenTitle(parent)) : QString();
+    return name ? QCoreApplication::translate(Context, name).arg(spokenTitle(parent)) : QString();
 }
 
 // -- Interfaces ------------------------------------------------------------------------------------------------------
