@@ -1,5 +1,6 @@
 #include "hostsupport.h"
 
+#include <Orvek/Host/ChoiceButton.h>
 #include <Orvek/Host/ColumnAligner.h>
 
 #include <QtGui/QHelpEvent>
@@ -43,7 +44,7 @@ struct Rows
         return ends(
             [](QWidget* row) -> QWidget*
             {
-                QWidget* last = nullptr;
+                QWidget* last = row->findChild<ChoiceButton*>();
                 for (QLineEdit* field : hostsupport::fieldsOf(*row))
                     last = field->isVisible() ? field : last;
                 return last;
@@ -188,6 +189,9 @@ private Q_SLOTS:
         check(" with a row that came later");
         delete rows.all.takeLast();
         check(" without it");
+        rows.integer->setEnums({"Low", "Medium", "High"});
+        ChoiceButton::addTo(rows.integer);
+        check(" with a list of names");
     }
 
     void longTitlesEndInDots_data()

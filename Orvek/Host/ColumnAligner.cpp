@@ -11,6 +11,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -330,7 +331,8 @@ void measure(Row& row, TextWidth& number)
         hasReset = hasReset || widget == row.parts.reset;
         if (widget == row.parts.label)
             title = i;
-        else if (row.parts.fields.contains(qobject_cast<QLineEdit*>(widget)))
+        // A list of names stands in the place of slider and field.
+        else if (row.parts.fields.contains(qobject_cast<QLineEdit*>(widget)) || qobject_cast<QComboBox*>(widget))
             last = i;
     }
     if (title < 0 || last < title)
