@@ -1,5 +1,6 @@
-// Takes the pictures of the documentation from the widgets on the screen: DocPictures DIRECTORY
+// Takes the pictures of the documentation from the widgets on the screen: DocPictures DIRECTORY [NAME.png...]
 // Start it with QT_SCALE_FACTOR=2 and the style Fusion; scripts/pictures does.
+#include <pictures/hour.h>
 #include <snippets/snippets.h>
 
 #include <QtCore/QEventLoop>
@@ -12,7 +13,9 @@
 
 namespace
 {
-constexpr int Width = 480; // of each picture, in pixels of the widgets
+// In pixels of the widgets.
+constexpr int Width = 480;
+constexpr int WidthOfTwo = 920; // side by side
 
 void wait(int milliseconds)
 {
@@ -22,10 +25,10 @@ void wait(int milliseconds)
 }
 
 // From the screen, so that native windows are in it. Text cursors and focus frames are not.
-bool takePicture(QWidget* widget, int height, const QString& file)
+bool takePicture(QWidget* widget, int width, int height, const QString& file)
 {
     wait(100);
-    widget->resize(Width, qMax(height, widget->minimumHeight()));
+    widget->resize(width, qMax(height, widget->minimumHeight()));
     widget->move(0, 0);
     if (QWidget* focus = QApplication::focusWidget())
         focus->clearFocus();
@@ -48,19 +51,25 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     const QString directory = application.arguments().value(1, QStringLiteral("."));
+    const QStringList names = application.arguments().mid(2);
     bool good = true;
-    const auto take = [&](QWidget* made, int height, const char* name, void (*prepare)(QWidget*) = nullptr)
+    const auto takeWide =
+        [&](QWidget* made, int width, int height, const char* name, void (*prepare)(QWidget*) = nullptr)
     {
         const std::unique_ptr<QWidget> widget(made);
+        if (!names.isEmpty() && !names.contains(QLatin1String(name)))
+            return;
         widget->setWindowFlag(Qt::FramelessWindowHint);
         if (widget->layout() && height < 100)
             widget->setMinimumHeight(0);
-        widget->resize(Width, height);
+        widget->resize(width, height);
         widget->show();
         if (prepare)
             prepare(made);
-        good = takePicture(made, height, directory + QLatin1Char('/') + QLatin1String(name)) && good;
+        good = takePicture(made, width, height, directory + QLatin1Char('/') + QLatin1String(name)) && good;
     };
+    const auto take = [&](QWidget* made, int height, const char* name, void (*prepare)(QWidget*) = nullptr)
+    { takeWide(made, Width, height, name, prepare); };
 
     take(sliderEdit(), 38, "qslideredit.png");
     take(intSliderEdit(), 76, "qintslideredit.png");
@@ -79,5 +88,18 @@ int main(int argc, char** argv)
          });
     take(renderWidget(), 270, "qrenderwidget.png");
     take(renderWidgetWithoutEngine(), 120, "qrenderwidget-message.png");
+
+    // The guide "An Hour in a Panel". The accessible names come first: from the second picture of them on, all widgets
+    // have them.
+    takeWide(namesOfParts(), WidthOfTwo, 306, "hour-editoraccessibility.png");
+    take(typing(), 232, "hour-editorinput.png", prepareTyping);
+    takeWide(acts(), WidthOfTwo, 200, "hour-editorundo.png", prepareActs);
+    takeWide(twoPanels("With a PanelSearch"), WidthOfTwo, 230, "hour-panelsearch.png", prepareSearch);
+    takeWide(twoPanels("With a SectionStates"), WidthOfTwo, 494, "hour-sectionstates.png", prepareStates);
+    takeWide(twoPanels("With a ColumnAligner"), WidthOfTwo, 494, "hour-columnaligner.png", prepareColumns);
+    take(colours(), 180, "hour-colourbutton.png");
+    take(choices(), 206, "hour-choicebutton.png", prepareChoices);
+    takeWide(views(), WidthOfTwo, 290, "hour-viewinput.png", prepareViews);
+    takeWide(twoPanels("With a PanelHost"), WidthOfTwo, 494, "hour.png", preparePanels);
     return good ? 0 : 1;
 }

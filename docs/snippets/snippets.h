@@ -28,11 +28,15 @@ QWidget* panel();
 QWidget* renderWidget();
 QWidget* renderWidgetWithoutEngine();
 QWidget* viewWithoutNativeAncestors();
+QWidget* shading();
+QWidget* baseColour();
+QWidget* materialPanel();
 
 bool translate(const QString& folder);
 bool translateHost(const QString& folder);
 void guardView(QRenderWidget* view, orvek::base::BaseMouseHandler* handler,
                orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
+int showMaterial();
 void styleMatches(QWidget* panel);
 void keepBorderedLook(QWidget* section);
 void closeAfterLoading(QWidget* form);
