@@ -46,7 +46,7 @@ public:
     void follow(QWidget* root);
     //! Follows one editor until it is destroyed: any widget with a signal valueChanged() and a property "value" or
     //! "filename", a QColourEdit, or a check box or other checkable button. A value of a type that is not known here is
-    //! compared as a QVariant. Anything else is refused with a warning that names it; the result is false then.
+    //! compared as a QVariant. Anything else is refused with a warning that names it. Returns whether it is followed.
     bool add(QWidget* editor);
     //! Leaves the editor alone from now on, also where it is below a root that is followed.
     void remove(QWidget* editor);
@@ -54,7 +54,8 @@ public:
     //! Reads all values again. Only needed where the host has set editors and a change then comes that no input
     //! precedes: a click() from code, for example.
     void reread();
-    //! Tells what the editors show, an index into a list of objects for example. Kept with each step. Default invalid.
+    //! The context tells what the editors show, an index into a list of objects for example. It is kept with each step.
+    //! Default invalid.
     void setContext(const QVariant& context);
 
     //! Until endAct() all changes of the editor are one act, put on the stack at its end: a dialog of the host's that
@@ -73,7 +74,8 @@ Q_SIGNALS:
     //! The editor has a new value, by the user or by undoing and redoing. A host that does not want the value sets
     //! another before it returns, and the step takes that one.
     void edited(QWidget* editor);
-    //! A step is about to be undone or redone: time to let the editors show again what they showed then.
+    //! A step of the editor is about to be undone or redone: time to let the editors show again what they showed then,
+    //! which the context tells.
     void aboutToRestore(QWidget* editor, const QVariant& context);
 
 private:

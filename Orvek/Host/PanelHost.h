@@ -32,8 +32,8 @@ class ORVEKQTHOST_EXPORT PanelHost : public QObject
     Q_PROPERTY(bool choiceButtons READ choiceButtons WRITE setChoiceButtons)
 
 public:
-    //! Serves the panel, a QPropertyPanel as a rule, and what comes into it later. Neither panel nor stack is owned,
-    //! and either may die first. The panel must not be null; without a stack nothing is recorded for undo.
+    //! Serves the panel, a QPropertyPanel as a rule, and what comes into it later. Neither it nor undoStack is owned,
+    //! and either may die first. The panel must not be null; if undoStack is, nothing is recorded for undo.
     explicit PanelHost(QWidget* panel, QUndoStack* undoStack = nullptr, QObject* parent = nullptr);
     //! The panel behaves again as without it.
     ~PanelHost() override;

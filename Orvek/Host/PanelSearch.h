@@ -60,6 +60,7 @@ public Q_SLOTS:
     void findFirst();
     //! On from the match that has the focus or was gone to last; after the last one the first comes again.
     void findNext();
+    //! The same backwards; before the first match comes the last one.
     void findPrevious();
 
 protected:

@@ -32,11 +32,11 @@ public:
     explicit SectionStates(QWidget* root, QObject* parent = nullptr);
     ~SectionStates() override;
 
-    //! Writes a bool for each section, and for each that has left. Other entries stay.
+    //! Writes a bool to the settings for each section, and for each that has left. Other entries stay.
     void save(QSettings& settings) const;
-    //! Opens and closes the sections; those without an entry stay as they are. What was read is kept for sections that
-    //! come later, and one that leaves and comes again has the state that it left with. During a search it takes effect
-    //! at the end of it.
+    //! Opens and closes the sections by the settings; those without an entry stay as they are. What was read is kept
+    //! for sections that come later, and one that leaves and comes again has the state that it left with. During a
+    //! search it takes effect at the end of it.
     void restore(const QSettings& settings);
 
     //! Whether a click anywhere in the title line folds, as one on the check box does: pressed and released inside.

@@ -34,6 +34,7 @@ public:
 
     //! Null once it has been destroyed.
     QRenderWidget* view() const;
+    //! What receives the input, or null.
     orvek::base::BaseMouseHandler* handler() const;
     //! Releases what the earlier handler holds. Null for none.
     void setHandler(orvek::base::BaseMouseHandler* handler);
