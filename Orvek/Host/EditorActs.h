@@ -4,8 +4,8 @@
 
 class QWidget;
 
-// How the classes of this library that change an editor's value for the user say so, whoever follows the editor. All
-// are to be emitted around the editor's valueChanged(). Private.
+// Classes of this library that change an editor's value for the user emit these signals around its valueChanged(), so
+// that every EditorUndo knows where the act begins and ends. Private.
 namespace orvek::host
 {
 class EditorActs final : public QObject
@@ -18,7 +18,7 @@ public:
 Q_SIGNALS:
     //! A single change is about to be made; the editor still has its old value.
     void aboutToChange(QWidget* editor);
-    //! From here on until ended() all changes are one act of the user: a dialog is open, for example.
+    //! Until ended() all changes are one act of the user: a dialog is open, for example.
     void begun(QWidget* editor);
     void ended(QWidget* editor);
 };

@@ -69,8 +69,8 @@ Value readNumber(const QWidget* editor)
     return {{{static_cast<const Editor*>(editor)->value().toDouble()}, QString()}, QVariant()};
 }
 
-// Hosts may have all values read again with each push; these kinds are most of a panel. Finding a property by its name
-// would take longer than all the rest.
+// Finding a property by its name would be most of the work when a host has all values read again with each push. Most
+// editors of a panel are of these kinds.
 Value (*readerFor(const QWidget* editor))(const QWidget*)
 {
     if (qobject_cast<const QSliderEdit*>(editor))
@@ -86,7 +86,7 @@ Value (*readerFor(const QWidget* editor))(const QWidget*)
     return readAny;
 }
 
-// Silent as the setters of editors are; buttons emit toggled() but not clicked().
+// Editors emit nothing, as always when they are set; buttons emit toggled() but not clicked().
 void writeAny(QWidget* editor, const Value& value)
 {
     if (auto* box = qobject_cast<QCheckBox*>(editor))
@@ -123,7 +123,7 @@ bool isStepKey(int key)
     }
 }
 
-// The check box that opens and closes a section is no row.
+// The check box that opens and closes a section has no value.
 bool isRowCheckBox(const QWidget* widget)
 {
     if (!qobject_cast<const QCheckBox*>(widget))
@@ -135,7 +135,7 @@ bool isRowCheckBox(const QWidget* widget)
 
 struct EditorUndo::Private
 {
-    // What the user is doing. Changes that nothing announces are acts of their own.
+    // What the user is doing. A change without any input before it is an act of its own.
     enum Kind
     {
         Other,
@@ -169,11 +169,11 @@ struct EditorUndo::Private
     Kind kind = Other;
     const EditorFollower* follower = nullptr; // only to be compared
     QPointer<QObject> child;
-    int keyAct = 0; // of the last key step
-    QElapsedTimer sinceKeyStep;
+    int keyAct = 0;             // of the last key step; 0 if the next one is a new act
+    QElapsedTimer sinceKeyStep; // valid once there was one
 };
 
-// One for each editor; what it connects and watches ends with it.
+// One for each editor. Its connections and event filters end with it.
 class EditorFollower final : public QObject
 {
     Q_OBJECT
@@ -289,7 +289,7 @@ void EditorFollower::watch(QWidget* part)
     part->installEventFilter(this);
     if (auto* field = qobject_cast<QLineEdit*>(part))
         m_fields << field;
-    // Also clicks by a shortcut, an assistive technology or the host.
+    // Not only the mouse clicks: a shortcut, an assistive technology and the host do too.
     else if (auto* button = qobject_cast<QAbstractButton*>(part))
         connect(button, &QAbstractButton::pressed, this,
                 [this, button]
@@ -300,7 +300,7 @@ void EditorFollower::watch(QWidget* part)
                 });
 }
 
-// From here on the fields' own undo does not go back behind what was committed.
+// Setting the text ends the field's own undo history, so that it does not go back beyond the commit.
 void EditorFollower::finishTyping()
 {
     m_typed = nullptr;
@@ -314,7 +314,7 @@ void EditorFollower::finishTyping()
     }
 }
 
-// Reads only: what is to be done with an event is up to the editor and those who watch it as well.
+// Handles no event but the undo keys; all others go on to the editor and its other filters.
 bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
 {
     auto* field = qobject_cast<QLineEdit*>(watched);
@@ -333,7 +333,7 @@ bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
         if (field)
         {
-            // Ahead of those that came later and may keep keys for themselves: what they make of a key is an act too.
+            // Moves ahead of filters that came later. They may consume a key, and a change they make is an act too.
             field->installEventFilter(this);
             m_typed = nullptr;
             disconnect(m_editing);
@@ -348,7 +348,7 @@ bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
         }
         break;
     case QEvent::ChildAdded:
-        // A button that was put beside the value, for example.
+        // A button that the host puts beside the value, for example.
         if (watched == editor && static_cast<QChildEvent*>(event)->child()->isWidgetType())
             static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
         break;
@@ -367,12 +367,12 @@ bool EditorFollower::onKey(QObject* child, const QKeyEvent* key)
     else if (field && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter))
         kind = commitOf(field);
     m_undo->begin(this, kind, child);
-    // An override that nobody accepts is what lets the window's shortcut have the key.
+    // If nobody accepts the override, the window's shortcut gets the key.
     return key->type() == QEvent::ShortcutOverride && m_undo->passesUndoKeys && field && !field->isModified() &&
            (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo));
 }
 
-// Somebody else may have written what was typed in another form by now, so it does not count alone what the field says.
+// A slot of textEdited() may have set the text, and the field does not count as modified then.
 EditorUndo::Private::Kind EditorFollower::commitOf(const QLineEdit* field) const
 {
     return field->isModified() || field == m_typed ? EditorUndo::Private::Commit : EditorUndo::Private::UntouchedCommit;
@@ -527,16 +527,15 @@ void EditorUndo::Private::enter(QWidget* widget)
         q->add(widget);
 }
 
-// Called with input, before the editor gets it: the last moment at which the editor has its old value.
+// Called with each input before the editor gets it, while the editor still has its old value.
 void EditorUndo::Private::begin(EditorFollower* by, Kind what, QObject* with)
 {
-    // Keys during a drag, for undo as an example, do not end it.
+    // A key during a drag, a modifier for example, does not end it.
     const auto* held = qobject_cast<const QAbstractSlider*>(child.data());
     if (what != Press && kind == Press && follower == by && held && held->isSliderDown())
         return;
     by->remember();
-    const bool repeats = what == KeyStep && act == keyAct && follower == by && sinceKeyStep.isValid() &&
-                         sinceKeyStep.elapsed() < repeatInterval;
+    const bool repeats = what == KeyStep && act == keyAct && follower == by && sinceKeyStep.elapsed() < repeatInterval;
     if (!repeats)
         ++act;
     kind = what;
@@ -546,7 +545,7 @@ void EditorUndo::Private::begin(EditorFollower* by, Kind what, QObject* with)
         endSoon();
 }
 
-// Whatever the input brings about comes before control returns to the event loop.
+// All changes that an input makes come before control returns to the event loop.
 void EditorUndo::Private::endSoon()
 {
     QMetaObject::invokeMethod(
@@ -583,11 +582,11 @@ void EditorUndo::Private::changed(EditorFollower* by)
     by->remember();
     if (by->before == before || by->start)
         return;
-    const Value after = by->before; // the stack's signals may end all of this
+    const Value after = by->before; // a slot of the stack's signals may delete the follower
     if (kind == KeyStep && follower == by)
     {
         keyAct = act;
-        sinceKeyStep.restart();
+        sinceKeyStep.start();
     }
     push(editor, before, after);
 }

@@ -18,25 +18,25 @@ class EditorFollower;
 //!
 //! A press of the mouse is one step until its release, however often it changes the value: a drag with the left or the
 //! middle button, a button that repeats. So are presses of an arrow key that follow each other quickly, and a typed
-//! value, although a slider editor announces it twice. What ends where it began is no step. Neither is a field that was
-//! only entered and left: it shows six digits, and the value keeps the others.
+//! value, although a slider editor emits valueChanged() twice. An act that ends where it began is not a step, nor is a
+//! field that was only entered and left: it shows six digits, and the value keeps the others.
 //!
-//! The value before an act is read when the act begins, so whatever the host has set until then costs nothing here.
+//! The value before an act is read when the act begins, so the values that a host sets until then cost nothing.
 class ORVEKQTHOST_EXPORT EditorUndo : public QObject
 {
     Q_OBJECT
-    //! The longest time in milliseconds between two key steps (arrows, page keys, Home, End) of one editor that are one
-    //! act. Default 1000. With 0 or less each press is a step.
+    //! Presses of arrow keys, page keys, Home and End of one editor are one act if less than this many milliseconds lie
+    //! between them. Default 1000. With 0 or less each press is a step.
     Q_PROPERTY(int repeatInterval READ repeatInterval WRITE setRepeatInterval)
-    //! Whether a field that nobody typed into leaves the value as it is when it is committed. Default true.
+    //! Whether committing a field that nobody typed into leaves the value as it is. Default true.
     Q_PROPERTY(bool keepsUntouched READ keepsUntouched WRITE setKeepsUntouched)
-    //! Whether the keys for undo and redo go to the window while a field holds nothing that was typed and not
-    //! committed. Default true; otherwise fields always keep them.
+    //! Whether the window gets the keys for undo and redo, except while a field has typed text that is not committed
+    //! yet. Default true; otherwise fields always keep them.
     Q_PROPERTY(bool passesUndoKeys READ passesUndoKeys WRITE setPassesUndoKeys)
 
 public:
-    //! The stack is not owned; without it nothing is recorded any more. Steps that outlive this object or their editor
-    //! do nothing.
+    //! The stack is not owned; if it is null or destroyed, nothing is recorded. Steps that outlive this object or their
+    //! editor do nothing.
     explicit EditorUndo(QUndoStack* stack, QObject* parent = nullptr);
     ~EditorUndo() override;
 
@@ -51,15 +51,15 @@ public:
     //! Leaves the editor alone from now on, also where it is below a root that is followed.
     void remove(QWidget* editor);
 
-    //! Reads all values again. Only needed where the host has set editors and a change then comes that no input
-    //! precedes: a click() from code, for example.
+    //! Reads all values again. Only needed if the host has set values and the next change comes without any input: from
+    //! a slot that code calls, for example.
     void reread();
     //! The context tells what the editors show, an index into a list of objects for example. It is kept with each step.
     //! Default invalid.
     void setContext(const QVariant& context);
 
-    //! Until endAct() all changes of the editor are one act, put on the stack at its end: a dialog of the host's that
-    //! shows its choice at once. Acts of one editor do not nest; editors that are not followed are ignored.
+    //! Until endAct() all changes of the editor are one act, put on the stack at its end. For a dialog of the host's
+    //! that shows its choice at once. Acts of one editor do not nest; editors that are not followed are ignored.
     void beginAct(QWidget* editor);
     void endAct(QWidget* editor);
 
