@@ -9,6 +9,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
 #include <QtGui/QWheelEvent>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSlider>
@@ -17,7 +18,7 @@ namespace orvek::host
 {
 struct ChoiceButton::Private
 {
-    // What decides on the entries.
+    // What the entries are made from.
     struct Offer
     {
         QStringList names;
@@ -39,9 +40,9 @@ struct ChoiceButton::Private
 
     QPointer<QIntSliderEdit> editor;
     Offer offer;
-    int shown = 0;         // the value of the current entry
-    bool hasExtra = false; // the last entry is a value without a name
-    bool isOpen = false;
+    int shown = 0;          // the value of the current entry
+    bool hasExtra = false;  // the last entry is a value without a name
+    QPointer<QWidget> list; // the popup's, which is made when it is first opened
     QMetaObject::Connection watch;
     QVector<QPointer<QWidget>> replaced; // hidden for the list
 };
@@ -76,7 +77,7 @@ ChoiceButton::ChoiceButton(QIntSliderEdit* editor, QWidget* parent) : QComboBox(
 
 ChoiceButton::~ChoiceButton()
 {
-    // An editor that is being destroyed is no QIntSliderEdit any more.
+    // An editor that is being destroyed is no longer a QIntSliderEdit.
     if (!qobject_cast<QIntSliderEdit*>(parentWidget()))
         return;
     for (const QPointer<QWidget>& part : d->replaced)
@@ -113,14 +114,8 @@ QIntSliderEdit* ChoiceButton::editor() const
 void ChoiceButton::showPopup()
 {
     d->refresh(this);
-    d->isOpen = true;
+    d->list = view();
     QComboBox::showPopup();
-}
-
-void ChoiceButton::hidePopup()
-{
-    QComboBox::hidePopup();
-    d->isOpen = false;
 }
 
 void ChoiceButton::showEvent(QShowEvent* event)
@@ -138,7 +133,7 @@ void ChoiceButton::hideEvent(QHideEvent* event)
     disconnect(d->watch);
 }
 
-// Goes on from the value that the editor has now.
+// Starts from the editor's present value.
 void ChoiceButton::keyPressEvent(QKeyEvent* event)
 {
     d->refresh(this);
@@ -163,9 +158,9 @@ void ChoiceButton::Private::nameIt(ChoiceButton* button) const
 // An open list stays as the user sees it.
 void ChoiceButton::Private::refresh(ChoiceButton* button)
 {
-    if (!editor || isOpen)
+    if (!editor || (list && list->isVisible()))
         return;
-    // Each time that the event loop comes round: the list of names is shared and compares as quickly as the numbers.
+    // Called each time the event loop comes round. The list of names is shared, so it compares as fast as the numbers.
     const int value = editor->value().toInt();
     const Offer wanted = offerOf();
     if (wanted == offer && value == shown)
@@ -205,7 +200,7 @@ void ChoiceButton::Private::choose(ChoiceButton* button, int value)
     Q_EMIT EditorActs::instance()->aboutToChange(editor);
     editor->setValue(value);
     Q_EMIT editor->valueChanged();
-    // The host may have set another one.
+    // The host may have set another value.
     if (alive)
         refresh(button);
 }

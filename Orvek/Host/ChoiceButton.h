@@ -12,9 +12,9 @@ namespace orvek::host
 {
 //! A drop-down list of the names of an integer editor, in place of or beside its slider.
 //!
-//! It offers those of the editor's "enums" whose value lies in the editor's range (and is a power of two where the
-//! editor is set to those), as the editor's valueToText() writes them. A value that is none of them is an entry with
-//! its number for as long as the editor has it. Value, names and range are followed however they are set.
+//! It offers those of the editor's "enums" whose value lies in the editor's range (and is a power of two if the editor
+//! is set to powers of two), as the editor's valueToText() writes them. A value without a name is an entry with its
+//! number for as long as the editor has it. Value, names and range are followed however they are set.
 //!
 //! A choice stores the value and is announced by one valueChanged() of the editor, without startedEdit(). The wheel
 //! over it scrolls the panel and never chooses.
@@ -34,7 +34,6 @@ public:
     QIntSliderEdit* editor() const;
 
     void showPopup() override;
-    void hidePopup() override;
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -2,15 +2,15 @@
 
 #include <QtCore/QObject>
 
-// The editors' setters send nothing, and those of a QColourEdit change nothing that is shown. Whoever shows a value in
-// another form compares it when the event loop has come round: nobody can see the value change before that. Private.
+// The editors' setters emit nothing, and setColour() of a QColourEdit does not even change its fields. A widget that
+// shows an editor's value compares it each time the event loop comes round, as nothing is painted before that. Private.
 namespace orvek::host
 {
 class LoopWatch final : public QObject
 {
     Q_OBJECT
 public:
-    //! One for all widgets; it works while somebody is connected, so connect only what is shown.
+    //! One for all widgets. Connect only while the widget is shown: each slot runs with every event.
     static LoopWatch* instance();
 
 Q_SIGNALS:
