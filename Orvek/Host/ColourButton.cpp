@@ -73,10 +73,10 @@ struct ColourButton::Private
     void nameIt(ColourButton* button) const;
     void choose(const QColor& colour);
     void putBack();
-    void dropDialog(ColourButton* button) const;
+    void dropDialog(ColourButton* button);
 
     QPointer<QWidget> editor;
-    const QVectorEdit* vector = nullptr; // the editor if it is one, for a quick look
+    const QVectorEdit* vector = nullptr; // the editor if it is one, see isNew()
     const QColourEdit* rgba = nullptr;
     QPointer<QLineEdit> alphaField;
     QPointer<QLayout> ownLayout;     // made for the button in a units label
@@ -126,7 +126,7 @@ ColourButton::~ColourButton()
     {
         d->dropDialog(this);
         const QPointer<QWidget> editor = d->editor;
-        // Half destroyed, an editor has no colour any more.
+        // An editor that is being destroyed has no colour any more.
         if (editor && hasColour(editor))
         {
             d->putBack();
@@ -149,7 +149,7 @@ ColourButton* ColourButton::addTo(QWidget* editor)
     QLabel* units = partsOf(editor).units;
     if (units && units->text().isEmpty() && !units->layout() && units->maximumWidth() >= narrowestPlace)
     {
-        // The columns of the panel stay as they are.
+        // So the columns of the panel stay as they are.
         auto* inside = new QHBoxLayout(units);
         inside->setContentsMargins(2, 0, 2, 0);
         inside->addWidget(button);
@@ -211,7 +211,7 @@ void ColourButton::openDialog()
     d->dialog = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(titleOf(d->editor));
-    // A platform's own dialog may tell its choice only at the end.
+    // A platform's own dialog may emit its choice only at the end.
     dialog->setOption(QColorDialog::DontUseNativeDialog);
     dialog->setOption(QColorDialog::ShowAlphaChannel, d->hasAlpha());
     dialog->setCurrentColor(colour());
@@ -290,8 +290,8 @@ bool ColourButton::Private::hasAlpha() const
     return alphaField && !alphaField->isHidden();
 }
 
-// Whether the colour is another one than at the last look. Asked each time that the event loop comes round, so without
-// looking for a property.
+// Whether the colour has changed since the last call. Called each time the event loop comes round, so it avoids finding
+// a property by its name.
 bool ColourButton::Private::isNew()
 {
     std::array<double, 5> now = {};
@@ -342,7 +342,7 @@ void ColourButton::Private::putBack()
     if (!std::exchange(isChanged, false))
         return;
     writeValue(editor, start);
-    // A field keeps what was typed until the value is set; so do the empty ones of a new QColourEdit.
+    // Texts that were typed and not committed come back too, and the empty fields of a new QColourEdit.
     const QVector<QLineEdit*> fields = partsOf(editor).fields;
     for (int i = 0; i < fields.size() && i < startTexts.size(); ++i)
         if (fields[i]->text() != startTexts[i])
@@ -350,13 +350,15 @@ void ColourButton::Private::putBack()
     announce(editor);
 }
 
-// Not at once: this may be in one of its signals.
-void ColourButton::Private::dropDialog(ColourButton* button) const
+// The dialog is deleted later, as this may be called from one of its signals.
+void ColourButton::Private::dropDialog(ColourButton* button)
 {
-    if (!dialog)
+    QColorDialog* dropped = dialog;
+    if (!dropped)
         return;
-    dialog->disconnect(button);
-    dialog->hide();
-    dialog->deleteLater();
+    dialog = nullptr;
+    dropped->disconnect(button);
+    dropped->hide();
+    dropped->deleteLater();
 }
 } // namespace orvek::host

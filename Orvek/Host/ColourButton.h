@@ -24,7 +24,7 @@ class ORVEKQTHOST_EXPORT ColourButton : public QToolButton
 {
     Q_OBJECT
 public:
-    //! The editor is not owned and may die first. Without one, or with one that has no colour, the button is disabled.
+    //! The editor is not owned and may die first. With null or an editor without colour the button is disabled.
     explicit ColourButton(QWidget* editor, QWidget* parent = nullptr);
     //! Cancels a dialog that is open.
     ~ColourButton() override;
