@@ -430,6 +430,7 @@ struct ColumnAligner::Private
     void enter(QWidget* widget);
     void leave(QWidget* widget);
     void watch(Row& row, bool isWatched);
+    void watchAll();
     void request();
     void alignNow();
     void updateNeeds();
@@ -489,6 +490,15 @@ void ColumnAligner::Private::watch(Row& row, bool isWatched)
         label->removeEventFilter(q); // watchTitles() watches those that are cut
         label->update();
     }
+}
+
+// The titles that are cut are watched again by the pass that follows.
+void ColumnAligner::Private::watchAll()
+{
+    for (Row& row : rows)
+        if (row.editor)
+            watch(row, true);
+    request();
 }
 
 // Before anything is painted, as that is asked for with a low priority. What nobody sees waits until it is shown.
@@ -612,7 +622,7 @@ bool ColumnAligner::Private::apply(Row& row)
     return changed;
 }
 
-// Remembers what it finds, also if a host has set another width in the meantime.
+// Remembers what it finds, even if a host has set another width in the meantime.
 bool ColumnAligner::Private::setLimits(Row& row, QWidget* child, int minimum, int maximum)
 {
     auto limits = std::find_if(row.limits.begin(), row.limits.end(),
@@ -783,10 +793,7 @@ bool ColumnAligner::elidesTitles() const
 void ColumnAligner::setElidesTitles(bool elide)
 {
     d->elidesTitles = elide;
-    for (Row& row : d->rows)
-        if (row.editor)
-            d->watch(row, true);
-    d->request();
+    d->watchAll();
 }
 
 bool ColumnAligner::fitsTexts() const
@@ -797,9 +804,7 @@ bool ColumnAligner::fitsTexts() const
 void ColumnAligner::setFitsTexts(bool fit)
 {
     d->fitsTexts = fit;
-    for (Row& row : d->rows)
-        if (row.editor)
-            d->watch(row, true);
+    d->watchAll();
 }
 
 double ColumnAligner::titleShare() const
@@ -826,7 +831,7 @@ int ColumnAligner::uncutWidth()
     int aroundRows = 0;
     for (const Row& row : qAsConst(d->rows))
         if (row.editor && row.editor->isVisible())
-            aroundRows = root->width() - row.width;
+            aroundRows = qMax(aroundRows, root->width() - row.width);
     const double byTitles = std::ceil((d->titleNeed + 1) / d->titleShare);
     const double byUnits = std::ceil((d->unitsNeed - d->tail + 1) / unitsShare);
     const int byContents = d->titleNeed + d->unitsNeed + qMax(d->contentNeed, d->sliderMiddle + d->fieldNeed);
