@@ -1,6 +1,7 @@
 #include <Orvek/Host/EditorAccessibility.h>
 
 #include <Orvek/Host/Editor.h>
+#include <Orvek/Host/EditorActs.h>
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
@@ -103,8 +104,8 @@ QString nameOf(const QWidget* widget)
 // -- Interfaces ------------------------------------------------------------------------------------------------------
 
 class Named;
-// All that live in Qt's cache, which owns them.
-QSet<Named*>& liveOnes()
+// All that exist. Qt's cache owns them.
+QSet<Named*>& instances()
 {
     static QSet<Named*> all;
     return all;
@@ -114,7 +115,7 @@ QSet<Named*>& liveOnes()
 class Named : public QAccessibleWidget
 {
 public:
-    Named(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) { liveOnes().insert(this); }
+    Named(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) { instances().insert(this); }
 
     QString text(QAccessible::Text kind) const override
     {
@@ -123,25 +124,30 @@ public:
     }
 
 protected:
-    ~Named() override { liveOnes().remove(this); }
+    ~Named() override { instances().remove(this); }
 };
 
-void announce(QWidget* widget, QAccessible::Event change)
+// Tools keep names, so they must know when the title changes.
+void announceNames(QWidget* widget)
 {
     if (!QAccessible::isActive())
         return;
-    QAccessibleEvent event(widget, change);
-    QAccessible::updateAccessibility(&event);
+    auto widgets = widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    widgets.prepend(widget);
+    for (QWidget* named : qAsConst(widgets))
+    {
+        QAccessibleEvent event(named, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
-// Reads its children in the order of the components. Tools keep names, so they are told when the title changes.
+// Has its children in the order of the components.
 class EditorInterface final : public Named
 {
 public:
     explicit EditorInterface(QWidget* editor) : Named(editor, QAccessible::Grouping)
     {
-        m_titleChanged =
-            QObject::connect(editor, &QWidget::windowTitleChanged, editor, [editor] { announceNames(editor); });
+        QObject::connect(editor, &QWidget::windowTitleChanged, &m_context, [editor] { announceNames(editor); });
     }
 
     QAccessibleInterface* child(int index) const override
@@ -153,20 +159,7 @@ public:
         return child ? inOrder().indexOf(child->object()) : -1;
     }
 
-protected:
-    ~EditorInterface() override { QObject::disconnect(m_titleChanged); }
-
 private:
-    static void announceNames(QWidget* editor)
-    {
-        announce(editor, QAccessible::NameChanged);
-        if (!QAccessible::isActive())
-            return;
-        const auto children = editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-        for (QWidget* child : children)
-            announce(child, QAccessible::NameChanged);
-    }
-
     // The fields take the places that fields have, each in its turn; a title in the last place comes first.
     QVector<QObject*> inOrder() const
     {
@@ -187,7 +180,7 @@ private:
         return children;
     }
 
-    QMetaObject::Connection m_titleChanged;
+    QObject m_context; // of the connection
 };
 
 // A push button or a section's check box.
@@ -248,24 +241,18 @@ public:
     explicit SectionInterface(QWidget* section) : Named(section, QAccessible::Grouping)
     {
         QCheckBox* line = checkBox();
-        m_toggled = QObject::connect(line, &QCheckBox::toggled, section,
-                                     [section, line]
-                                     {
-                                         QAccessible::State changed;
-                                         changed.expanded = changed.collapsed = true;
-                                         for (QWidget* widget : {section, static_cast<QWidget*>(line)})
-                                         {
-                                             QAccessibleStateChangeEvent event(widget, changed);
-                                             QAccessible::updateAccessibility(&event);
-                                         }
-                                     });
-        m_titleChanged = QObject::connect(section, &QWidget::windowTitleChanged, section,
-                                          [section, line = QPointer<QWidget>(line)]
-                                          {
-                                              announce(section, QAccessible::NameChanged);
-                                              if (line)
-                                                  announce(line, QAccessible::NameChanged);
-                                          });
+        QObject::connect(line, &QCheckBox::toggled, &m_context,
+                         [section, line]
+                         {
+                             QAccessible::State changed;
+                             changed.expanded = changed.collapsed = true;
+                             for (QWidget* widget : {section, static_cast<QWidget*>(line)})
+                             {
+                                 QAccessibleStateChangeEvent event(widget, changed);
+                                 QAccessible::updateAccessibility(&event);
+                             }
+                         });
+        QObject::connect(section, &QWidget::windowTitleChanged, &m_context, [section] { announceNames(section); });
     }
 
     QAccessible::State state() const override
@@ -292,36 +279,28 @@ public:
             Named::doAction(name);
     }
 
-protected:
-    ~SectionInterface() override
-    {
-        QObject::disconnect(m_toggled);
-        QObject::disconnect(m_titleChanged);
-    }
-
 private:
     QCheckBox* checkBox() const
     {
         return widget()->findChild<QCheckBox*>(QStringLiteral("accordionCheckBox"), Qt::FindDirectChildrenOnly);
     }
 
-    QMetaObject::Connection m_toggled;
-    QMetaObject::Connection m_titleChanged;
+    QObject m_context; // of the connections
 };
 
-// Tells of an editor's value once it has it; Qt tells of the handle before. An editor of a host's own is of any class,
-// so its signal is connected by name.
+// Announces an editor's value once the editor has it; Qt announces the handle before. A host's own editor is of any
+// class, so its signal is connected by name.
 class ValueNews final : public QObject
 {
     Q_OBJECT
 public:
     ValueNews(QSlider* slider, const QAccessibleValueInterface* value) : m_slider(slider), m_value(value)
     {
-        connect(slider->parentWidget(), SIGNAL(valueChanged()), this, SLOT(tell()));
+        connect(slider->parentWidget(), SIGNAL(valueChanged()), this, SLOT(announce()));
     }
 
 private Q_SLOTS:
-    void tell()
+    void announce()
     {
         QAccessibleValueChangeEvent event(m_slider, m_value->currentValue());
         QAccessible::updateAccessibility(&event);
@@ -380,6 +359,7 @@ public:
         const double number = value.toDouble(&ok);
         if (!ok || !std::isfinite(number) || !slider()->isEnabled())
             return;
+        Q_EMIT EditorActs::instance()->aboutToChange(editor());
         const auto* integers = qobject_cast<const QIntSliderEdit*>(editor());
         if (integers || !hasNumber())
         {
@@ -409,7 +389,7 @@ private:
     ValueNews m_news;
 };
 
-// Qt's own for fields cannot be derived from, so this one answers all that it does, by what QLineEdit shows to anyone.
+// Qt's own for fields cannot be derived from, so this one answers all that it does, from public parts of QLineEdit.
 class FieldInterface final : public Named, public QAccessibleTextInterface, public QAccessibleEditableTextInterface
 {
 public:
@@ -470,7 +450,7 @@ public:
     int characterCount() const override { return field()->displayText().size(); }
     QRect characterRect(int offset) const override
     {
-        // From the cursor, as that is the place that a field tells.
+        // From the cursor, the only place that a field gives.
         const QString text = field()->displayText();
         const QFontMetrics metrics = field()->fontMetrics();
         const QRect cursor = field()->inputMethodQuery(Qt::ImCursorRectangle).toRect();
@@ -499,7 +479,7 @@ public:
     // As typed: it can be undone, and counts as the user's.
     void replaceText(int start, int end, const QString& text) override
     {
-        if (field()->isReadOnly())
+        if (field()->isReadOnly() || !field()->isEnabled())
             return;
         field()->setSelection(start, end - start);
         if (start == end)
@@ -564,7 +544,7 @@ void EditorAccessibility::install()
         return;
     installed = true;
     QAccessible::installFactory(interfaceOf);
-    // Qt asks for every widget that it shows, and keeps what it was told.
+    // Qt asks for every widget that it shows, and keeps the answer.
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget* widget : widgets)
         if (QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget))
@@ -578,7 +558,7 @@ void EditorAccessibility::uninstall()
         return;
     installed = false;
     QAccessible::removeFactory(interfaceOf);
-    const QSet<Named*> ours = liveOnes();
+    const QSet<Named*> ours = instances();
     for (Named* interface : ours)
         forget(interface);
 }

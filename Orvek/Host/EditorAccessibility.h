@@ -6,11 +6,11 @@
 
 namespace orvek::host
 {
-//! Tells screen readers and other assistive tools what the widgets are: names with the live title ("Roughness, value"),
+//! Describes the widgets to screen readers and other assistive tools: names with the live title ("Roughness, value"),
 //! sliders with the editor's own values, sections that unfold, and colours in the order red, green, blue, alpha.
 //!
 //! It serves all editors, sections, panels and render widgets of the application, and costs nothing until an assistive
-//! tool asks. A name that the host has set with setAccessibleName() holds before those made here.
+//! tool asks. A name that the host has set with setAccessibleName() is kept.
 class ORVEKQTHOST_EXPORT EditorAccessibility
 {
     Q_DECLARE_TR_FUNCTIONS(orvek::host::EditorAccessibility)
