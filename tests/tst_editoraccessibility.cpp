@@ -1,16 +1,14 @@
 #include "hostsupport.h"
 
 #include <Orvek/Host/EditorAccessibility.h>
+#include <Orvek/Host/EditorUndo.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
-#include <QtCore/QSocketNotifier>
 #include <QtGui/QAccessible>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLabel>
-#include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
-
-#include <cstdio>
+#include <QtWidgets/QUndoStack>
 
 using hostsupport::Panel;
 using orvek::host::EditorAccessibility;
@@ -55,44 +53,28 @@ QStringList focusableNames(QAccessibleInterface* root)
     return names;
 }
 
-// Each test function ends as it began, also where it fails.
-struct Restorer
+struct Installed
 {
-    ~Restorer() { EditorAccessibility::uninstall(); }
+    Installed() { EditorAccessibility::install(); }
+    ~Installed() { EditorAccessibility::uninstall(); }
 };
 
-// All that Qt's own interface of a field answers.
+// What Qt's own interface of a field answers, too.
 QVariantList answersOf(QLineEdit* field)
 {
     QAccessibleInterface* interface = ask(field);
     QAccessibleTextInterface* text = interface->textInterface();
+    const QAccessible::State state = interface->state();
+    QVariantList answers;
+    answers << int(interface->role()) << interface->text(QAccessible::Value) << interface->rect()
+            << interface->actionInterface()->actionNames() << bool(state.editable) << bool(state.readOnly)
+            << bool(state.selectableText) << bool(state.focusable) << bool(state.focused);
     int start = -1;
     int end = -1;
     text->selection(0, &start, &end);
-    const QAccessible::State state = interface->state();
-    const QRect third = text->characterRect(2);
-    const int found = text->offsetAtPoint(third.center());
-    return {int(interface->role()),
-            interface->text(QAccessible::Value),
-            text->characterCount(),
-            text->text(1, 3),
-            text->cursorPosition(),
-            text->selectionCount(),
-            start,
-            end,
-            found,
-            bool(state.editable),
-            bool(state.readOnly),
-            bool(state.selectableText),
-            bool(state.focusable),
-            bool(state.focused),
-
-            interface->rect(),
-            interface->actionInterface()->actionNames(),
-            text->textAtOffset(2, QAccessible::WordBoundary, &start, &end),
-            start,
-            end,
-            interface->editableTextInterface() != nullptr};
+    answers << start << end << text->selectionCount() << text->cursorPosition() << text->characterCount();
+    const QString word = text->textAtOffset(2, QAccessible::WordBoundary, &start, &end);
+    return answers << word << start << end << text->text(1, 3) << text->offsetAtPoint(text->characterRect(2).center());
 }
 } // namespace
 
@@ -103,95 +85,79 @@ private Q_SLOTS:
     void everythingHasAName_data() { hostsupport::addKinds(); }
     void everythingHasAName()
     {
-        const Restorer restorer;
         QFETCH(hostsupport::Create, window);
         QFETCH(hostsupport::Create, editor);
         const std::unique_ptr<QWidget> top(window());
-        auto* column = new QVBoxLayout(top.get());
-        QWidget* rows[] = {editor(), editor()};
-        for (QWidget* row : rows)
-        {
-            column->addWidget(row);
-            setTitle(row, "Roughness");
-            row->setProperty("showButtons", true);
-        }
+        QWidget* row = editor();
+        (new QVBoxLayout(top.get()))->addWidget(row);
+        row->setProperty("showButtons", true);
+        setTitle(row, "Roughness");
         hostsupport::showActive(*top);
-        const QStringList without = focusableNames(ask(rows[0]));
+        const QStringList without = focusableNames(ask(row));
         QVERIFY(!without.isEmpty() && without.filter("Roughness").isEmpty());
-
-        EditorAccessibility::install();
-        EditorAccessibility::install();
-        QWidget* row = rows[1];
-        QStringList with = focusableNames(ask(row));
-        QCOMPARE(with.size(), without.size());
-        QCOMPARE(with.filter(QRegularExpression("^Roughness, .")).size(), with.size());
-        QCOMPARE(QSet<QString>(with.begin(), with.end()).size(), with.size());
-        QCOMPARE(nameOf(row), QString("Roughness"));
-
-        // The title is live.
-        setTitle(row, "50%1 & <more>");
-        with = focusableNames(ask(row));
-        QCOMPARE(with.filter("50%1 & <more>, ").size(), with.size());
-
-        EditorAccessibility::uninstall();
+        for (int round = 0; round < 2; ++round)
+        {
+            const Installed installed;
+            for (const QString title : {"Roughness", "50%1 & <more>"})
+            {
+                setTitle(row, title);
+                const QStringList with = focusableNames(ask(row));
+                QCOMPARE(with.size(), without.size());
+                QCOMPARE(with.filter(title + ", ").size(), with.size());
+                QCOMPARE(QSet<QString>(with.begin(), with.end()).size(), with.size());
+                QCOMPARE(nameOf(row), title);
+            }
+        }
         QCOMPARE(focusableNames(ask(row)), without);
     }
 
     void namesSayTheRole()
     {
-        const Restorer restorer;
-        EditorAccessibility::install();
         Panel panel;
         QAccordion* section = panel.addSection("Surface");
-        auto* slider = Panel::addRow<QSliderEdit>(section, "Roughness");
-        auto* vector = Panel::addRow<QVectorEdit>(section, "Position");
-        auto* colour = Panel::addRow<QColourEdit>(section, "Tint");
-        auto* file = Panel::addRow<QFileEdit>(section, "Mesh");
-        QCOMPARE(nameOf(child<QLineEdit>(*slider, "lineEdit")), QString("Roughness, value"));
-        QCOMPARE(nameOf(child<QPushButton>(*slider, "reset")), QString("Roughness, reset to default"));
-        QCOMPARE(nameOf(child<QSlider>(*slider, "slider")), QString("Roughness, slider"));
-        QCOMPARE(nameOf(child<QLineEdit>(*vector, "y")), QString("Position, Y"));
-        vector->setColourEdit(true);
-        QCOMPARE(nameOf(child<QLineEdit>(*vector, "y")), QString("Position, green"));
-        QCOMPARE(nameOf(child<QLineEdit>(*colour, "alpha")), QString("Tint, alpha"));
-        QCOMPARE(nameOf(child<QPushButton>(*file, "browse")), QString("Mesh, browse"));
-        QCOMPARE(nameOf(child<QCheckBox>(*section, "accordionCheckBox")), QString("Surface, section"));
+        Panel::addRow<QSliderEdit>(section, "Roughness")->setShowButtons(true);
+        Panel::addRow<QVectorEdit>(section, "Position");
+        Panel::addRow<QVectorEdit>(section, "Tint")->setColourEdit(true);
+        auto* colour = Panel::addRow<QColourEdit>(section, "Glow");
+        Panel::addRow<QFileEdit>(section, "Mesh");
+        Panel::contentsOf(section)->layout()->addWidget(new QFileEdit);
+        hostsupport::showActive(panel.panel);
+        QCOMPARE(ask(colour)->child(0)->object()->objectName(), QString("blue")); // without it
+        const Installed installed;
+        const QStringList rows[] = {{"Surface", "section"},
+                                    {"Roughness", "decrease", "slider", "increase", "value", "reset to default"},
+                                    {"Position", "X", "Y", "Z", "reset to default"},
+                                    {"Tint", "red", "green", "blue", "reset to default"},
+                                    {"Glow", "red", "green", "blue", "alpha"},
+                                    {"Mesh", "value", "browse", "reset to default"},
+                                    {"File name", "value", "browse", "reset to default"}};
+        QStringList expected;
+        for (const QStringList& row : rows)
+            for (const QString& part : row.mid(1))
+                expected << row.first() + ", " + part;
+        QCOMPARE(focusableNames(ask(section)), expected);
         QCOMPARE(nameOf(panel.search()), QString("Search"));
         QRenderWidget view;
         view.setWindowTitle("Camera");
         QCOMPARE(nameOf(&view), QString("Camera, rendered view"));
-        // A host's own names hold.
-        view.setAccessibleName("Camera 2");
+        view.setAccessibleName("Camera 2"); // a host's own names hold
         QCOMPARE(nameOf(&view), QString("Camera 2"));
-        QFileEdit untitled;
-        QCOMPARE(nameOf(child<QLineEdit>(untitled, "lineEdit")), QString("File name, value"));
-
-        // Red comes first, whatever was created first; so with every editor the parts are in the order that one sees.
-        QStringList parts;
-        for (int i = 0; i < ask(colour)->childCount(); ++i)
-            parts << ask(colour)->child(i)->object()->objectName();
-        QCOMPARE(parts, QStringList({"label", "red", "green", "blue", "alpha"}));
-        QVERIFY(!ask(colour)->child(5) && !ask(colour)->child(-1));
-        EditorAccessibility::uninstall();
-        QCOMPARE(ask(colour)->child(0)->object()->objectName(), QString("blue"));
     }
 
     void slidersSpeakTheValue()
     {
-        const Restorer restorer;
-        PercentEdit other;
-        other.setValue(0.25);
-        QCOMPARE(ask(child<QSlider>(other, "slider"))->valueInterface()->currentValue(), QVariant(250)); // the position
-        EditorAccessibility::install();
+        QUndoStack stack;
+        orvek::host::EditorUndo undo(&stack);
         PercentEdit percent;
-        percent.setTitle("Opacity");
+        undo.add(&percent);
         percent.setMaximum(10);
         percent.setValue(2.5);
         auto* slider = child<QSlider>(percent, "slider");
-        QAccessibleInterface* interface = ask(slider);
-        QAccessibleValueInterface* value = interface->valueInterface();
-        QCOMPARE(interface->role(), QAccessible::Slider);
-        QCOMPARE(interface->text(QAccessible::Value), QString("250 %"));
+        QCOMPARE(ask(slider)->valueInterface()->currentValue(), QVariant(250)); // without it: the position
+        const Installed installed;
+        QAccessibleValueInterface* value = ask(slider)->valueInterface();
+        QCOMPARE(ask(slider)->role(), QAccessible::Slider);
+        QCOMPARE(ask(slider)->text(QAccessible::Value), QString("250 %"));
         QCOMPARE(value->currentValue(), QVariant(2.5));
         QCOMPARE(value->minimumValue(), QVariant(0.0));
         QCOMPARE(value->maximumValue(), QVariant(10.0));
@@ -200,169 +166,149 @@ private Q_SLOTS:
         value->setCurrentValue(1.0 / 3);
         QCOMPARE(percent.value().toDouble(), 1.0 / 3); // not a multiple of anything
         QCOMPARE(changed.count(), 1);
-        value->setCurrentValue(77);
+        for (const QVariant& bad : {QVariant(77), QVariant(77), QVariant("much"), QVariant(qQNaN())})
+            value->setCurrentValue(bad);
         QCOMPARE(percent.value().toDouble(), 10.0);
-        value->setCurrentValue(77);
-        value->setCurrentValue("much");
-        value->setCurrentValue(qQNaN());
-        QCOMPARE(changed.count(), 2);
         percent.setEnabled(false);
         value->setCurrentValue(1);
         QCOMPARE(changed.count(), 2);
-        QCOMPARE(percent.value().toDouble(), 10.0);
-        percent.setEnabled(true);
+        QCOMPARE(stack.count(), 2);
+        stack.setIndex(0);
+        QCOMPARE(percent.value().toDouble(), 2.5); // which the host had set silently
 
         QIntSliderEdit names;
+        undo.add(&names);
         names.setMaximum(2);
         names.setEnums({"Low", "Medium", "High"});
+        names.setValue(2);
         QAccessibleInterface* choice = ask(child<QSlider>(names, "slider"));
         choice->valueInterface()->setCurrentValue(1);
         QCOMPARE(choice->text(QAccessible::Value), QString("Medium"));
         QCOMPARE(choice->text(QAccessible::Description), QString("Medium"));
         QCOMPARE(child<QLineEdit>(names, "lineEdit")->text(), QString("Medium"));
-        QIntSliderEdit powers;
-        powers.setMaximum(1024);
-        powers.setPowerOfTwo(true);
-        QSignalSpy doubled(&powers, &QIntSliderEdit::valueChanged);
-        QAccessibleValueInterface* power = ask(child<QSlider>(powers, "slider"))->valueInterface();
-        power->setCurrentValue(100);
-        QCOMPARE(powers.value().toInt(), 128);
-        QCOMPARE(power->currentValue().toInt(), 128);
-        power->setCurrentValue(-5);
-        QCOMPARE(powers.value().toInt(), 1);
+        stack.undo();
+        QCOMPARE(names.value().toInt(), 2);
+        names.setPowerOfTwo(true);
+        names.setMaximum(1024);
+        QSignalSpy doubled(&names, &QIntSliderEdit::valueChanged);
+        for (const auto& [number, power] : {std::pair(100, 128), std::pair(-5, 1)})
+        {
+            choice->valueInterface()->setCurrentValue(number);
+            QCOMPARE(names.value().toInt(), power);
+            QCOMPARE(choice->valueInterface()->currentValue().toInt(), power);
+        }
         QCOMPARE(doubled.count(), 2);
     }
 
     void sectionsUnfold()
     {
-        const Restorer restorer;
         Panel panel;
-        QAccordion* other = panel.addSection("Other");
-        QVERIFY(!ask(other)->state().expandable);
-        QVERIFY(!ask(child<QCheckBox>(*other, "accordionCheckBox"))->state().expandable);
-        EditorAccessibility::install();
         QAccordion* section = panel.addSection("Surface");
-        auto* line = child<QCheckBox>(*section, "accordionCheckBox");
-        for (QWidget* widget : {static_cast<QWidget*>(section), static_cast<QWidget*>(line)})
-        {
-            QAccessibleInterface* interface = ask(widget);
+        QWidget* line = child<QCheckBox>(*section, "accordionCheckBox");
+        QVERIFY(!ask(section)->state().expandable && !ask(line)->state().expandable);
+        const Installed installed;
+        QCOMPARE(ask(line)->role(), QAccessible::CheckBox);
+        for (QWidget* widget : {static_cast<QWidget*>(section), line})
             for (const QString& action :
                  {QAccessibleActionInterface::pressAction(), QAccessibleActionInterface::toggleAction()})
             {
-                QVERIFY(interface->actionInterface()->actionNames().contains(action));
+                QAccessibleInterface* interface = ask(widget);
                 const bool open = section->isOpen();
-                QVERIFY(interface->state().expandable);
-                QCOMPARE(bool(interface->state().expanded), open);
-                QCOMPARE(bool(interface->state().collapsed), !open);
+                const QAccessible::State state = interface->state();
+                QVERIFY(state.expandable && state.expanded == open && state.collapsed != open);
+                QCOMPARE(bool(ask(line)->state().checked), open);
+                QVERIFY(interface->actionInterface()->actionNames().contains(action));
                 interface->actionInterface()->doAction(action);
                 QCOMPARE(section->isOpen(), !open);
             }
-        }
-        QCOMPARE(ask(line)->role(), QAccessible::CheckBox);
-        QVERIFY(ask(line)->state().checkable && ask(line)->state().checked);
         section->setTitle("Coat");
         QCOMPARE(nameOf(section), QString("Coat"));
     }
 
     void fieldsAnswerAsQtsOwn()
     {
-        const Restorer restorer;
-        QWidget window;
-        auto* editor = new QLabelEdit(&window);
-        editor->setMinimumWidth(500);
-        editor->setValue("some words in a field");
-        window.resize(520, 60);
-        hostsupport::showActive(window);
-        auto* field = child<QLineEdit>(*editor, "lineEdit");
+        QLabelEdit editor;
+        editor.resize(500, 40);
+        hostsupport::showActive(editor);
+        auto* field = child<QLineEdit>(editor, "lineEdit");
         field->setFocus();
-        EditorAccessibility::install();
         const auto steps = [&]
         {
-            QVariantList answers;
-            field->deselect();
-            field->setCursorPosition(4);
-            answers << answersOf(field);
+            editor.setValue("some words in a field");
+            ask(field)->textInterface()->setCursorPosition(4);
+            QVariantList answers = answersOf(field);
+            editor.setReadOnly(true);
             ask(field)->textInterface()->setSelection(0, 5, 10);
             answers << answersOf(field);
-            ask(field)->textInterface()->removeSelection(0);
-            ask(field)->textInterface()->setCursorPosition(2);
-            answers << answersOf(field);
-            editor->setReadOnly(true);
-            answers << answersOf(field);
-            editor->setReadOnly(false);
+            editor.setReadOnly(false);
             return answers;
         };
-        const QVariantList answers = steps();
-        const QRect ours = ask(field)->textInterface()->characterRect(7);
-        EditorAccessibility::uninstall();
         const QVariantList expected = steps();
-        QCOMPARE(answers.size(), expected.size());
-        for (int i = 0; i < answers.size(); ++i)
-            QVERIFY2(answers[i] == expected[i], qPrintable(QString::number(i)));
-        QVERIFY(ask(field)->rect().contains(ours));
-        QCOMPARE(ask(field)->textInterface()->offsetAtPoint(ours.topLeft() + QPoint(1, 1)), 7);
-        EditorAccessibility::install();
+        const Installed installed;
+        QCOMPARE(steps(), expected);
+        const QRect rect = ask(field)->textInterface()->characterRect(7);
+        QVERIFY(ask(field)->rect().contains(rect));
+        QCOMPARE(ask(field)->textInterface()->offsetAtPoint(rect.topLeft() + QPoint(1, 1)), 7);
 
         // Text from a tool is the user's: it commits on Return and can be undone.
-        QSignalSpy changed(editor, &QLabelEdit::valueChanged);
-        ask(field)->editableTextInterface()->replaceText(0, 4, "two");
-        ask(field)->editableTextInterface()->deleteText(3, 9);
-        ask(field)->editableTextInterface()->insertText(3, "!");
+        QSignalSpy changed(&editor, &QLabelEdit::valueChanged);
+        QAccessibleEditableTextInterface* text = ask(field)->editableTextInterface();
+        text->replaceText(0, 4, "two");
+        text->deleteText(3, 9);
+        text->insertText(3, "!");
         QCOMPARE(field->text(), QString("two! in a field"));
+        QVERIFY(field->isUndoAvailable());
         QTest::keyClick(field, Qt::Key_Return);
         QCOMPARE(changed.count(), 1);
-        QVERIFY(field->isUndoAvailable());
-        editor->setReadOnly(true);
-        ask(field)->editableTextInterface()->deleteText(0, 3);
+        for (const char* property : {"readOnly", "enabled"})
+        {
+            const QVariant before = editor.property(property);
+            editor.setProperty(property, !before.toBool());
+            text->deleteText(0, 3);
+            editor.setProperty(property, before);
+        }
         QCOMPARE(field->text(), QString("two! in a field"));
     }
 
     void livesWithWhatLeaves()
     {
-        EditorAccessibility::install();
-        QVector<QAccessible::Id> ids;
-        for (const hostsupport::Kind& kind : hostsupport::editorKinds)
-        {
-            const std::unique_ptr<QWidget> editor(kind.create());
-            focusableNames(ask(editor.get()));
-            const auto widgets = editor->findChildren<QWidget*>() << editor.get();
-            for (QWidget* widget : widgets)
-                ids << QAccessible::uniqueId(ask(widget));
-            delete editor->findChild<QLabel*>("label");
-            QVERIFY(!nameOf(editor.get()).isNull());
-        }
-        for (const QAccessible::Id id : qAsConst(ids))
-            QVERIFY(!QAccessible::accessibleInterface(id));
         QSliderEdit alive;
-        ask(child<QSlider>(alive, "slider"));
-        EditorAccessibility::uninstall();
-        EditorAccessibility::uninstall();
-        QVERIFY(!EditorAccessibility::isInstalled());
-        alive.on_reset_clicked(); // nothing of ours listens any more
+        {
+            const Installed installed;
+            ask(child<QSlider>(alive, "slider"));
+            for (const hostsupport::Kind& kind : hostsupport::editorKinds)
+            {
+                std::unique_ptr<QWidget> editor(kind.create());
+                delete editor->findChild<QLabel*>("label");
+                QVERIFY(!nameOf(editor.get()).isNull());
+                QVector<QAccessible::Id> ids;
+                const auto widgets = editor->findChildren<QWidget*>() << editor.get();
+                for (QWidget* widget : widgets)
+                    ids << QAccessible::uniqueId(ask(widget));
+                editor.reset();
+                for (const QAccessible::Id id : qAsConst(ids))
+                    QVERIFY(!QAccessible::accessibleInterface(id));
+            }
+        }
+        alive.on_reset_clicked(); // nothing follows it any more
         alive.setTitle("Other");
     }
 };
 
-// With --tree: shows editors for another process to read, until it is ended. A line on the standard input renames one.
+// With --tree: shows editors for another process to read, until it is ended. The title follows the name.
 int showTree(int argc, char** argv)
 {
     const QApplication application(argc, argv);
-    EditorAccessibility::install();
+    const Installed installed;
     Panel panel;
     QAccordion* section = panel.addSection("Surface");
     auto* slider = Panel::addRow<QSliderEdit>(section, "Roughness");
     slider->setMaximum(4);
     Panel::addRow<QColourEdit>(section, "Tint");
-    Panel::addRow<QLabelEdit>(section, "Name");
     Panel::addRow<QFileEdit>(section, "Mesh");
+    auto* name = child<QLineEdit>(*Panel::addRow<QLabelEdit>(section, "Name"), "lineEdit");
+    QObject::connect(name, &QLineEdit::textChanged, slider, &QSliderEdit::setTitle);
     panel.panel.show();
-    const QSocketNotifier input(0, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, slider,
-                     [slider]
-                     {
-                         std::getchar();
-                         slider->setTitle("Gloss");
-                     });
     return QApplication::exec();
 }
 
