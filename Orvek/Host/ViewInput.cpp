@@ -162,7 +162,9 @@ void ViewInput::Private::KeyboardInput(unsigned int key, bool pressed, int reser
             lateTime = keyTime;
             return lateRelease.start();
         }
-        key = keys.take(keyIdentity).code; // with Shift pressed since, the platform has another code for it
+        const Key known = keys.take(keyIdentity);
+        if (releasesHeld)
+            key = known.code; // with Shift pressed since, the platform has another code for it
     }
     else if (releasesHeld)
         return;

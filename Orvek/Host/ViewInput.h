@@ -44,8 +44,9 @@ public:
     void setManager(orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
 
     //! Whether the handler receives the release of all held buttons and keys when the view loses the focus, is hidden
-    //! or disabled, its window is left or a modal dialog or a menu opens. Buttons go up where the pointer was last. The
-    //! true release that follows, and one without a press, are left out. On by default.
+    //! or disabled, its window is left or a modal dialog or a menu opens. Buttons go up where the pointer was last,
+    //! keys with the code of their press. The true release that follows, and one without a press, are left out. On by
+    //! default.
     bool releasesHeld() const;
     void setReleasesHeld(bool releases);
     //! Whether repeats of held keys are left out. On by default.
@@ -64,7 +65,7 @@ public:
     bool isContinuousUpdate() const;
     void setContinuousUpdate(bool continuous);
     //! Whether any of the view can be seen: false if it is hidden, minimised, scrolled out, covered by widgets of its
-    //! own window, or not exposed as far as the platform says so. X11 does not tell of other windows in front.
+    //! own window, or not exposed as far as the platform says so. X11 does not report other windows in front.
     bool isSeen() const;
 
 Q_SIGNALS:
