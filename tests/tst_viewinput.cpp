@@ -10,6 +10,8 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QTabWidget>
 
+#include <utility>
+
 using orvek::host::ViewInput;
 
 namespace
@@ -26,12 +28,7 @@ public:
     {
         log << QString(pressed ? "+%1" : "-%1").arg(key);
     }
-    QString take()
-    {
-        const QString text = log.join(' ');
-        log.clear();
-        return text;
-    }
+    QString take() { return std::exchange(log, {}).join(' '); }
     QStringList log;
 };
 
