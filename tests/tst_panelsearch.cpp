@@ -5,24 +5,19 @@
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QPushButton>
 
-using namespace orvek::host;
-using hostsupport::Panel;
+using namespace hostsupport;
+using orvek::host::PanelSearch;
 
 namespace
 {
-QString text(const char* latin1)
-{
-    return QLatin1String(latin1);
-}
-
 // Counts the texts that it receives.
 class CountingSection : public QAccordion
 {
     Q_OBJECT
 public:
-    explicit CountingSection(const char* title = "Counting")
+    explicit CountingSection(const QString& title = "Counting")
     {
-        setTitle(text(title));
+        setTitle(title);
         new QVBoxLayout(new QWidget(this));
     }
     QStringList texts;
@@ -43,10 +38,11 @@ struct Scene : Panel
         lens->setOpen(false);
         hidden->hide();
         if (searches)
-            search_ = std::make_unique<PanelSearch>(&panel);
-        hostsupport::showActive(panel);
+            searching = std::make_unique<PanelSearch>(&panel);
+        showActive(panel);
     }
-    void find(const char* words) { search()->setText(text(words)); }
+    void find(const QString& words) { search()->setText(words); }
+    QWidget* line() const { return panel.findChild<QLabel*>("nothingFound"); }
     QVector<bool> state() const
     {
         QVector<bool> all;
@@ -56,18 +52,17 @@ struct Scene : Panel
             all << row->isHidden();
         return all;
     }
-
-    QAccordion* camera = addSection(text("Camera"));
-    QSliderEdit* exposure = addRow(camera, text("Exposure"));
-    QAccordion* lens = addSection(text("Lens"), contentsOf(camera));
-    QSliderEdit* focal = addRow(lens, text("Focal length"));
-    QSliderEdit* aperture = addRow(lens, text("Aperture"));
-    QAccordion* fog = addSection(text("Fog"));
-    QSliderEdit* density = addRow(fog, text("Density"));
-    QSliderEdit* hidden = addRow(fog, text("Falloff"));
-    QAccordion* light = addSection(text("Light"));
-    QSliderEdit* intensity = addRow(light, text("Intensity"));
-    std::unique_ptr<PanelSearch> search_;
+    QAccordion* camera = addSection("Camera");
+    QSliderEdit* exposure = addRow(camera, "Exposure");
+    QAccordion* lens = addSection("Lens", contentsOf(camera));
+    QSliderEdit* focal = addRow(lens, "Focal length");
+    QSliderEdit* aperture = addRow(lens, "Aperture");
+    QAccordion* fog = addSection("Fog");
+    QSliderEdit* density = addRow(fog, "Density");
+    QSliderEdit* hidden = addRow(fog, "Falloff");
+    QAccordion* light = addSection("Light");
+    QSliderEdit* intensity = addRow(light, "Intensity");
+    std::unique_ptr<PanelSearch> searching;
 };
 } // namespace
 
@@ -80,305 +75,234 @@ private Q_SLOTS:
     {
         Scene scene(false);
         scene.find("focal");
-        QVERIFY(!scene.focal->isVisible() && scene.light->isVisible());
-        QVERIFY(!scene.panel.findChild<QLabel*>(text("nothingFound")));
-        auto* row = Panel::addRow(scene.addSection(text("Late")), text("Speed"));
+        QVERIFY(!scene.focal->isVisible() && scene.light->isVisible() && !scene.line());
+        auto* row = Panel::addRow(scene.addSection("Late"), "Speed");
         QTRY_VERIFY(row->isVisible());
         scene.find("");
         QVERIFY(scene.hidden->isVisible() && scene.camera->isOpen());
     }
 
-    void clearingBringsBackWhatWas_data()
-    {
-        QTest::addColumn<QByteArrayList>("texts");
-        QTest::newRow("nested match") << QByteArrayList{"focal"};
-        QTest::newRow("hidden row") << QByteArrayList{"falloff"};
-        QTest::newRow("own titles") << QByteArrayList{"camera", "fog"};
-        QTest::newRow("many") << QByteArrayList{"e", "zzz", "lens", "i"};
-    }
     void clearingBringsBackWhatWas()
     {
-        QFETCH(QByteArrayList, texts);
         Scene scene;
         const QVector<bool> before = scene.state();
-        for (int turn = 0; turn < 2; ++turn)
+        for (const QStringList& words :
+             {QStringList{"focal"}, {"falloff"}, {"camera", "fog"}, {"e", "zzz", "lens", "i"}})
         {
-            for (const QByteArray& words : qAsConst(texts))
-                scene.find(words);
+            for (const QString& text : words)
+                scene.find(text);
             scene.panel.setSearchText();
             QVERIFY(scene.state() != before);
             scene.find("");
-            scene.panel.setSearchText();
             QCOMPARE(scene.state(), before);
         }
-        scene.search_->setRestores(false);
+        // What the user folds, and the host shows or hides, during a search stays.
         scene.find("e");
-        scene.find("");
-        QVERIFY(scene.camera->isOpen() && scene.hidden->isVisible());
-    }
-
-    void whatChangesDuringASearchStays()
-    {
-        Scene scene;
-        scene.find("e");
-        QVERIFY(scene.camera->isOpen());
         child<QCheckBox>(*scene.fog, "accordionCheckBox")->click();
         scene.hidden->show();
         scene.density->hide();
-        Panel::addRow(scene.fog, text("Height"));
-        auto* other = Panel::addRow(scene.fog, text("Start"));
-        QTRY_VERIFY(other->isHidden());
+        auto* late = Panel::addRow(scene.fog, "Start");
+        QTRY_VERIFY(late->isHidden());
         QVERIFY(!scene.fog->isOpen()); // a new row does not open it again
         scene.find("");
         QVERIFY(!scene.fog->isOpen() && !scene.camera->isOpen());
         QVERIFY(!scene.hidden->isHidden() && scene.density->isHidden());
+        scene.searching->setRestores(false);
+        scene.find("e");
+        scene.find("");
+        QVERIFY(scene.camera->isOpen() && !scene.density->isHidden());
     }
 
-    void aNestedMatchIsSeen()
-    {
-        Scene scene;
-        scene.find("focal");
-        QVERIFY(scene.focal->isVisible() && !scene.aperture->isVisible() && !scene.exposure->isVisible());
-        QVERIFY(!scene.fog->isVisible() && !scene.light->isVisible());
-        scene.find("camera"); // everything in it, also inside Lens, which is folded as before
-        scene.lens->setOpen(true);
-        QVERIFY(scene.exposure->isVisible() && scene.focal->isVisible() && scene.aperture->isVisible());
-        scene.search_->setShowsNested(false);
-        scene.find("focal");
-        QVERIFY(!scene.focal->isVisible() && !scene.camera->isVisible());
-        scene.search_->setHidesUnmatched(false);
-        QVERIFY(scene.camera->isVisible() && scene.fog->isVisible());
-    }
-
-    void rowsOnTheWayAreSeen()
+    void matchesAreSeenAndNothingElse()
     {
         Scene scene;
         auto* group = new QGroupBox;
         new QVBoxLayout(group);
         Panel::contentsOf(scene.light)->layout()->addWidget(group);
-        auto* row = Panel::addRow(scene.addSection(text("Deep"), group), text("Needle"));
+        auto* deep = Panel::addRow(scene.addSection("Deep", group), "Needle");
+        scene.find("focal");
+        QVERIFY(scene.focal->isVisible() && !scene.aperture->isVisible() && !scene.exposure->isVisible());
+        QVERIFY(!scene.fog->isVisible() && !scene.light->isVisible() && !scene.line());
         scene.find("needle");
-        QVERIFY(row->isVisible() && !scene.intensity->isVisible());
+        QVERIFY(deep->isVisible() && !scene.intensity->isVisible());
         scene.find("");
         group->hide(); // by the host: stays so
         scene.find("needle");
-        QVERIFY(!row->isVisible() && !scene.light->isVisible());
-        QVERIFY(child<QLabel>(scene.panel, "nothingFound")->isVisible());
+        QVERIFY(!deep->isVisible() && !scene.light->isVisible());
+        QTRY_VERIFY(scene.line()->isVisible() && scene.line()->y() >= scene.search()->geometry().bottom());
+        const int width = scene.panel.minimumSizeHint().width();
+        scene.find(QString(300, 'w'));
+        QCOMPARE(scene.panel.minimumSizeHint().width(), width);
+        scene.find("<b>zzz");
+        QCOMPARE(static_cast<QLabel*>(scene.line())->text(), "Nothing matches \"<b>zzz\"");
+        scene.searching->setTellsNothingFound(false);
+        QVERIFY(!scene.line()->isVisible());
+
+        scene.find("camera"); // everything in it, also inside Lens, which is folded as before
+        scene.lens->setOpen(true);
+        QVERIFY(scene.exposure->isVisible() && scene.focal->isVisible() && scene.aperture->isVisible());
+        scene.searching->setShowsNested(false);
+        scene.find("focal");
+        QVERIFY(!scene.focal->isVisible() && !scene.camera->isVisible());
+        scene.searching->setHidesUnmatched(false);
+        QVERIFY(scene.camera->isVisible() && scene.fog->isVisible());
     }
 
-    void lateSectionsAndRowsAreFiltered_data()
-    {
-        QTest::addColumn<bool>("searchedBefore");
-        QTest::newRow("first search") << false;
-        QTest::newRow("second search") << true;
-    }
     void lateSectionsAndRowsAreFiltered()
     {
-        QFETCH(bool, searchedBefore);
-        Scene scene;
-        if (searchedBefore)
-            scene.find("x");
-        scene.find("");
-        auto* early = new CountingSection;
-        scene.column->layout()->addWidget(early);
-        // The panel connects a finished section that is moved into it at once, and the one inside it first.
-        auto* moved = new CountingSection;
-        auto* inner = new CountingSection("Needles");
-        Panel::contentsOf(moved)->layout()->addWidget(inner);
-        moved->setParent(&scene.panel);
-        scene.find("needle");
-        for (const CountingSection* section : {early, moved, inner})
-            QCOMPARE(section->texts, QStringList{text("needle")});
-        QVERIFY(early->isHidden() && !inner->isHidden());
+        for (const char* first : {"", "x"})
+        {
+            Scene scene;
+            scene.find(first);
+            scene.find("");
+            auto* early = new CountingSection;
+            scene.column->layout()->addWidget(early);
+            // The panel connects a finished section that is moved into it at once, and the one inside it first.
+            auto* moved = new CountingSection;
+            auto* inner = new CountingSection("Needles");
+            Panel::contentsOf(moved)->layout()->addWidget(inner);
+            moved->setParent(&scene.panel);
+            scene.find("needle");
+            for (const CountingSection* section : {early, moved, inner})
+                QCOMPARE(section->texts, QStringList{"needle"});
+            QVERIFY(early->isHidden() && !inner->isHidden());
 
-        auto* late = new CountingSection;
-        Panel::contentsOf(scene.camera)->layout()->addWidget(late);
-        auto* match = Panel::addRow(late, text("Needle"));
-        auto* hidden = Panel::addRow(late, text("Eye"));
-        hidden->hide();
-        late->setOpen(false);
-        auto* matchInFog = Panel::addRow<QColourEdit>(scene.fog, text("Needle"));
-        auto* rowInFog = Panel::addRow<QColourEdit>(scene.fog, text("Colour"));
-        QTRY_VERIFY(match->isVisible() && matchInFog->isVisible());
-        QVERIFY(!rowInFog->isVisible());
-        late->texts.clear();
-        scene.find("need");
-        QCOMPARE(late->texts, QStringList{text("need")});
-        scene.find("");
-        QVERIFY(!late->isOpen() && !scene.camera->isOpen() && scene.fog->isOpen());
-        QVERIFY(hidden->isHidden() && rowInFog->isVisible());
+            auto* late = new CountingSection;
+            Panel::contentsOf(scene.camera)->layout()->addWidget(late);
+            auto* match = Panel::addRow(late, "Needle");
+            auto* hidden = Panel::addRow(late, "Eye");
+            hidden->hide();
+            late->setOpen(false);
+            auto* matchInFog = Panel::addRow<QColourEdit>(scene.fog, "Needle");
+            auto* rowInFog = Panel::addRow<QColourEdit>(scene.fog, "Colour");
+            QTRY_VERIFY(match->isVisible() && matchInFog->isVisible() && !rowInFog->isVisible());
+            late->texts.clear();
+            scene.find("need");
+            QCOMPARE(late->texts, QStringList{"need"});
+            scene.find("");
+            QVERIFY(!late->isOpen() && !scene.camera->isOpen() && scene.fog->isOpen());
+            QVERIFY(hidden->isHidden() && rowInFog->isVisible());
+        }
     }
 
-    void thoseThatLeaveAreLetGo()
+    void whatLeavesIsAsBefore()
     {
-        Scene scene;
-        scene.find("intensity");
+        auto scene = std::make_unique<Scene>();
+        scene->find("intensity");
         QWidget elsewhere;
         auto* rows = new QVBoxLayout(&elsewhere);
         elsewhere.show();
-        rows->addWidget(scene.fog);
-        Panel::contentsOf(scene.light)->layout()->addWidget(scene.exposure);
-        QTRY_VERIFY(scene.fog->isVisible() && scene.density->isVisible());
-        QVERIFY(scene.hidden->isHidden() && scene.fog->styleSheet().isEmpty());
-        delete scene.camera;
-        scene.find("int");
-        QVERIFY(scene.density->isVisible());
-        scene.find("");
-        QVERIFY(scene.exposure->isVisible()); // the search had hidden it, not the host
-
-        auto dying = std::make_unique<Scene>();
-        dying->find("e");
-        const auto search = std::move(dying->search_);
-        dying.reset();
-        search->find();
-        search->findNext();
-        search->setHidesUnmatched(false);
+        rows->addWidget(scene->fog);
+        Panel::contentsOf(scene->light)->layout()->addWidget(scene->exposure);
+        QTRY_VERIFY(scene->fog->isVisible() && scene->density->isVisible());
+        QVERIFY(scene->hidden->isHidden() && scene->fog->styleSheet().isEmpty());
+        delete scene->camera;
+        scene->find("int");
+        QVERIFY(scene->density->isVisible());
+        scene->find("");
+        QVERIFY(scene->exposure->isVisible()); // the search had hidden it, not the host
+        // The panel has its sections back: also those that it never had connected, and during a search.
+        auto* late = new CountingSection;
+        scene->column->layout()->addWidget(late);
+        scene->find("zzz");
+        scene->searching.reset();
+        QVERIFY(scene->light->isVisible() && late->isVisible() && !scene->line());
+        scene->find("light");
+        QCOMPARE(late->texts, QStringList({"zzz", "light"}));
+        const PanelSearch search(&scene->panel); // comes during a search
+        QVERIFY(!late->isVisible());
+        scene->find("");
+        QVERIFY(late->isVisible());
+        scene->find("e");
+        scene.reset();
         PanelSearch(nullptr).findFirst();
     }
 
-    void withoutItThePanelIsAsBefore()
-    {
-        Scene scene;
-        scene.find("focal");
-        scene.search_.reset();
-        QVERIFY(scene.light->isVisible() && !scene.panel.findChild<QLabel*>(text("nothingFound")));
-        scene.find("density");
-        QVERIFY(scene.light->isVisible() && !scene.intensity->isVisible());
-        // Also if it goes before the panel has connected anything, and if it comes during a search.
-        Panel panel;
-        auto* section = new CountingSection;
-        panel.column->layout()->addWidget(section);
-        panel.panel.show();
-        std::make_unique<PanelSearch>(&panel.panel).reset();
-        panel.search()->setText(text("x"));
-        QCOMPARE(section->texts.size(), 1);
-        const PanelSearch late(&panel.panel);
-        QVERIFY(!section->isVisible());
-        panel.search()->clear();
-        QVERIFY(section->isVisible());
-    }
-
-    void aLineSaysThatNothingMatches()
-    {
-        Scene scene;
-        scene.find("<b>zzz");
-        auto* line = child<QLabel>(scene.panel, "nothingFound");
-        QCOMPARE(line->text(), text("Nothing matches \"<b>zzz\""));
-        QTRY_VERIFY(line->isVisible() && line->y() >= scene.search()->geometry().bottom());
-        const int width = scene.panel.minimumSizeHint().width();
-        scene.search()->setText(QString(300, QLatin1Char('w')));
-        QCOMPARE(scene.panel.minimumSizeHint().width(), width);
-        for (const bool on : {false, true})
-        {
-            scene.search_->setTellsNothingFound(on);
-            QCOMPARE(line->isVisible(), on);
-        }
-        for (const char* words : {"fog", "zzz", ""})
-        {
-            scene.find(words);
-            QCOMPARE(line->isVisible(), *words == 'z');
-        }
-    }
-
-    void keysGoToTheFieldAndBack_data()
-    {
-        QTest::addColumn<hostsupport::Create>("window");
-        for (const auto& window : hostsupport::windowKinds)
-            QTest::newRow(window.name) << window.create;
-    }
     void keysGoToTheFieldAndBack()
     {
-        QFETCH(hostsupport::Create, window);
-        const std::unique_ptr<QWidget> top(window());
-        Scene scene;
-        auto* rows = new QVBoxLayout(top.get());
-        rows->addWidget(&scene.panel);
-        auto* button = new QPushButton;
-        rows->addWidget(button);
-        const QSignalSpy pressed(button, &QPushButton::clicked);
-        hostsupport::showActive(*top);
-        auto* field = child<QLineEdit>(*scene.intensity, "lineEdit");
-        field->setFocus();
-        QTRY_COMPARE(QApplication::focusWidget(), field);
-
-        QTest::keySequence(top.get(), QKeySequence::Find);
-        QTest::keyClicks(scene.search(), text("zzz"));
-        QTest::keyClick(scene.search(), Qt::Key_Return);
-        QCOMPARE(pressed.count(), 0);
-        QTest::keySequence(top.get(), QKeySequence::Find);
-        QCOMPARE(scene.search()->selectedText(), text("zzz"));
-        QTest::keyClick(scene.search(), Qt::Key_Escape);
-        QCOMPARE(scene.search()->text(), QString());
-        QCOMPARE(QApplication::focusWidget(), field);
-
-        // Without a text Esc only goes back, and without a place to go back to it is the window's.
-        QTest::keySequence(top.get(), QKeySequence::Find);
-        QTest::keyClick(scene.search(), Qt::Key_Escape);
-        QCOMPARE(QApplication::focusWidget(), field);
-        scene.search_->setShortcut(false);
-        QTest::keySequence(top.get(), QKeySequence::Find);
-        QCOMPARE(QApplication::focusWidget(), field);
-        QVERIFY(top->isVisible());
-        scene.search_->setFieldKeys(false);
-        QTest::keyClicks(scene.search(), text("zzz"));
-        QTest::keyClick(scene.search(), Qt::Key_Escape);
-        QCOMPARE(scene.search()->text(), text("zzz"));
-        QCOMPARE(top->isVisible(), !qobject_cast<QDialog*>(top.get()));
+        for (const Kind& window : windowKinds)
+        {
+            const std::unique_ptr<QWidget> top(window.create());
+            Scene scene;
+            auto* rows = new QVBoxLayout(top.get());
+            rows->addWidget(&scene.panel);
+            auto* button = new QPushButton;
+            rows->addWidget(button);
+            const QSignalSpy pressed(button, &QPushButton::clicked);
+            showActive(*top);
+            auto* field = child<QLineEdit>(*scene.intensity, "lineEdit");
+            field->setFocus();
+            QTRY_COMPARE(QApplication::focusWidget(), field);
+            for (const char* words : {"zzz", ""}) // without a text Esc only goes back
+            {
+                QTest::keySequence(top.get(), QKeySequence::Find);
+                QTest::keyClicks(scene.search(), words);
+                if (*words)
+                    QTest::keyClick(scene.search(), Qt::Key_Return);
+                QTest::keySequence(top.get(), QKeySequence::Find);
+                QCOMPARE(scene.search()->selectedText(), words);
+                QTest::keyClick(scene.search(), Qt::Key_Escape);
+                QCOMPARE(scene.search()->text(), QString());
+                QCOMPARE(QApplication::focusWidget(), field);
+            }
+            QVERIFY(pressed.isEmpty() && top->isVisible());
+            scene.searching->setShortcut(false);
+            QTest::keySequence(top.get(), QKeySequence::Find);
+            QCOMPARE(QApplication::focusWidget(), field);
+            scene.searching->setFieldKeys(false);
+            QTest::keyClicks(scene.search(), "zzz");
+            QTest::keyClick(scene.search(), Qt::Key_Escape);
+            QCOMPARE(scene.search()->text(), "zzz");
+            QCOMPARE(top->isVisible(), !qobject_cast<QDialog*>(top.get()));
+        }
     }
 
-    void keysGoFromMatchToMatch_data()
-    {
-        QTest::addColumn<Qt::LayoutDirection>("direction");
-        QTest::newRow("left to right") << Qt::LeftToRight;
-        QTest::newRow("right to left") << Qt::RightToLeft;
-    }
     void keysGoFromMatchToMatch()
     {
-        QFETCH(Qt::LayoutDirection, direction);
-        Panel panel;
-        const PanelSearch search(&panel.panel);
-        panel.panel.setLayoutDirection(direction);
-        panel.panel.resize(420, 220);
-        QVector<QWidget*> matches;
-        for (const hostsupport::Kind& kind : hostsupport::editorKinds)
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
         {
-            auto* section = panel.addSection(text(kind.name));
-            Panel::addRow(section, text("Other"));
-            matches << kind.create();
-            matches.last()->setWindowTitle(text("Needle"));
-            Panel::contentsOf(section)->layout()->addWidget(matches.last());
+            Panel panel;
+            const PanelSearch search(&panel.panel);
+            panel.panel.setLayoutDirection(direction);
+            panel.panel.resize(420, 220);
+            QVector<QWidget*> matches;
+            for (const Kind& kind : editorKinds)
+            {
+                auto* section = panel.addSection(kind.name);
+                Panel::addRow(section, "Other");
+                matches << kind.create();
+                matches.last()->setWindowTitle("Needle");
+                Panel::contentsOf(section)->layout()->addWidget(matches.last());
+            }
+            // Created last, seen first; the title matches.
+            auto* top = panel.addSection("Needles");
+            static_cast<QVBoxLayout*>(panel.column->layout())->insertWidget(0, top);
+            matches.prepend(child<QCheckBox>(*top, "accordionCheckBox"));
+            showActive(panel.panel);
+            panel.search()->setFocus();
+            QTest::keyClicks(panel.search(), "needle");
+            QTest::keyClick(panel.search(), Qt::Key_Return);
+            const QWidget* viewport = panel.panel.findChild<QScrollArea*>()->viewport();
+            const auto isAt = [viewport](const QWidget* match)
+            {
+                const QWidget* focus = QApplication::focusWidget();
+                const bool isField = match->isAncestorOf(focus) && qobject_cast<const QLineEdit*>(focus);
+                return (focus == match || isField) &&
+                       viewport->rect().contains(match->mapTo(viewport, match->rect().center()));
+            };
+            for (const QWidget* match : qAsConst(matches))
+            {
+                QVERIFY2(isAt(match), match->metaObject()->className());
+                QTest::keySequence(&panel.panel, QKeySequence::FindNext);
+            }
+            QVERIFY(isAt(matches.first()));
+            QTest::keySequence(&panel.panel, QKeySequence::FindPrevious);
+            QVERIFY(isAt(matches.last()));
+            QTest::keySequence(&panel.panel, QKeySequence::Find);
+            QTest::keyClick(panel.search(), Qt::Key_Escape);
+            QTest::keySequence(&panel.panel, QKeySequence::FindNext); // the host's again
+            QVERIFY(isAt(matches.last()));
         }
-        // Created last, seen first; the title matches.
-        auto* top = panel.addSection(text("Needles"));
-        static_cast<QVBoxLayout*>(panel.column->layout())->insertWidget(0, top);
-        matches.prepend(child<QCheckBox>(*top, "accordionCheckBox"));
-        hostsupport::showActive(panel.panel);
-        panel.search()->setFocus();
-        QTRY_COMPARE(QApplication::focusWidget(), panel.search());
-        QTest::keyClicks(panel.search(), text("needle"));
-        QTest::keyClick(panel.search(), Qt::Key_Return);
-
-        const QWidget* viewport = panel.panel.findChild<QScrollArea*>()->viewport();
-        const auto isAt = [&](const QWidget* match)
-        {
-            const QWidget* focus = QApplication::focusWidget();
-            const bool isField = match->isAncestorOf(focus) && qobject_cast<const QLineEdit*>(focus);
-            return (focus == match || isField) &&
-                   viewport->rect().contains(match->mapTo(viewport, match->rect().center()));
-        };
-        for (const QWidget* match : qAsConst(matches))
-        {
-            QVERIFY2(isAt(match), match->metaObject()->className());
-            QTest::keySequence(&panel.panel, QKeySequence::FindNext);
-        }
-        QVERIFY(isAt(matches.first()));
-        QTest::keySequence(&panel.panel, QKeySequence::FindPrevious);
-        QVERIFY(isAt(matches.last()));
-        QTest::keySequence(&panel.panel, QKeySequence::Find);
-        QTest::keyClick(panel.search(), Qt::Key_Escape);
-        QVERIFY(isAt(matches.last()));
-        QTest::keySequence(&panel.panel, QKeySequence::FindNext); // the host's again
-        QVERIFY(isAt(matches.last()));
     }
 };
 
