@@ -98,12 +98,13 @@ private Q_SLOTS:
         }
         // What the user folds, and the host shows or hides, during a search stays.
         scene.find("e");
-        child<QCheckBox>(*scene.fog, "accordionCheckBox")->click();
-        scene.hidden->show();
+        for (const QAccordion* section : {scene.fog, scene.camera})
+            child<QCheckBox>(*section, "accordionCheckBox")->click();
         scene.density->hide();
         auto* late = Panel::addRow(scene.fog, "Start");
         QTRY_VERIFY(late->isHidden());
-        QVERIFY(!scene.fog->isOpen()); // a new row does not open it again
+        QVERIFY(!scene.fog->isOpen() && !scene.camera->isOpen()); // a new row does not open it again
+        scene.hidden->show();
         scene.find("");
         QVERIFY(!scene.fog->isOpen() && !scene.camera->isOpen());
         QVERIFY(!scene.hidden->isHidden() && scene.density->isHidden());
@@ -188,31 +189,32 @@ private Q_SLOTS:
     void whatLeavesIsAsBefore()
     {
         auto scene = std::make_unique<Scene>();
-        scene->find("intensity");
+        scene->find("density");
         QWidget elsewhere;
         auto* rows = new QVBoxLayout(&elsewhere);
         elsewhere.show();
         rows->addWidget(scene->fog);
-        Panel::contentsOf(scene->light)->layout()->addWidget(scene->exposure);
-        QTRY_VERIFY(scene->fog->isVisible() && scene->density->isVisible());
-        QVERIFY(scene->hidden->isHidden() && scene->fog->styleSheet().isEmpty());
-        delete scene->camera;
+        rows->addWidget(scene->light);
+        Panel::contentsOf(scene->camera)->layout()->addWidget(scene->aperture);
+        QTRY_VERIFY(scene->intensity->isVisible() && scene->fog->styleSheet().isEmpty());
+        QVERIFY(scene->hidden->isHidden());
+        delete scene->lens;
         scene->find("int");
         QVERIFY(scene->density->isVisible());
         scene->find("");
-        QVERIFY(scene->exposure->isVisible()); // the search had hidden it, not the host
+        QVERIFY(!scene->aperture->isHidden()); // the search had hidden it, not the host
         // The panel has its sections back: also those that it never had connected, and during a search.
         auto* late = new CountingSection;
         scene->column->layout()->addWidget(late);
         scene->find("zzz");
         scene->searching.reset();
-        QVERIFY(scene->light->isVisible() && late->isVisible() && !scene->line());
+        QVERIFY(scene->camera->isVisible() && late->isVisible() && !scene->line());
         scene->find("light");
         QCOMPARE(late->texts, QStringList({"zzz", "light"}));
         const PanelSearch search(&scene->panel); // comes during a search
         QVERIFY(!late->isVisible());
         scene->find("");
-        QVERIFY(late->isVisible());
+        QVERIFY(late->isVisible() && !scene->exposure->isHidden());
         scene->find("e");
         scene.reset();
         PanelSearch(nullptr).findFirst();

@@ -48,11 +48,11 @@ struct Switches
     bool evaluates = true;
     bool copiesWhole = true;
 
-    // Whether it is for us to decide what a field commits.
+    // Whether this class decides when a field commits, and what.
     bool decide() const { return keepsUntouched || checksText || evaluates || copiesWhole; }
 };
 
-// As few digits as give the same number back; a vector's are floats.
+// The fewest digits that give the same number back; a vector's are floats.
 QString exactText(double number, bool isFloat)
 {
     QString text;
@@ -76,7 +76,7 @@ bool isInteger(const QWidget* editor)
     return editor->property("value").userType() == QMetaType::Int;
 }
 
-// Three or four components, or none if the text is nothing of the kind.
+// Three or four components; empty if the text is anything else.
 QVector<double> componentsOf(const QString& text, bool fromColour)
 {
     const QString trimmed = text.trimmed();
@@ -101,7 +101,7 @@ QVector<double> componentsOf(const QString& text, bool fromColour)
     return components.size() == 3 || components.size() == 4 ? components : QVector<double>();
 }
 
-// What the editor makes of a text. Not known of one of a host's own that keeps it to itself.
+// What the editor makes of a text. Unknown if a host's own editor has no textToValue() that Qt can invoke.
 struct Reading
 {
     bool isKnown = false;
@@ -118,7 +118,7 @@ Reading readByEditor(QWidget* editor, const QString& text)
     }
     else if (auto* integerEdit = qobject_cast<QIntSliderEdit*>(editor))
     {
-        // It says 0 for what is no number, and for "0".
+        // Returns 0 for "0", and for a text that is not a number.
         reading.isKnown = true;
         const int number = integerEdit->textToValue(text);
         reading.number = number;
@@ -146,7 +146,7 @@ class Row final : public QObject
 public:
     Row(QWidget* editor, const Switches& switches, QObject* parent);
     ~Row() override;
-    //! Acts no more. A row may have to let go while one of its own functions waits for the editor.
+    //! Stops acting. May be called while one of the row's own functions waits for the editor.
     void letGo();
     void markFields();
 
@@ -299,8 +299,8 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-// Comes before whatever the user can type with, so a field that is not modified still has the text from before. What
-// was typed before this row acted is of no use, so it is the value's text then.
+// Called before any event that can change the text, so a field that is not modified still has the text from before. If
+// it was modified before this row acted, the value's text takes its place.
 void Row::remember(int index)
 {
     Field& field = m_fields[index];
@@ -389,7 +389,7 @@ bool Row::focusLost(int index, QFocusEvent* event)
         return false;
     // From another window or a menu the focus comes back, and half an expression may be finished then.
     const bool leaves = event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
-    // The field does all that it does then, but for editingFinished(): whether that is due is decided below.
+    // The field does everything as usual except editingFinished(), which finish() emits where it is due.
     const QPointer<Row> alive(this);
     {
         const QSignalBlocker silence(field.edit);
@@ -571,7 +571,7 @@ double Row::stepped(double number, double count) const
     return number + count * (maximum - minimum) / 100.0;
 }
 
-// Exact, unlike by way of the texts, and announced once.
+// Writes the exact number, which a text would round, and emits valueChanged() once.
 void Row::change(const EditorValue& value)
 {
     const EditorValue before = readValue(m_editor);
@@ -589,7 +589,7 @@ void Row::copy() const
     auto* data = new QMimeData;
     if (value.numbers.size() == 1)
     {
-        // In the units shown, with all digits if these are the value's own.
+        // With all digits, unless the editor shows the value in other units.
         text = exactText(value.numbers[0], false);
         if (isInteger(m_editor) || readByEditor(m_editor, text).number != value.numbers[0])
             text = storedText(0);
@@ -619,7 +619,7 @@ QString Row::pastedText()
     return data->hasFormat(exactFormat()) ? QString::fromLatin1(data->data(exactFormat())) : data->text();
 }
 
-// The value with the components that the text has; not known if it has none, or the editor.
+// The value with the components in the text; unknown if either has none.
 EditorValue Row::withComponents(const QString& text) const
 {
     EditorValue value = readValue(m_editor);

@@ -18,8 +18,8 @@ namespace orvek::host
 //! editors those that Qt can invoke by name, with the types of QSliderEdit. Without them its numbers are computed, and
 //! any other text is left to it. Editors of texts are never computed, stepped or marked.
 //!
-//! Values come through an editor's own slots or its setter with one valueChanged(), so hosts, and what they listen
-//! with, need nothing more. Of several EditorInputs for one editor the first one acts.
+//! Values come through an editor's own slots or its setter with one valueChanged(), so a host's connections stay as
+//! they are. Of several EditorInputs for one editor the first one acts.
 class ORVEKQTHOST_EXPORT EditorInput : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,8 @@ class ORVEKQTHOST_EXPORT EditorInput : public QObject
     Q_PROPERTY(bool evaluates READ evaluates WRITE setEvaluates)
     //! Whether whole values are copied and pasted: Copy without a selection in a number's field; Paste of three or four
     //! numbers, or "#rrggbb" for a colour, in a field of a vector or colour, as one change; and a menu on the title.
-    //! A colour between black and white is copied as "#rrggbb", to be pasted here without a loss; all else as numbers.
+    //! A colour between black and white is copied as "#rrggbb" beside its exact numbers, which Paste uses; all else as
+    //! numbers.
     Q_PROPERTY(bool copiesWhole READ copiesWhole WRITE setCopiesWhole)
 
 public:

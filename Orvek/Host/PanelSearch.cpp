@@ -22,7 +22,7 @@ namespace orvek::host
 {
 namespace
 {
-// A section, or any other widget that wants the search texts.
+// A section, or any other widget with a slot for search texts.
 struct Receiver
 {
     QPointer<QWidget> widget;
@@ -31,7 +31,7 @@ struct Receiver
     QWidget* row = nullptr;    // the child of the outer section's contents that it is, or lies in
     bool wasConnected = false; // by the panel
     // During a search:
-    bool isKnown = false; // its state from before is
+    bool isKnown = false; // wasOpen is from before the search
     bool isNew = false;   // it, or a row of it, has come since the last text
     bool wasOpen = true;
     bool matches = false;
@@ -54,7 +54,7 @@ bool hasTextSignal(const QWidget* panel)
     return panel->metaObject()->indexOfSignal("setSearchText(QString)") >= 0;
 }
 
-// Not what waits for its parent or layout to show it.
+// False for a widget that is only waiting for its parent or layout to show it.
 bool isHiddenOnPurpose(const QWidget* widget)
 {
     return widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
@@ -77,8 +77,8 @@ bool titleContains(const QWidget* section, const QString& text)
     return section->windowTitle().contains(text, Qt::CaseInsensitive);
 }
 
-// Sections mark themselves with "highlighted"; one without contents never does. A widget of a host's own that sets no
-// such property may show matches: it counts as one.
+// Sections mark themselves with "highlighted"; one without contents never does. A host's widget without that property
+// counts as a match, as it may contain some.
 bool isMatch(const Receiver& receiver, const QString& text)
 {
     const QVariant mark = receiver.widget->property("highlighted");
@@ -92,7 +92,7 @@ void send(QWidget* receiver, const QString& text)
     QMetaObject::invokeMethod(receiver, "setSearchText", Qt::DirectConnection, Q_ARG(QString, text));
 }
 
-// Each widget shown activates all layouts above it at once. Here they wait for the event loop, where one pass does.
+// Showing a widget activates all layouts above it at once. Here they wait for the event loop, for a single pass.
 void showAll(const QVector<QWidget*>& widgets)
 {
     QVector<QPointer<QLayout>> paused;
@@ -208,7 +208,7 @@ struct PanelSearch::Private
     bool isHiddenByHost(const Receiver& receiver) const;
     void markFound();
     void showFound(bool isNewText);
-    void tell(bool nothingFound);
+    void showMessage(bool nothingFound);
     void updateKeys();
 
     QVector<QWidget*> matches() const;
@@ -439,7 +439,7 @@ void PanelSearch::Private::leave(QWidget* widget)
     const auto item = items.find(widget);
     if (item != items.end())
     {
-        // Whoever takes it decides whether to show it, unless the host had hidden it.
+        // Its new parent shows it, unless the host had hidden it.
         if (item->widget && !item->wasHidden && item->widget->isHidden())
         {
             item->widget->setAttribute(Qt::WA_WState_ExplicitShowHide, false);
@@ -534,7 +534,7 @@ void PanelSearch::Private::catchUp()
         arrange(false);
 }
 
-// From now on the panel's texts come through this object, however often the panel has connected the widget.
+// From now on this object sends the texts. Disconnects all of the panel's connections if there are several.
 void PanelSearch::Private::takeOver(Receiver& receiver)
 {
     if (QObject::disconnect(panel, SIGNAL(setSearchText(QString)), receiver.widget, SLOT(setSearchText(QString))))
@@ -554,8 +554,8 @@ void PanelSearch::Private::receive(const QString& newText)
 {
     tree->takeIn();
     letGo();
-    // The panel looks for sections at its first text, a moment before this. A connection that is cut while its signal
-    // is being emitted is not served any more.
+    // At its first text the panel has connected its sections just before this. Disconnected while the signal is being
+    // emitted, they do not receive it from the panel any more.
     if (!hasSeenText)
         for (const auto& receiver : receivers)
             takeOver(*receiver);
@@ -658,7 +658,7 @@ void PanelSearch::Private::restore()
             shown << item.widget;
     }
     showAll(shown);
-    tell(false);
+    showMessage(false);
 }
 
 // An empty text opens the section and shows all rows. One that is to be closed is kept from opening in between.
@@ -683,9 +683,9 @@ void PanelSearch::Private::arrange(bool isNewText)
     showFound(isNewText);
     for (Item& item : items)
         item.isHidden = item.widget && isHiddenOnPurpose(item.widget);
-    tell(std::none_of(receivers.cbegin(), receivers.cend(),
-                      [this](const auto& receiver)
-                      { return !receiver->outer && receiver->found && !isHiddenByHost(*receiver); }));
+    showMessage(std::none_of(receivers.cbegin(), receivers.cend(),
+                             [this](const auto& receiver)
+                             { return !receiver->outer && receiver->found && !isHiddenByHost(*receiver); }));
 }
 
 bool PanelSearch::Private::wasHidden(QWidget* widget) const
@@ -756,7 +756,7 @@ void PanelSearch::Private::showFound(bool isNewText)
     showAll(shown);
 }
 
-void PanelSearch::Private::tell(bool nothingFound)
+void PanelSearch::Private::showMessage(bool nothingFound)
 {
     if (!nothingFound || !tellsNothingFound)
     {

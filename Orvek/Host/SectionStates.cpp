@@ -219,7 +219,7 @@ void SectionStates::Private::enter(QWidget* widget)
                 [this, field = state.search.data()](const QString& text) { onSearchText(field, text); });
     }
     states.insert(widget, state);
-    // By then it has its name and title.
+    // Queued, as the section has its name and title by then.
     if (!isQueued)
         QMetaObject::invokeMethod(
             q, [this] { takeInArrivals(); }, Qt::QueuedConnection);
@@ -321,8 +321,7 @@ void SectionStates::Private::onToggled(QWidget* section, bool open)
     const auto state = states.find(section);
     if (state == states.end() || state->isDue)
         return;
-    // A search never closes. What it opens, and what it opens when it is cleared, cannot be told from the host's doing
-    // here: see onSearchText().
+    // A search only opens sections. Whether this is the host, or the search being cleared, shows in onSearchText().
     if (!open)
         state->isOpen = state->isOpened = false;
     else if (!isSearched(*state))
