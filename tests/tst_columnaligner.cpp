@@ -1,6 +1,5 @@
 #include "hostsupport.h"
 
-#include <Orvek/Host/ChoiceButton.h>
 #include <Orvek/Host/ColumnAligner.h>
 
 #include <QtGui/QHelpEvent>
@@ -14,65 +13,8 @@ using hostsupport::Panel;
 
 namespace
 {
-const QString longTitle = QStringLiteral("Index of refraction of the outermost layer");
-
-// Every kind of editor, some in a section within a section.
-struct Rows
-{
-    explicit Rows(QWidget* window)
-    {
-        auto* column = new QVBoxLayout(window);
-        column->addWidget(&panel.panel);
-        QAccordion* outer = panel.addSection("Surface");
-        slider = Panel::addRow<QSliderEdit>(outer, "Roughness");
-        integer = Panel::addRow<QIntSliderEdit>(outer, "Samples");
-        vector = Panel::addRow<QVectorEdit>(outer, "Position");
-        QAccordion* inner = panel.addSection("Details", Panel::contentsOf(outer));
-        colour = Panel::addRow<QColourEdit>(inner, "Emission");
-        file = Panel::addRow<QFileEdit>(inner, "Mesh");
-        text = Panel::addRow<QLabelEdit>(inner, "Name");
-        Panel::addRow<QSliderEdit>(inner, "Ior")->setUnits("m");
-        all = panel.panel.findChildren<QWidget*>(QRegularExpression("^Q[A-Za-z]+Edit$"));
-    }
-    ~Rows() { panel.panel.setParent(nullptr); }
-    // The places of the titles' ends and of the fields' ends, seen from where the rows begin and end.
-    QSet<int> titleEnds() const
-    {
-        return ends([](QWidget* row) { return child<QWidget>(*row, "label"); });
-    }
-    QSet<int> fieldEnds() const
-    {
-        return ends(
-            [](QWidget* row) -> QWidget*
-            {
-                QWidget* last = row->findChild<ChoiceButton*>();
-                for (QLineEdit* field : hostsupport::fieldsOf(*row))
-                    last = field->isVisible() ? field : last;
-                return last;
-            });
-    }
-    template <typename Part>
-    QSet<int> ends(Part part) const
-    {
-        QSet<int> found;
-        for (QWidget* row : all)
-        {
-            const QWidget* widget = part(row);
-            const QPoint corner = row->isRightToLeft() ? QPoint(0, 0) : QPoint(widget->width(), 0);
-            found << widget->mapTo(row->window(), corner).x();
-        }
-        return found;
-    }
-
-    Panel panel;
-    QSliderEdit* slider;
-    QIntSliderEdit* integer;
-    QVectorEdit* vector;
-    QColourEdit* colour;
-    QFileEdit* file;
-    QLabelEdit* text;
-    QList<QWidget*> all;
-};
+// Numbers in a text are no values.
+const QString longText = QStringLiteral("Index 1.52345678 of refraction of the outermost layer, from here");
 
 void settle()
 {
@@ -194,20 +136,39 @@ private Q_SLOTS:
         };
         QFont font = rows.panel.panel.font();
         font.setPixelSize(QFontInfo(font).pixelSize() + 2);
-        rows.panel.panel.setFont(font);
-        check(" after units and a font");
-        QVERIFY(titleWidth() > before);
-        rows.colour->setShowAlpha(false);
-        rows.slider->setShowButtons(true);
-        window->resize(width + 33, 900);
-        check(" after another size");
-        rows.all << Panel::addRow<QVectorEdit>(panelSection(rows), "Latecomer");
-        check(" with a row that came later");
-        delete rows.all.takeLast();
-        check(" without it");
-        rows.integer->setEnums({"Low", "Medium", "High"});
-        ChoiceButton::addTo(rows.integer);
-        check(" with a list of names");
+        const struct
+        {
+            const char* name;
+            int wider;  // the titles' column: 1 for wider, -1 for narrower, 0 for as wide
+            int passes; // that changed something
+            std::function<void()> act;
+        } steps[] = {
+            {"values", 0, 0,
+             [&] {
+                 rows.slider->setValue(0.123456), rows.vector->setValue({0.123456F, 9, 1e9F});
+             }},
+            {"longer titles", 1, 1, [&] { setTitles("A longer name"); }},
+            {"shorter titles", -1, 1, [&] { setTitles("Name"); }},
+            {"parts", 0, 0, [&] { rows.colour->setShowAlpha(false), rows.slider->setShowButtons(true); }},
+            {"units", 0, 1, [&] { rows.slider->setUnits("cd/m²"); }},
+            // Rows of a nested section are 63 pixels narrower than the panel with its scroll bar.
+            {"the narrowest panel", 0, 1, [&] { rows.window->resize(390, 900); }},
+            {"from the right", 0, 1, [&] { rows.window->setLayoutDirection(Qt::RightToLeft); }},
+            {"a font", 1, 1, [&] { rows.panel.panel.setFont(font); }},
+            {"one that comes", 1, 1, [&] { rows.all << Panel::addRow<QVectorEdit>(rows.outer, "Latecomer"); }},
+            {"one that goes", -1, 1, [&] { delete rows.all.takeLast(); }},
+        };
+        const auto* label = child<QLabel>(*rows.slider, "label");
+        for (const auto& step : steps)
+        {
+            const int before = label->width();
+            aligned.clear();
+            step.act();
+            settle();
+            QVERIFY2(rows.areInLine() && isWhole(label), step.name);
+            QVERIFY2(qBound(-1, label->width() - before, 1) == step.wider, step.name);
+            QVERIFY2(aligned.count() == step.passes, step.name);
+        }
     }
 
     void textsAreCutWhereItDoesNoHarm()
