@@ -1,5 +1,6 @@
 #include "hostsupport.h"
 
+#include <Orvek/Host/ChoiceButton.h>
 #include <Orvek/Host/ColumnAligner.h>
 
 #include <QtGui/QHelpEvent>
@@ -34,6 +35,9 @@ struct Rows
     {
         (new QVBoxLayout(window.get()))->addWidget(&panel.panel);
         Panel::addRow<QSliderEdit>(inner, "Ior")->setUnits("m");
+        auto* list = Panel::addRow<QIntSliderEdit>(inner, "Filter");
+        list->setEnums({"Nearest", "Linear"});
+        ChoiceButton::addTo(list);
         all = panel.panel.findChildren<QWidget*>(QRegularExpression("^Q[A-Za-z]+Edit$"));
         window->resize(width, 900);
     }
@@ -47,8 +51,11 @@ struct Rows
             const auto endOf = [row](const QWidget* part)
             { return part->mapTo(row->window(), QPoint(row->isRightToLeft() ? 0 : part->width(), 0)).x(); };
             const QVector<QLineEdit*> parts = hostsupport::fieldsOf(*row);
+            const QWidget* last = row->findChild<ChoiceButton*>();
+            if (!last)
+                last = parts.last()->isVisible() ? parts.last() : parts[parts.size() - 2];
             titles << endOf(child<QLabel>(*row, "label"));
-            fields << endOf(parts.last()->isVisible() ? parts.last() : parts[parts.size() - 2]);
+            fields << endOf(last);
             if (row->layout()->minimumSize().width() > row->width())
                 return false;
         }

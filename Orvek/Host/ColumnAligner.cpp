@@ -322,6 +322,7 @@ void measure(Row& row, TextWidth& number)
     const QVector<QLayoutItem*> items = layout ? itemsOf(layout) : QVector<QLayoutItem*>();
     int title = -1;
     int last = -1;
+    int other = -1; // a list of names in place of slider and field, for example
     bool hasReset = false;
     for (int i = 0; i < items.size(); ++i)
     {
@@ -331,10 +332,13 @@ void measure(Row& row, TextWidth& number)
         hasReset = hasReset || widget == row.parts.reset;
         if (widget == row.parts.label)
             title = i;
-        // A list of names stands in the place of slider and field.
-        else if (row.parts.fields.contains(qobject_cast<QLineEdit*>(widget)) || qobject_cast<QComboBox*>(widget))
+        else if (row.parts.fields.contains(qobject_cast<QLineEdit*>(widget)))
             last = i;
+        else if (widget != row.parts.units && widget != row.parts.reset)
+            other = i;
     }
+    if (last < 0)
+        last = other;
     if (title < 0 || last < title)
         return;
     row.isRow = true;
