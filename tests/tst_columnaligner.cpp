@@ -121,6 +121,20 @@ class tst_ColumnAligner : public WatchedTest
 {
     Q_OBJECT
 private Q_SLOTS:
+    // The platform may want the first picture before any posted event is delivered.
+    void columnsAreInLineFromTheStart()
+    {
+        for (const bool isPolished : {false, true}) // as by a style sheet
+        {
+            Rows rows(560);
+            if (isPolished)
+                rows.panel.panel.ensurePolished();
+            ColumnAligner aligner(&rows.panel.panel);
+            rows.window->show();
+            QVERIFY(rows.areInLine());
+        }
+    }
+
     void columnsAreInLine_data()
     {
         QTest::addColumn<hostsupport::Create>("create");

@@ -11,7 +11,6 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QBoxLayout>
-#include <QtWidgets/QComboBox>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -437,6 +436,7 @@ struct ColumnAligner::Private
     void watchAll();
     void request();
     void alignNow();
+    void alignAtOnce();
     void updateNeeds();
     void place();
     bool apply(Row& row);
@@ -545,6 +545,16 @@ void ColumnAligner::Private::alignNow()
     }
     if (changed)
         Q_EMIT q->aligned();
+}
+
+// When the root appears, all below it have their places. The platform may ask for the first picture before any posted
+// event is delivered, layout requests among them.
+void ColumnAligner::Private::alignAtOnce()
+{
+    alignNow();
+    for (const Row& row : qAsConst(rows))
+        if (row.awaitsLayout && row.editor && row.editor->layout())
+            row.editor->layout()->activate();
 }
 
 void ColumnAligner::Private::updateNeeds()
@@ -881,7 +891,10 @@ bool ColumnAligner::eventFilter(QObject* watched, QEvent* event)
         break;
     }
     case QEvent::Show:
-        d->request();
+        if (watched == d->tree->root())
+            d->alignAtOnce();
+        else
+            d->request();
         break;
     case QEvent::Resize:
         if (static_cast<QResizeEvent*>(event)->oldSize().width() != static_cast<QResizeEvent*>(event)->size().width())
@@ -893,10 +906,7 @@ bool ColumnAligner::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::Polish:
         if (watched == d->tree->root())
-        {
-            watched->removeEventFilter(this);
             align();
-        }
         break;
     default:
         break;
