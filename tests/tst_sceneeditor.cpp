@@ -269,7 +269,7 @@ void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped_data()
     QTest::addColumn<QByteArray>("kept");
     QTest::newRow("position") << QByteArray("position") << QByteArray("x") << QByteArray("1e9") << QByteArray("1e+06");
     QTest::newRow("infinite") << QByteArray("scale") << QByteArray("z") << QByteArray("1e99") << QByteArray("1000");
-    QTest::newRow("not a number") << QByteArray("scale") << QByteArray("y") << QByteArray("nan") << QByteArray("0.001");
+    QTest::newRow("not a number") << QByteArray("scale") << QByteArray("y") << QByteArray("nan") << QByteArray("1");
     QTest::newRow("colour") << QByteArray("baseColour") << QByteArray("y") << QByteArray("-1") << QByteArray("0");
     QTest::newRow("light") << QByteArray("lightColour") << QByteArray("blue") << QByteArray("7") << QByteArray("1");
 }
@@ -281,7 +281,9 @@ void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped()
     QFETCH(QByteArray, text);
     QFETCH(QByteArray, kept);
     type(editor.constData(), field.constData(), text.constData());
-    QCOMPARE(child<QLineEdit>(*find<QWidget>(editor.constData()), field.constData())->text().toLatin1(), kept);
+    auto* line = child<QLineEdit>(*find<QWidget>(editor.constData()), field.constData());
+    line->clearFocus();
+    QCOMPARE(line->text().toLatin1(), kept);
     // Only scenes within the ranges can be saved.
     QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("clamped.json"))));
 }
@@ -301,7 +303,7 @@ void tst_SceneEditor::searchShowsWhatMatches()
     QVERIFY(find<QWidget>("shadows")->isVisible());
     search->clear();
     QVERIFY(find<QWidget>("roughness")->isVisible());
-    QVERIFY(!find<QWidget>("lightColour")->visibleRegion().isNull() || find<QWidget>("lightColour")->isVisible());
+    QVERIFY(!find<QAccordion>("lightSection")->isOpen());
 }
 
 void tst_SceneEditor::sectionsStayFoldedInTheNextRun()

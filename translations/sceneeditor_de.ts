@@ -871,13 +871,6 @@
     </message>
 </context>
 <context>
-    <name>sceneeditor::EditorUndo</name>
-    <message>
-        <source>Change of %1</source>
-        <translation>Änderung von %1</translation>
-    </message>
-</context>
-<context>
     <name>sceneeditor::MainWindow</name>
     <message>
         <source>Meshes (%1);;All files (*)</source>

@@ -44,8 +44,8 @@ void installLanguage(const QString& code)
     if (locale.language() == QLocale::English || locale.language() == QLocale::C)
         return;
     const QStringList folders = translationFolders() << QLibraryInfo::location(QLibraryInfo::TranslationsPath);
-    for (const QString& name :
-         {QStringLiteral("qtbase"), QStringLiteral("orvekqtwidgets"), QStringLiteral("sceneeditor")})
+    for (const QString& name : {QStringLiteral("qtbase"), QStringLiteral("orvekqtwidgets"),
+                                QStringLiteral("orvekqthost"), QStringLiteral("sceneeditor")})
     {
         auto* translator = new QTranslator(qApp);
         const auto loads = [&](const QString& folder)

@@ -4,7 +4,11 @@
 #include <examples/SceneEditor/Languages.h>
 #include <examples/SceneEditor/Looks.h>
 #include <examples/SceneEditor/SceneView.h>
+#include <Orvek/Host/ColumnAligner.h>
 #include <Orvek/Host/EditorUndo.h>
+#include <Orvek/Host/PanelHost.h>
+#include <Orvek/Host/SectionStates.h>
+#include <Orvek/Host/ViewInput.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -16,7 +20,6 @@
 #include <QtWidgets/QActionGroup>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
-#include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
@@ -24,6 +27,8 @@
 #include <QtWidgets/QToolButton>
 
 #include <cmath>
+
+using namespace orvek::host;
 
 namespace sceneeditor
 {
@@ -34,6 +39,7 @@ constexpr int maximumNameLength = 200;
 constexpr int progressSteps = 1000;
 constexpr qint64 maximumEnvironmentPixels = 34'000'000; // 8192 × 4096 and a little more
 constexpr int copyDelay = 2000;                         // milliseconds from a change to the copy that has it
+constexpr int narrowestRow = 360;                       // that the columns hold in, pixels
 constexpr int sideListHeight = 190;                     // of the list of objects and its buttons, pixels
 
 QString meshFilter()
@@ -118,8 +124,7 @@ private:
     const int m_selectedAfter;
 };
 
-MainWindow::MainWindow(QWidget* parent)
-    : QMainWindow(parent), m_editorUndo(new orvek::host::EditorUndo(&m_undoStack, this))
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
 {
     m_ui.setupUi(this);
     m_ui.messageBar->hide();
@@ -127,19 +132,11 @@ MainWindow::MainWindow(QWidget* parent)
     setUpActions();
     setUpLooks();
     setUpEditors();
-    // The panel scrolls up and down only, so it is never narrower than its widest editor. Before the first show,
-    // changes of widths do not reach the layouts by themselves.
-    const QList<QWidget*> widgets = m_ui.sections->findChildren<QWidget*>();
-    for (QWidget* widget : widgets)
-    {
-        widget->updateGeometry();
-        if (widget->layout())
-            widget->layout()->invalidate();
-    }
-    m_ui.sectionsLayout->invalidate();
-    const int panelWidth =
-        m_ui.sections->minimumSizeHint().width() + m_ui.scrollArea->verticalScrollBar()->sizeHint().width();
-    m_ui.scrollArea->setMinimumWidth(panelWidth);
+    // At first wide enough for all texts, or a third of the window. Where it is narrower, they are cut.
+    const QMargins margins = m_ui.sectionsLayout->contentsMargins();
+    const int aroundRows = margins.left() + margins.right() + m_ui.scrollArea->verticalScrollBar()->sizeHint().width();
+    const int panelWidth = qMin(m_panelHost->columns()->uncutWidth() + aroundRows, width() / 3);
+    m_ui.scrollArea->setMinimumWidth(narrowestRow + aroundRows);
     m_ui.splitter->setStretchFactor(0, 1);
     m_ui.splitter->setSizes({width() - panelWidth, panelWidth});
     m_ui.sideSplitter->setStretchFactor(1, 1);
@@ -157,7 +154,7 @@ MainWindow::MainWindow(QWidget* parent)
 MainWindow::~MainWindow()
 {
     // The form outlives the members. A field of it that loses the focus then has nobody to tell.
-    delete m_editorUndo;
+    delete m_panelHost;
     // It ends empty, which is no reason to give up the copy of what was not saved.
     m_undoStack.disconnect(this);
     m_ui.meshFile->disconnect(this);
@@ -187,7 +184,7 @@ int MainWindow::selectedObject() const
 void MainWindow::selectObject(int index)
 {
     m_selected = index >= 0 && index < m_scene.objects.size() ? index : -1;
-    m_editorUndo->setContext(m_selected);
+    m_panelHost->undo()->setContext(m_selected);
     {
         const QSignalBlocker blocker(m_ui.objectList);
         m_ui.objectList->setCurrentRow(m_selected);
@@ -336,14 +333,6 @@ void MainWindow::closeEvent(QCloseEvent* event)
     while (m_views.size() > 1)
         delete m_views.last()->widget();
     event->accept();
-}
-
-void MainWindow::changeEvent(QEvent* event)
-{
-    QMainWindow::changeEvent(event);
-    // The swatches' frames are drawn in a colour of the palette.
-    if (event->type() == QEvent::PaletteChange)
-        showSwatches();
 }
 
 void MainWindow::setUpActions()
@@ -514,35 +503,9 @@ void MainWindow::setUpEditors()
     m_ui.meshFile->setFilter(meshFilter());
     for (QLabelEdit* editor : {m_ui.nameEdit, m_ui.sceneName})
         editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"))->setMaxLength(maximumNameLength);
-    // A name confirmed in a field would count as the number 0: these are for the mouse only.
-    for (QIntSliderEdit* editor : {m_ui.lightKind, m_ui.shading, m_ui.textureFilter})
-        editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"))->setFocusPolicy(Qt::NoFocus);
-
-    alignColumns();
-    // The colour editor keeps the style's margins; here it is a row like the others.
-    auto* row = qobject_cast<QGridLayout*>(m_ui.lightColour->layout());
-    row->setContentsMargins(2, 2, 2, 2);
-    row->setSpacing(1);
+    // Rows of equal height; the colour editor has the style's margins.
+    m_ui.lightColour->layout()->setContentsMargins(2, 2, 2, 2);
     m_ui.lightColour->setShowAlpha(false);
-    auto* lightSwatch = new QLabel(m_ui.lightColour);
-    lightSwatch->setFixedWidth(m_ui.lightIntensity->unitsWidth() + 15); // and the reset button that it does not have
-    row->addWidget(lightSwatch, 0, row->columnCount());
-    m_swatches << qMakePair(lightSwatch, std::function<QColor()>([this] { return m_scene.light.colour; }));
-    // The vector editors' units have nothing to say in a colour and room for one.
-    const auto addSwatch = [this](QVectorEdit* editor)
-    {
-        auto* units = editor->findChild<QLabel*>(QStringLiteral("units"));
-        m_swatches << qMakePair(units, std::function<QColor()>(
-                                           [editor]
-                                           {
-                                               QColor colour;
-                                               takeValue(editor, colour);
-                                               return colour;
-                                           }));
-    };
-    addSwatch(m_ui.baseColour);
-    addSwatch(m_ui.emissionColour);
-    addSwatch(m_ui.backgroundColour);
 
     for (const EditorBinding& binding : qAsConst(m_bindings))
     {
@@ -550,13 +513,14 @@ void MainWindow::setUpEditors()
             editor->applyParentTooltip();
         if (auto* reset = binding.editor->findChild<QPushButton*>(QStringLiteral("reset")))
             reset->setToolTip(tr("Back to the default"));
-        // Another mesh is a step of its own, made once the file has been read.
-        if (binding.editor != m_ui.meshFile)
-            m_editorUndo->add(binding.editor);
     }
+    m_panelHost = new PanelHost(m_ui.propertyPanel, &m_undoStack, this);
+    connect(m_panelHost->columns(), &ColumnAligner::aligned, this, &MainWindow::indentCheckBoxes);
+    // Another mesh is a step of its own, made once the file has been read.
+    m_panelHost->undo()->remove(m_ui.meshFile);
     connect(m_ui.meshFile, &QFileEdit::valueChanged, this, [this] { replaceMesh(m_ui.meshFile->filename()); });
-    connect(m_editorUndo, &orvek::host::EditorUndo::edited, this, &MainWindow::onEdited);
-    connect(m_editorUndo, &orvek::host::EditorUndo::aboutToRestore, this,
+    connect(m_panelHost->undo(), &EditorUndo::edited, this, &MainWindow::onEdited);
+    connect(m_panelHost->undo(), &EditorUndo::aboutToRestore, this,
             [this](const QWidget* editor, const QVariant& context)
             {
                 for (const EditorBinding& binding : qAsConst(m_bindings))
@@ -567,37 +531,17 @@ void MainWindow::setUpEditors()
             });
 }
 
-// One width for all titles, one for all texts and one for all units, so that the columns line up. The form's widths
-// suit its texts in a common font; other fonts and languages can need more.
-void MainWindow::alignColumns()
+// They have no titles of their own before them, so they begin where the fields beside them do.
+void MainWindow::indentCheckBoxes()
 {
-    constexpr int frame = 14; // of a text field, with room for the cursor
-    constexpr int gap = 8;    // also when a title is marked
-    const auto width = [this](const QString& text) { return fontMetrics().horizontalAdvance(text); };
-    const auto columns = {"labelWidth", "textWidth", "unitsWidth"};
-    QHash<QByteArray, int> widths{{"textWidth", width(QStringLiteral("-0.00000")) + frame}};
     for (const EditorBinding& binding : qAsConst(m_bindings))
     {
-        const QWidget* editor = binding.editor;
-        int& titles = widths["labelWidth"];
-        titles = qMax(titles, qMax(editor->property("labelWidth").toInt(), width(editor->windowTitle()) + gap));
-        int& units = widths["unitsWidth"];
-        units = qMax(units, qMax(editor->property("unitsWidth").toInt(), width(editor->property("units").toString())));
-    }
-    for (const EditorBinding& binding : qAsConst(m_bindings))
-    {
-        QWidget* editor = binding.editor;
-        for (const char* column : columns)
-        {
-            if (editor->metaObject()->indexOfProperty(column) >= 0)
-                editor->setProperty(column, qMax(editor->property(column).toInt(), widths.value(column)));
-        }
-        const QStringList names = editor->property("enums").toStringList();
-        for (const QString& name : names)
-            editor->setProperty("textWidth", qMax(editor->property("textWidth").toInt(), width(name) + frame));
-        // Check boxes have no title of their own before them.
-        if (qobject_cast<QCheckBox*>(editor))
-            editor->setStyleSheet(QStringLiteral("margin-left: %1px").arg(widths.value("labelWidth") + 3));
+        if (!qobject_cast<QCheckBox*>(binding.editor))
+            continue;
+        const auto* title = binding.editor->parentWidget()->findChild<QLabel*>(QStringLiteral("label"));
+        const QString style = QStringLiteral("margin-left: %1px").arg(title->maximumWidth() + 3);
+        if (style != binding.editor->styleSheet())
+            binding.editor->setStyleSheet(style);
     }
 }
 
@@ -636,13 +580,7 @@ void MainWindow::readSettings()
     m_recentFiles = settings.value(QStringLiteral("recentFiles")).toStringList();
     updateRecentFiles();
     settings.beginGroup(QStringLiteral("sections"));
-    const QVector<QAccordion*> all = sections();
-    for (QAccordion* section : all)
-    {
-        // A section without an entry would be closed; in a first run all are open.
-        if (settings.contains(section->objectName()))
-            section->readSettings(settings);
-    }
+    m_panelHost->states()->restore(settings);
 }
 
 void MainWindow::writeSettings()
@@ -653,9 +591,7 @@ void MainWindow::writeSettings()
     settings.setValue(QStringLiteral("sideSplitter"), m_ui.sideSplitter->saveState());
     settings.setValue(QStringLiteral("recentFiles"), m_recentFiles);
     settings.beginGroup(QStringLiteral("sections"));
-    const QVector<QAccordion*> all = sections();
-    for (QAccordion* section : all)
-        section->writeSettings(settings);
+    m_panelHost->states()->save(settings);
 }
 
 QVector<QAccordion*> MainWindow::sections() const
@@ -975,7 +911,6 @@ void MainWindow::onEdited(QWidget* editor)
     }
     m_ui.lightDistance->setEnabled(m_scene.light.kind == LightKind::Point);
     m_views.first()->cameraController().setCamera(m_scene.camera);
-    showSwatches();
     updateViews();
 }
 
@@ -1095,29 +1030,7 @@ void MainWindow::showEditors()
 {
     for (const EditorBinding& binding : qAsConst(m_bindings))
         binding.show(m_scene, m_selected);
-    m_editorUndo->reread();
     m_ui.lightDistance->setEnabled(m_scene.light.kind == LightKind::Point);
-    showSwatches();
-}
-
-void MainWindow::showSwatches()
-{
-    for (const auto& swatch : qAsConst(m_swatches))
-    {
-        const qreal ratio = devicePixelRatioF();
-        const QSize size(swatch.first->maximumWidth() - 6, 16);
-        QPixmap pixmap(size * ratio);
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(palette().color(QPalette::Mid));
-        painter.setBrush(swatch.second());
-        painter.drawRoundedRect(QRectF(0.5, 0.5, size.width() - 1.0, size.height() - 1.0), 3.0, 3.0);
-        painter.end();
-        swatch.first->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        swatch.first->setPixmap(pixmap);
-    }
 }
 
 void MainWindow::updateViews()
@@ -1133,7 +1046,7 @@ void MainWindow::updateViews()
 void MainWindow::updatePlaying()
 {
     m_lastFrame = 0;
-    m_views.first()->widget()->setContinuousUpdate(m_scene.animation.playing);
+    m_views.first()->input().setContinuousUpdate(m_scene.animation.playing);
 }
 
 void MainWindow::updateStatus()
@@ -1203,7 +1116,6 @@ void MainWindow::onCameraChanged()
         if (m_ui.cameraSection->isAncestorOf(binding.editor))
             binding.show(m_scene, m_selected);
     }
-    m_editorUndo->reread();
 }
 
 void MainWindow::onViewUpdated()

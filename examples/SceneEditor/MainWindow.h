@@ -22,7 +22,7 @@ class QToolButton;
 
 namespace orvek::host
 {
-class EditorUndo;
+class PanelHost;
 }
 
 namespace sceneeditor
@@ -70,7 +70,6 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     class ObjectsCommand;
@@ -101,7 +100,7 @@ private:
     void setUpChoice(QMenu* menu, const QString& key, const QVector<QPair<QString, QString>>& choices);
     void setUpLooks();
     void setUpEditors();
-    void alignColumns();
+    void indentCheckBoxes();
     void setUpStatusBar();
     void readSettings();
     void writeSettings();
@@ -145,7 +144,6 @@ private:
     // Showing
     void showObjectList();
     void showEditors();
-    void showSwatches();
     void updateViews();
     void updatePlaying();
     void updateStatus();
@@ -159,9 +157,8 @@ private:
     SurfaceManager m_surfaceManager; // outlives the views
     QVector<SceneView*> m_views;     // children; the first is the one in the form
     QUndoStack m_undoStack;
-    orvek::host::EditorUndo* m_editorUndo = nullptr; // a child
+    orvek::host::PanelHost* m_panelHost = nullptr; // a child
     QVector<EditorBinding> m_bindings;
-    QVector<QPair<QLabel*, std::function<QColor()>>> m_swatches;
 
     Scene m_scene;
     QString m_fileName;

@@ -8,21 +8,20 @@
 namespace sceneeditor
 {
 SceneView::SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* parent)
-    : QObject(parent), m_manager(manager), m_widget(widget)
+    : QObject(parent), m_widget(widget), m_input(widget, &m_controller)
 {
     m_widget->SetPlatformRendererInterface(&m_renderer);
-    m_widget->SetDisplaySurfaceManagerInterface(m_manager);
-    m_widget->SetHandleMouseInterface(&m_controller);
+    m_input.setManager(manager);
+    // A held arrow key orbits on.
+    m_input.setOmitsRepeats(false);
     m_widget->installEventFilter(this);
     connect(&m_controller, &CameraController::cameraChanged, this, &SceneView::updateCamera);
 }
 
 SceneView::~SceneView()
 {
-    if (!m_widget)
-        return;
-    m_widget->SetHandleMouseInterface(nullptr);
-    m_widget->SetDisplaySurfaceManagerInterface(nullptr);
+    m_input.setHandler(nullptr);
+    m_input.setManager(nullptr);
 }
 
 QRenderWidget* SceneView::widget() const
@@ -38,6 +37,11 @@ SceneRenderer& SceneView::renderer()
 CameraController& SceneView::cameraController()
 {
     return m_controller;
+}
+
+orvek::host::ViewInput& SceneView::input()
+{
+    return m_input;
 }
 
 void SceneView::setScene(const Scene& scene)

@@ -3,6 +3,7 @@
 #include <examples/SceneEditor/document/Scene.h>
 #include <examples/SceneEditor/engine/CameraController.h>
 #include <examples/SceneEditor/engine/SceneRenderer.h>
+#include <Orvek/Host/ViewInput.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -26,6 +27,7 @@ public:
     QRenderWidget* widget() const;
     SceneRenderer& renderer();
     CameraController& cameraController();
+    orvek::host::ViewInput& input();
 
     //! Shows the scene from this view's own camera and requests a frame.
     void setScene(const Scene& scene);
@@ -39,9 +41,9 @@ private:
     QSize viewport() const;
     void updateCamera();
 
-    SurfaceManager* const m_manager;
     QPointer<QRenderWidget> m_widget;
     SceneRenderer m_renderer;
     CameraController m_controller;
+    orvek::host::ViewInput m_input;
 };
 } // namespace sceneeditor
