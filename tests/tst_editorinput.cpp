@@ -298,7 +298,13 @@ private Q_SLOTS:
             }
             press(Qt::Key_Period, Qt::KeypadModifier, ",");
             QCOMPARE(field->text(), QString::number(test.values[3]) + '.');
+            field->setReadOnly(true);
+            QCOMPARE(press(Qt::Key_Up, {}), 0);
         }
+        QLabelEdit text;
+        const EditorInput input(&text);
+        QTest::sendKeyEvent(QTest::Click, fieldsOf(text).first(), Qt::Key_Period, ",", Qt::KeypadModifier);
+        QCOMPARE(fieldsOf(text).first()->text(), ",");
     }
 
     void wholeValuesAreCopiedAndPasted()
@@ -341,6 +347,9 @@ private Q_SLOTS:
         colour.setColour(0, 0, 0, 0);
         paste(colour); // without a loss
         QVERIFY(colour.colour()[2] == third && colour.colour()[3] == 1.0);
+        clipboard->setText("#ff8000");
+        paste(colour);
+        QVERIFY(colour.colour()[1] == 128.0 / 255.0 && colour.colour()[3] == 1.0);
         clipboard->setText("(2, 0.5; 1)");
         paste(colour);
         QCOMPARE(copy(colour), "2 0.5 1 1");

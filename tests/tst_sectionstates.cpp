@@ -50,9 +50,12 @@ private Q_SLOTS:
         store.file.clear();
 
         Panel::contentsOf(scene->material)->setObjectName("contents"); // is in no key
+        auto* page = new QWidget(scene->column);
+        page->setObjectName("Page");
+        scene->addSection("Fog", Panel::contentsOf(scene->light))->setParent(page);
         SectionStates states(&scene->panel);
         states.save(store.file);
-        QCOMPARE(store.file.allKeys().join(' '), "Light Light/Advanced Material Material/Advanced");
+        QCOMPARE(store.file.allKeys().join(' '), "Light Light/Advanced Material Material/Advanced Page/Fog");
         store.file.remove("Light"); // and what is inside
         store.file.setValue("Light/Late", false);
         for (QAccordion* section : {scene->material, scene->inMaterial, scene->inLight})
