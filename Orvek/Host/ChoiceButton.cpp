@@ -14,6 +14,8 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSlider>
 
+#include <utility>
+
 namespace orvek::host
 {
 struct ChoiceButton::Private
@@ -80,7 +82,7 @@ ChoiceButton::~ChoiceButton()
     // An editor that is being destroyed is no longer a QIntSliderEdit.
     if (!qobject_cast<QIntSliderEdit*>(parentWidget()))
         return;
-    for (const QPointer<QWidget>& part : d->replaced)
+    for (const QPointer<QWidget>& part : std::as_const(d->replaced))
         if (part)
             part->show();
 }

@@ -451,7 +451,7 @@ bool Row::commit(int index, const QString& text)
 // What to hand to the editor for a text that was typed; null if the text is no value.
 QString Row::textToCommit(int index, const QString& text) const
 {
-    QString given = text.isNull() ? QStringLiteral("") : text;
+    QString given = text.isNull() ? QString(QLatin1String("")) : text;
     if (!isNumber())
         return given;
     const bool integer = isInteger(m_editor);

@@ -28,7 +28,7 @@ QString withProductSigns(const QString& text)
         const QString part = match.captured();
         const bool isNumber = !match.captured(QStringLiteral("number")).isEmpty();
         const bool opens = part == QLatin1String("(") || !match.captured(QStringLiteral("name")).isEmpty();
-        result += text.mid(end, int(match.capturedStart()) - end);
+        result.append(text.constData() + end, int(match.capturedStart()) - end);
         if ((opens && (afterNumber || afterParenthesis)) || (isNumber && afterParenthesis))
             result += QLatin1Char('*');
         result += part;

@@ -92,28 +92,12 @@ void send(QWidget* receiver, const QString& text)
     QMetaObject::invokeMethod(receiver, "setSearchText", Qt::DirectConnection, Q_ARG(QString, text));
 }
 
-// Showing a widget activates all layouts above it at once. Here they wait for the event loop, for a single pass.
-void showAll(const QVector<QWidget*>& widgets)
+// A slot of the host may delete one meanwhile.
+void showAll(const QVector<QPointer<QWidget>>& widgets)
 {
-    QVector<QPointer<QLayout>> paused;
-    for (const QWidget* widget : widgets)
-    {
-        for (const QWidget* above = widget->parentWidget(); above; above = above->parentWidget())
-        {
-            QLayout* layout = above->layout();
-            if (layout && !layout->isEnabled())
-                break;
-            if (!layout)
-                continue;
-            layout->setEnabled(false);
-            paused << layout;
-        }
-    }
-    for (QWidget* widget : widgets)
-        widget->show();
-    for (const QPointer<QLayout>& layout : paused)
-        if (layout)
-            layout->setEnabled(true);
+    for (const QPointer<QWidget>& widget : widgets)
+        if (widget)
+            widget->show();
 }
 
 bool takesFocus(const QWidget* widget, const QWidget* panel)
@@ -647,7 +631,7 @@ void PanelSearch::Private::restore()
     for (const auto& receiver : receivers)
         receiver->isKnown = receiver->isNew = false;
     const auto ended = std::exchange(items, {});
-    QVector<QWidget*> shown;
+    QVector<QPointer<QWidget>> shown;
     for (const Item& item : ended)
     {
         if (!item.widget)
@@ -721,7 +705,7 @@ void PanelSearch::Private::markFound()
 // Changes only what is not yet as it should be: every change lays the panel out again.
 void PanelSearch::Private::showFound(bool isNewText)
 {
-    QVector<QWidget*> shown;
+    QVector<QPointer<QWidget>> shown;
     const auto show = [&shown](QWidget* widget)
     {
         if (isHiddenOnPurpose(widget))
