@@ -125,7 +125,7 @@ QWidget* focusTargetIn(QWidget* match, const QWidget* panel)
 
 void scrollTo(QWidget* widget)
 {
-    for (QWidget* above = widget->parentWidget(); above; above = above->parentWidget())
+    for (QWidget* above = widget ? widget->parentWidget() : nullptr; above; above = above->parentWidget())
         if (auto* area = qobject_cast<QScrollArea*>(above))
             area->ensureWidgetVisible(widget);
 }
@@ -893,8 +893,7 @@ bool PanelSearch::Private::onEscape()
     {
         focusBefore->setFocus(Qt::OtherFocusReason);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-        if (focusBefore)
-            scrollTo(focusBefore);
+        scrollTo(focusBefore);
     }
     focusBefore = nullptr;
     return hadText || canReturn;
