@@ -291,7 +291,7 @@ void measureFields(Row& row, TextWidth& number)
         // A derived editor may add to the number: what is there now is taken as all that it adds.
         QString added = field->text();
         bool isNumber = false;
-        added.toDouble(&isNumber);
+        static_cast<void>(added.toDouble(&isNumber));
         if (isNumber || row.names.contains(added))
             added.clear();
         static const QRegularExpression ofNumbers(QStringLiteral("[-+.0-9]"));

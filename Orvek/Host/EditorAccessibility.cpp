@@ -335,7 +335,7 @@ public:
         const QLabel* units = partsOf(editor()).units;
         const bool hasUnits = units && !units->text().isEmpty();
         bool isNumber = false;
-        value.toDouble(&isNumber);
+        static_cast<void>(value.toDouble(&isNumber));
         if (isDescription && isNumber && !hasUnits)
             return {};
         return hasUnits ? EditorAccessibility::tr("%1 %2", "value and units").arg(value, units->text()) : value;

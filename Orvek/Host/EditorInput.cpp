@@ -123,7 +123,7 @@ Reading readByEditor(QWidget* editor, const QString& text)
         const int number = integerEdit->textToValue(text);
         reading.number = number;
         bool isPlain = false;
-        text.toInt(&isPlain);
+        static_cast<void>(text.toInt(&isPlain));
         reading.isValue = isPlain || number != 0 || text == integerEdit->valueToText(0);
     }
     else if (readValue(editor).numbers.size() > 1)
@@ -466,7 +466,7 @@ QString Row::textToCommit(int index, const QString& text) const
     }
     const Reading reading = readByEditor(m_editor, given);
     bool isPlain = false;
-    given.toDouble(&isPlain);
+    static_cast<void>(given.toDouble(&isPlain));
     if (reading.isValue || (!reading.isKnown && isPlain))
         return given;
     const std::optional<double> result =
