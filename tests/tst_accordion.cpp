@@ -49,6 +49,7 @@ bool hasYellowBorder(QWidget& widget)
     return std::all_of(std::begin(edges), std::end(edges),
                        [&image](const QPoint& edge) { return image.pixelColor(edge) == QColor(Qt::yellow); });
 }
+
 // A section with two rows in a window, and another one beside it.
 struct Rows
 {

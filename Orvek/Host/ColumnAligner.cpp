@@ -301,7 +301,7 @@ void measureFields(Row& row, TextWidth& number)
             number = {widestNumber(), field->font(), advance(field, widestNumber())};
         const int addition = added.isEmpty() ? 0 : advance(field, added);
         row.fieldNeed = qMax(row.fieldNeed, number.width + addition + frame);
-        for (const QString& name : qAsConst(row.names))
+        for (const QString& name : std::as_const(row.names))
             row.nameNeed = qMax(row.nameNeed, advance(field, name) + frame);
     }
 }
@@ -480,7 +480,7 @@ void ColumnAligner::Private::watch(Row& row, bool isWatched)
     else
         row.editor->removeEventFilter(q);
     refreshParts(row);
-    for (QLineEdit* field : qAsConst(row.parts.fields))
+    for (QLineEdit* field : std::as_const(row.parts.fields))
     {
         field->removeEventFilter(q);
         if (isWatched && fitsTexts)
@@ -552,7 +552,7 @@ void ColumnAligner::Private::alignNow()
 void ColumnAligner::Private::alignAtOnce()
 {
     alignNow();
-    for (const Row& row : qAsConst(rows))
+    for (const Row& row : std::as_const(rows))
         if (row.awaitsLayout && row.editor && row.editor->layout())
             row.editor->layout()->activate();
 }
@@ -629,9 +629,9 @@ bool ColumnAligner::Private::apply(Row& row)
     else if (!row.fields.isEmpty())
         field = (room - row.middle) / int(row.fields.size());
     field = qMax(leastField, field);
-    for (QLineEdit* child : qAsConst(row.fields))
+    for (QLineEdit* child : std::as_const(row.fields))
         changed = setLimits(row, child, field, field) || changed;
-    for (QLineEdit* child : qAsConst(row.stretched))
+    for (QLineEdit* child : std::as_const(row.stretched))
         changed = setLimits(row, child, leastField, QWIDGETSIZE_MAX) || changed;
     return changed;
 }
@@ -677,7 +677,7 @@ bool ColumnAligner::Private::setMargins(Row& row, int end)
 
 void ColumnAligner::Private::restore(Row& row)
 {
-    for (const Limits& limits : qAsConst(row.limits))
+    for (const Limits& limits : std::as_const(row.limits))
     {
         QWidget* child = limits.child;
         if (!child || limits.set != qMakePair(child->minimumWidth(), child->maximumWidth()))
@@ -843,7 +843,7 @@ int ColumnAligner::uncutWidth()
     d->place();
     d->updateNeeds();
     int aroundRows = 0;
-    for (const Row& row : qAsConst(d->rows))
+    for (const Row& row : std::as_const(d->rows))
         if (row.editor && row.editor->isVisible())
             aroundRows = qMax(aroundRows, root->width() - row.width);
     const double byTitles = std::ceil((d->titleNeed + 1) / d->titleShare);

@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace orvek::host
 {
@@ -134,7 +135,7 @@ void announceNames(QWidget* widget)
         return;
     auto widgets = widget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     widgets.prepend(widget);
-    for (QWidget* named : qAsConst(widgets))
+    for (QWidget* named : std::as_const(widgets))
     {
         QAccessibleEvent event(named, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&event);

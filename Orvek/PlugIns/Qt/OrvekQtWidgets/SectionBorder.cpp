@@ -10,6 +10,7 @@
 #include <QtWidgets/QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -249,7 +250,7 @@ void SectionBorder::restyle(QWidget* root, int marks) const
     };
     QWidgetList inside = root->findChildren<QWidget*>();
     inside << root;
-    for (QWidget* widget : qAsConst(inside))
+    for (QWidget* widget : std::as_const(inside))
     {
         if (!isTarget(widget))
             continue;

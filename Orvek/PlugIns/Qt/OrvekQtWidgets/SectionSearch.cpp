@@ -6,6 +6,8 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QStyle>
 
+#include <utility>
+
 namespace SectionSearch
 {
 namespace
@@ -45,7 +47,7 @@ Result apply(const QWidget* section, const QWidget* contents, const QString& tit
             children << static_cast<QWidget*>(child);
     const bool showAll = text.isEmpty() || title.contains(text, Qt::CaseInsensitive);
     result.found = showAll;
-    for (const QPointer<QWidget>& child : qAsConst(children))
+    for (const QPointer<QWidget>& child : std::as_const(children))
     {
         if (!child)
             continue;
