@@ -15,6 +15,8 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOption>
@@ -253,6 +255,7 @@ struct Row
     int lead = 0;  // from the section's beginning to the row's, when it was last seen
     int trail = 0; // from the row's end to the section's
     int width = 0; // of the section, or of the row outside of one; 0 before it was first seen
+    int expectedWidth = 0; // until then
 };
 
 bool isOther(const TextWidth& known, const QLabel* label)
@@ -383,6 +386,7 @@ struct Frame
     const QWidget* section = nullptr; // null outside of all sections
     int left = 0;
     int right = 0;
+    int width = 0; // of the section, or of a row outside of one, as far as it can be told before they have a place
 };
 
 Frame frameOf(const QWidget* contents, const QWidget* root)
@@ -396,13 +400,22 @@ Frame frameOf(const QWidget* contents, const QWidget* root)
             margins.left += layout->contentsMargins().left();
             margins.right += layout->contentsMargins().right();
         }
+        else if (const auto* area = qobject_cast<const QScrollArea*>(ancestor))
+        {
+            margins.left += area->frameWidth();
+            margins.right += area->frameWidth() + area->verticalScrollBar()->sizeHint().width();
+        }
         if (isSection(ancestor))
-            frame = {ancestor, margins.left, margins.right};
+            frame = {ancestor, margins.left, margins.right, 0};
         if (ancestor == root)
             break;
     }
-    // Without a place so far, the margins tell where it will be.
-    if (frame.section && contents->isVisible())
+    // Without a place so far, the margins tell where it will be. Whatever they miss is mended once it has one.
+    if (!contents->isVisible())
+    {
+        frame.width = root->width() - margins.left - margins.right + frame.left + frame.right;
+    }
+    else if (frame.section)
     {
         frame.left = contents->mapTo(const_cast<QWidget*>(frame.section), QPoint(0, 0)).x();
         frame.right = frame.section->width() - frame.left - contents->width();
@@ -595,6 +608,7 @@ void ColumnAligner::Private::place()
         const bool inSection = frame.section != nullptr;
         row.lead = inSection ? frame.left : 0;
         row.trail = inSection ? frame.right : 0;
+        row.expectedWidth = frame.width;
         if (row.editor->isVisible())
         {
             row.width = inSection ? frame.section->width() : row.editor->width();
@@ -609,7 +623,7 @@ void ColumnAligner::Private::place()
 bool ColumnAligner::Private::apply(Row& row)
 {
     const bool isPlaced = row.width > 0;
-    const int width = isPlaced ? row.width : tree->root()->width();
+    const int width = isPlaced ? row.width : row.expectedWidth;
     const int titleEnd = qMin(titleNeed, int(titleShare * width));
     const int fieldsEnd = qMin(unitsNeed, tail + int(unitsShare * width));
     const int title = qMax(0, titleEnd - row.lead - row.head);
@@ -768,8 +782,10 @@ ColumnAligner::ColumnAligner(QWidget* root, QObject* parent) : QObject(parent), 
     const QVector<QWidget*> widgets = d->tree->widgets();
     for (QWidget* widget : widgets)
         d->enter(widget);
-    // Comes before the first layout, so that this need not be done twice.
     root->installEventFilter(this);
+    // Before the first layout, so that rows need not be laid out twice: now, or when the root is polished.
+    if (root->testAttribute(Qt::WA_WState_Polished) && !root->isVisible())
+        d->alignNow();
 }
 
 ColumnAligner::~ColumnAligner()

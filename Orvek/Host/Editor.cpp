@@ -4,6 +4,7 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QMetaMethod>
 #include <QtGui/QVector3D>
 #include <QtWidgets/QCheckBox>
@@ -12,13 +13,41 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <type_traits>
 
 namespace orvek::host
 {
 namespace
 {
-constexpr const char* fieldNames[] = {"lineEdit", "x", "y", "z", "red", "green", "blue", "alpha"};
+enum Part
+{
+    Other = -1,
+    Label,
+    Units,
+    Slider,
+    Reset,
+    FirstField // and those behind it, in the order of the components
+};
+
+constexpr int FieldCount = 8;
+
+int partNamed(const QString& name)
+{
+    static const QHash<QString, int> parts = []
+    {
+        const char* const names[] = {"label", "units", "slider", "reset", "lineEdit", "x",
+                                     "y",     "z",     "red",    "green", "blue",     "alpha"};
+        static_assert(std::size(names) == FirstField + FieldCount);
+        QHash<QString, int> found;
+        for (const char* part : names)
+            found.insert(QLatin1String(part), int(found.size()));
+        return found;
+    }();
+    return parts.value(name, Other);
+}
 
 template <typename Child>
 Child* directChild(const QWidget* parent, const char* name)
@@ -41,21 +70,37 @@ bool isEditor(const QWidget* widget)
 {
     if (widget->metaObject()->indexOfSignal("valueChanged()") < 0)
         return false;
-    for (const char* name : fieldNames)
-        if (directChild<QLineEdit>(widget, name))
-            return true;
-    return false;
+    const QObjectList& children = widget->children();
+    return std::any_of(children.begin(), children.end(), [](QObject* child)
+                       { return partNamed(child->objectName()) >= FirstField && qobject_cast<QLineEdit*>(child); });
 }
 
+// One pass over the children: a panel has thousands of editors, and each class of this library asks for their parts.
 EditorParts partsOf(const QWidget* editor)
 {
     EditorParts parts;
-    parts.label = directChild<QLabel>(editor, "label");
-    parts.units = directChild<QLabel>(editor, "units");
-    parts.slider = directChild<QSlider>(editor, "slider");
-    parts.reset = directChild<QPushButton>(editor, "reset");
-    for (const char* name : fieldNames)
-        if (auto* field = directChild<QLineEdit>(editor, name))
+    QLineEdit* fields[FieldCount] = {};
+    const auto take = [](auto*& part, QObject* child)
+    {
+        if (!part)
+            part = qobject_cast<std::remove_reference_t<decltype(part)>>(child);
+    };
+    for (QObject* child : editor->children())
+    {
+        const int part = partNamed(child->objectName());
+        if (part == Label)
+            take(parts.label, child);
+        else if (part == Units)
+            take(parts.units, child);
+        else if (part == Slider)
+            take(parts.slider, child);
+        else if (part == Reset)
+            take(parts.reset, child);
+        else if (part >= FirstField)
+            take(fields[part - FirstField], child);
+    }
+    for (QLineEdit* field : fields)
+        if (field)
             parts.fields << field;
     return parts;
 }

@@ -256,8 +256,9 @@ private:
 };
 
 EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo)
-    : editor(widget), before(readAny(widget)), m_read(readerFor(widget)), m_undo(undo)
+    : editor(widget), m_read(readerFor(widget)), m_undo(undo)
 {
+    remember();
     if (auto* button = qobject_cast<QAbstractButton*>(editor))
     {
         connect(button, &QAbstractButton::clicked, this, &EditorFollower::onValueChanged);
@@ -432,16 +433,21 @@ bool EditorUndo::add(QWidget* editor)
         missing = button->isCheckable() ? nullptr : "is a button that cannot be checked";
     else if (editor->metaObject()->indexOfSignal("valueChanged()") < 0)
         missing = "has no signal valueChanged()";
-    else if (const Value value = readAny(editor); !value.known.isKnown && !value.other.isValid())
-        missing = "has no property \"value\" or \"filename\"";
+    std::unique_ptr<EditorFollower> follower;
+    if (!missing)
+    {
+        follower = std::make_unique<EditorFollower>(editor, d.get());
+        if (!follower->before.known.isKnown && !follower->before.other.isValid())
+            missing = "has no property \"value\" or \"filename\"";
+    }
     if (missing)
     {
         qWarning("EditorUndo: not followed: %s \"%s\" %s", editor->metaObject()->className(),
                  qPrintable(editor->objectName()), missing);
         return false;
     }
-    const auto follower = d->followers.emplace(editor, std::make_unique<EditorFollower>(editor, d.get())).first;
-    connect(editor, &QObject::destroyed, follower->second.get(), [this, editor] { d->followers.erase(editor); });
+    connect(editor, &QObject::destroyed, follower.get(), [this, editor] { d->followers.erase(editor); });
+    d->followers.emplace(editor, std::move(follower));
     return true;
 }
 
