@@ -13,6 +13,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
     libassimp-dev libmuparser-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
 x_server_packages=(xvfb xauth)
+# What reads the widgets as a screen reader does, in a test.
+accessibility_packages=(at-spi2-core python3-pyatspi dbus-daemon)
 # QDoc reads C++ with clang's library and needs its headers, which it does not bring.
 doc_packages=(qdoc-qt5 libclang-common-14-dev python3)
 
