@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QtTest/QtTest>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QWidget>
 
 #include <optional>
+#include <tuple>
 
 // The child of an editor's or container's form by its fixed name; fails hard when there is none.
 template <typename T>
@@ -14,6 +16,36 @@ T* child(const QObject& parent, const char* name)
         qFatal("%s has no child %s", parent.metaObject()->className(), name);
     return found;
 }
+
+inline void typeText(QLineEdit* field, const QString& text)
+{
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, text);
+}
+
+inline void commitText(QLineEdit* field, const QString& text)
+{
+    typeText(field, text);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+// A test's table of data: addColumns() in its data function, row() in the test itself.
+template <typename... Types>
+struct Table
+{
+    static void addColumns()
+    {
+        auto next = [column = 0]() mutable { return Names[column++]; };
+        (QTest::addColumn<Types>(next()), ...);
+    }
+    static std::tuple<Types...> row()
+    {
+        auto next = [column = 0]() mutable { return Names[column++]; };
+        return std::tuple<Types...>{*static_cast<Types*>(QTest::qData(next(), qMetaTypeId<Types>()))...};
+    }
+    static constexpr const char* Names[] = {"1", "2", "3", "4", "5", "6", "7", "8", "9"};
+};
 
 // connectSlotsByName and Qt's widgets say in warnings what is wrong with them. Fails the program at the end of its test
 // functions if there was one that no QTest::ignoreMessage expected. What a platform says of itself does not count: of
