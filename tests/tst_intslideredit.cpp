@@ -1,6 +1,4 @@
-#include "testsupport.h"
-
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
+#include "hostsupport.h"
 
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleFactory>
@@ -21,10 +19,7 @@ struct Fixture
         QObject::connect(&edit, &QIntSliderEdit::startedEdit, &edit, [this] { log << "started"; });
         QObject::connect(&edit, &QIntSliderEdit::valueChanged, &edit, [this] { log << edit.value().toString(); });
         edit.resize(600, edit.height());
-        edit.show();
-        edit.activateWindow();
-        if (!QTest::qWaitForWindowActive(&edit))
-            qFatal("the editor did not come to the screen");
+        hostsupport::showActive(edit);
     }
 
     // Value, text, handle and whether reset can be clicked.
@@ -43,9 +38,7 @@ struct Fixture
     void type(const QString& typed)
     {
         text->setFocus();
-        text->selectAll();
-        QTest::keyClicks(text, typed);
-        QTest::keyClick(text, Qt::Key_Return);
+        commitText(text, typed);
     }
 
     // Only good for a horizontal slider: handles travel the whole length less their own.
@@ -78,6 +71,10 @@ public:
     QString valueToText(int value) override { return "0x" + QString::number(value, 16); }
     int textToValue(QString text) override { return text.remove(0, 2).toInt(nullptr, 16); }
 };
+
+using Commits = Table<int, int, bool, QString, int, int>; // minimum, maximum, powers, typed, value, handle
+using HostValues = Table<QVariant, bool, QString>;
+using Powers = Table<int, int, int, int, QString, QString>; // range, range with powers, handle's range, at the End key
 } // namespace
 
 class tst_IntSliderEdit : public WatchedTest
@@ -85,18 +82,6 @@ class tst_IntSliderEdit : public WatchedTest
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
-    void newEditor()
-    {
-        Fixture f;
-        QCOMPARE(f.state(), QString("0 '0' 0 default"));
-        QCOMPARE(f.range(), QString("0..100"));
-        QCOMPARE(f.edit.minimumSize(), QSize(270, 38));
-        QCOMPARE(f.text->width(), 80);
-        QCOMPARE(child<QLabel>(f.edit, "units")->width(), 40);
-        f.edit.setValue(30);
-        QVERIFY(!f.resetButton->isEnabled()); // until a default is given or asked for
-    }
-
     void dragPreviewsAndReleaseCommits()
     {
         Fixture f;
@@ -146,13 +131,7 @@ private Q_SLOTS:
 
     void committedText_data()
     {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<bool>("powers");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("handle");
-
+        Commits::addColumns();
         QTest::newRow("number") << 0 << 100 << false << "48" << 48 << 48;
         QTest::newRow("blanks around") << 0 << 100 << false << " 48 " << 48 << 48;
         QTest::newRow("beyond maximum") << 0 << 100 << false << "150" << 100 << 100;
@@ -174,12 +153,7 @@ private Q_SLOTS:
 
     void committedText()
     {
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
-        QFETCH(bool, powers);
-        QFETCH(QString, typed);
-        QFETCH(int, value);
-        QFETCH(int, handle);
+        const auto [minimum, maximum, powers, typed, value, handle] = Commits::row();
         Fixture f;
         f.edit.setMinimum(minimum);
         f.edit.setMaximum(maximum);
@@ -194,10 +168,7 @@ private Q_SLOTS:
 
     void hostSetsTheValue_data()
     {
-        QTest::addColumn<QVariant>("given");
-        QTest::addColumn<bool>("powers");
-        QTest::addColumn<QString>("state");
-
+        HostValues::addColumns();
         QTest::newRow("int") << QVariant(30) << false << "30 '30' 30 reset";
         QTest::newRow("clamped") << QVariant(-1) << false << "1 '1' 1 reset";
         QTest::newRow("text") << QVariant("31") << false << "31 '31' 31 reset";
@@ -208,9 +179,7 @@ private Q_SLOTS:
 
     void hostSetsTheValue()
     {
-        QFETCH(QVariant, given);
-        QFETCH(bool, powers);
-        QFETCH(QString, state);
+        const auto [given, powers, state] = HostValues::row();
         Fixture f;
         f.edit.setMinimum(1);
         f.edit.setValue(7);
@@ -234,39 +203,29 @@ private Q_SLOTS:
 
     void powersOfTwo_data()
     {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<int>("newMinimum");
-        QTest::addColumn<int>("newMaximum");
-        QTest::addColumn<QString>("range");
-        QTest::addColumn<QString>("end"); // what the End key reaches
-
-        QTest::newRow("default range") << 0 << 100 << 1 << 100 << "0..7"
-                                       << "100 '100' 7 default";
-        QTest::newRow("one number") << 5 << 5 << 5 << 10 << "2..3"
-                                    << "8 '8' 3 default";
-        QTest::newRow("negative") << -10 << -5 << 1 << 2 << "0..1"
-                                  << "2 '2' 1 default";
-        QTest::newRow("everything") << IntMin << IntMax << 1 << IntMax << "0..31"
-                                    << "1073741824 '1073741824' 31 default";
-        QTest::newRow("no room for twice the minimum") << LargestPower << 5 << LargestPower << IntMax << "30..31"
-                                                       << "1073741824 '1073741824' 31 default";
-        QTest::newRow("greatest int") << IntMax << IntMax << IntMax << IntMax << "31..31"
-                                      << "2147483647 '2147483647' 31 default";
+        Powers::addColumns();
+        const auto row = [](const char* name, int minimum, int maximum, int newMinimum, int newMaximum,
+                            const char* range, const char* end)
+        { QTest::newRow(name) << minimum << maximum << newMinimum << newMaximum << QString(range) << QString(end); };
+        row("default range", 0, 100, 1, 100, "0..7", "100 '100' 7 default");
+        row("one number", 5, 5, 5, 10, "2..3", "8 '8' 3 default");
+        row("negative", -10, -5, 1, 2, "0..1", "2 '2' 1 default");
+        row("everything", IntMin, IntMax, 1, IntMax, "0..31", "1073741824 '1073741824' 31 default");
+        row("no room for twice the minimum", LargestPower, 5, LargestPower, IntMax, "30..31",
+            "1073741824 '1073741824' 31 default");
+        row("greatest int", IntMax, IntMax, IntMax, IntMax, "31..31", "2147483647 '2147483647' 31 default");
     }
 
     void powersOfTwo()
     {
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
-        QFETCH(QString, end);
+        const auto [minimum, maximum, newMinimum, newMaximum, range, end] = Powers::row();
         Fixture f;
         f.edit.setMinimum(minimum);
         f.edit.setMaximum(maximum);
         f.edit.setPowerOfTwo(true);
-        QTEST(f.edit.minimum(), "newMinimum");
-        QTEST(f.edit.maximum(), "newMaximum");
-        QTEST(f.range(), "range");
+        QCOMPARE(f.edit.minimum(), newMinimum);
+        QCOMPARE(f.edit.maximum(), newMaximum);
+        QCOMPARE(f.range(), range);
         f.edit.setValue(f.edit.minimum());
         QTest::keyClick(f.slider, Qt::Key_End);
         QCOMPARE(f.state(), end);
@@ -302,15 +261,11 @@ private Q_SLOTS:
         QCOMPARE(f.heard(), QStringList{"60"});
         QCOMPARE(f.state(), QString("60 '60' 60 default"));
         QCOMPARE(f.range(), QString("20..60"));
-    }
-
-    void crossedRangeComesIntoOrder()
-    {
-        Fixture f;
+        // Ends that cross clamp to the maximum, and come into order again.
         f.edit.setMinimum(200);
-        QCOMPARE(f.edit.value(), QVariant(100)); // crossed ends clamp to the maximum
+        QCOMPARE(f.edit.value(), QVariant(60));
         f.edit.setMinimum(0);
-        QCOMPARE(f.range(), QString("0..100"));
+        QCOMPARE(f.range(), QString("0..60"));
         f.edit.setMaximum(-50);
         f.edit.setMaximum(50);
         QCOMPARE(f.range(), QString("0..50"));

@@ -1,14 +1,10 @@
-#include "testsupport.h"
-
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+#include "hostsupport.h"
 
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionSlider>
 
 #include <functional>
 #include <limits>
-
-Q_DECLARE_METATYPE(std::function<void(QSliderEdit&)>)
 
 namespace
 {
@@ -44,7 +40,7 @@ public:
     // What was signalled since the last call, each change with the value that the host reads in it, and what is shown.
     QString news()
     {
-        const QString all = m_heard + QLatin1String("| ") + shown(m_edit);
+        const QString all = m_heard + "| " + shown(m_edit);
         m_heard.clear();
         return all;
     }
@@ -53,20 +49,6 @@ private:
     QSliderEdit& m_edit;
     QString m_heard;
 };
-
-void type(QSliderEdit& edit, const QString& text)
-{
-    auto* field = child<QLineEdit>(edit, "lineEdit");
-    field->selectAll();
-    QTest::keyClick(field, Qt::Key_Delete);
-    QTest::keyClicks(field, text);
-}
-
-void commit(QSliderEdit& edit, const QString& text)
-{
-    type(edit, text);
-    QTest::keyClick(child<QLineEdit>(edit, "lineEdit"), Qt::Key_Return);
-}
 
 void click(const QSliderEdit& edit, const char* button)
 {
@@ -99,17 +81,12 @@ void release(QSlider* slider)
     QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, slider->sliderPosition()));
 }
 
-class PercentEdit : public QSliderEdit
+// In percent, with large steps.
+class CoarseEdit : public QSliderEdit
 {
 public:
-    QString valueToText(double value) override { return QString::number(value * 100.0) + QLatin1Char('%'); }
-    double textToValue(QString text, bool* ok) override
-    {
-        *ok = text.endsWith(QLatin1Char('%'));
-        text.chop(1);
-        return *ok ? text.toDouble(ok) / 100.0 : 0.0;
-    }
-
+    QString valueToText(double value) override { return QSliderEdit::valueToText(value * 100.0); }
+    double textToValue(QString text, bool* ok) override { return QSliderEdit::textToValue(text, ok) / 100.0; }
     void incrementDecrement(int direction) override { QSliderEdit::incrementDecrement(direction * 50); }
 };
 
@@ -136,6 +113,10 @@ enum class Row
     Horizontal,
     Vertical
 };
+
+using Ranges = Table<bool, double, double, double, double, QString, int, QString, QString>;
+using Texts = Table<QString, QString>;
+using Rows = Table<Row, Qt::LayoutDirection, bool, int>;
 } // namespace
 
 Q_DECLARE_METATYPE(Row)
@@ -148,15 +129,7 @@ private Q_SLOTS:
 
     void valueAndHandleFollowTheRange_data()
     {
-        QTest::addColumn<bool>("logarithmic");
-        QTest::addColumn<double>("minimum");
-        QTest::addColumn<double>("maximum");
-        QTest::addColumn<double>("step");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("afterSetValue");
-        QTest::addColumn<int>("position");
-        QTest::addColumn<QString>("preview");
-        QTest::addColumn<QString>("atRelease");
+        Ranges::addColumns();
         bool logarithmic = false;
         const auto row = [&logarithmic](const char* name, double minimum, double maximum, double step, double value,
                                         const char* afterSetValue, int position, const char* preview,
@@ -195,24 +168,20 @@ private Q_SLOTS:
 
     void valueAndHandleFollowTheRange()
     {
-        QFETCH(bool, logarithmic);
-        QFETCH(double, minimum);
-        QFETCH(double, maximum);
-        QFETCH(double, step);
-        QFETCH(double, value);
-        QFETCH(int, position);
+        const auto [logarithmic, minimum, maximum, step, value, afterSetValue, position, preview, atRelease] =
+            Ranges::row();
         QSliderEdit edit;
         edit.setValue(0.5); // the handle is elsewhere
         edit.setLogarithmic(logarithmic);
         setRange(edit, minimum, maximum, step);
         edit.setValue(value);
-        QTEST(shown(edit), "afterSetValue");
+        QCOMPARE(shown(edit), afterSetValue);
         QCOMPARE(child<QSlider>(edit, "slider")->minimum(), 0);
         edit.on_slider_sliderMoved(position);
-        QTEST(child<QLineEdit>(edit, "lineEdit")->text(), "preview");
+        QCOMPARE(child<QLineEdit>(edit, "lineEdit")->text(), preview);
         edit.on_slider_valueChanged(position);
-        QTEST(edit.valueToText(edit.value().toDouble()), "atRelease");
-        QTEST(child<QLineEdit>(edit, "lineEdit")->text(), "atRelease");
+        QCOMPARE(edit.valueToText(edit.value().toDouble()), atRelease);
+        QCOMPARE(child<QLineEdit>(edit, "lineEdit")->text(), atRelease);
     }
 
     void setValueIsSilentAndEndsBlocking()
@@ -220,76 +189,56 @@ private Q_SLOTS:
         QSliderEdit edit;
         Host host(edit);
         auto* slider = child<QSlider>(edit, "slider");
-        QCOMPARE(host.news(), QLatin1String("| 0 '0' at 0"));
+        QCOMPARE(host.news(), "| 0 '0' at 0");
         edit.setValue(QVariant(0.5), false);
-        QCOMPARE(host.news(), QLatin1String("| 0.5 '' at 500"));
+        QCOMPARE(host.news(), "| 0.5 '' at 500");
         edit.setValue(QStringLiteral("0.75"));
-        QCOMPARE(host.news(), QLatin1String("| 0.75 '0.75' at 750"));
+        QCOMPARE(host.news(), "| 0.75 '0.75' at 750");
         edit.blockSignals(true);
         slider->blockSignals(true);
         for (const QVariant& none : {QVariant(), QVariant(QStringLiteral("far")), QVariant(QSize(1, 1))})
             edit.setValue(none);
-        QCOMPARE(host.news(), QLatin1String("| 0.75 '0.75' at 750"));
+        QCOMPARE(host.news(), "| 0.75 '0.75' at 750");
         QVERIFY(edit.signalsBlocked() && slider->signalsBlocked());
         edit.setValue(0.25);
         QVERIFY(!edit.signalsBlocked() && !slider->signalsBlocked());
-        QCOMPARE(host.news(), QLatin1String("| 0.25 '0.25' at 250"));
+        QCOMPARE(host.news(), "| 0.25 '0.25' at 250");
     }
 
     // Setting a value that seems to be shown already still undoes whatever happened to handle, text and button since.
-    void sameValueAgainRestoresWhatItShows_data()
-    {
-        QTest::addColumn<std::function<void(QSliderEdit&)>>("disturb");
-        const auto row = [](const char* name, std::function<void(QSliderEdit&)> disturb)
-        { QTest::newRow(name) << disturb; };
-        row("typed", [](QSliderEdit& edit) { QTest::keyClicks(child<QLineEdit>(edit, "lineEdit"), "9"); });
-        row("typed and taken back",
-            [](QSliderEdit& edit)
-            {
-                QTest::keyClicks(child<QLineEdit>(edit, "lineEdit"), "9");
-                QTest::keyClick(child<QLineEdit>(edit, "lineEdit"), Qt::Key_Backspace);
-            });
-        row("selected", [](QSliderEdit& edit) { child<QLineEdit>(edit, "lineEdit")->selectAll(); });
-        row("cursor at the start", [](QSliderEdit& edit) { child<QLineEdit>(edit, "lineEdit")->home(false); });
-        row("blank", [](QSliderEdit& edit) { edit.setValue(0.25, false); });
-        row("moved",
-            [](QSliderEdit& edit)
-            {
-                const QSignalBlocker blocker(&edit);
-                child<QSlider>(edit, "slider")->setValue(900);
-            });
-        row("handle alone",
-            [](QSliderEdit& edit)
-            {
-                const QSignalBlocker blocker(child<QSlider>(edit, "slider"));
-                child<QSlider>(edit, "slider")->setValue(900);
-            });
-        row("range",
-            [](QSliderEdit& edit)
-            {
-                edit.setMaximum(2);
-                edit.setMaximum(1);
-            });
-        row("button", [](QSliderEdit& edit) { child<QPushButton>(edit, "reset")->setEnabled(true); });
-    }
-
     void sameValueAgainRestoresWhatItShows()
     {
-        QFETCH(std::function<void(QSliderEdit&)>, disturb);
-        QSliderEdit edit;
-        edit.setValue(0.25);
-        disturb(edit);
-        edit.setValue(0.25);
-        const auto* field = child<QLineEdit>(edit, "lineEdit");
-        QCOMPARE(field->text(), QStringLiteral("0.25"));
-        QCOMPARE(field->cursorPosition(), 4);
-        QVERIFY(!field->hasSelectedText() && !field->isModified() && !field->isUndoAvailable());
-        QCOMPARE(edit.value().toDouble(), 0.25);
-        QCOMPARE(child<QSlider>(edit, "slider")->value(), 250);
-        QVERIFY(!child<QPushButton>(edit, "reset")->isEnabled());
-        edit.setMaximum(0.5);
-        edit.setValue(0.25);
-        QCOMPARE(child<QSlider>(edit, "slider")->value(), 500);
+        const auto type = [](QSliderEdit& edit, Qt::Key key)
+        { QTest::keyClick(child<QLineEdit>(edit, "lineEdit"), key); };
+        const auto move = [](QSliderEdit& edit, QObject* muted)
+        {
+            const QSignalBlocker blocker(muted);
+            child<QSlider>(edit, "slider")->setValue(900);
+        };
+        const QPair<const char*, std::function<void(QSliderEdit&)>> disturbances[] = {
+            {"typed", [&](auto& edit) { type(edit, Qt::Key_9); }},
+            {"typed and taken back", [&](auto& edit) { type(edit, Qt::Key_9), type(edit, Qt::Key_Backspace); }},
+            {"selected", [](auto& edit) { child<QLineEdit>(edit, "lineEdit")->selectAll(); }},
+            {"cursor at the start", [&](auto& edit) { type(edit, Qt::Key_Home); }},
+            {"blank", [](auto& edit) { edit.setValue(0.25, false); }},
+            {"moved", [&](auto& edit) { move(edit, &edit); }},
+            {"handle alone", [&](auto& edit) { move(edit, child<QSlider>(edit, "slider")); }},
+            {"range", [](auto& edit) { edit.setMaximum(2), edit.setMaximum(1); }},
+            {"button", [](auto& edit) { child<QPushButton>(edit, "reset")->setEnabled(true); }}};
+        for (const auto& [name, disturb] : disturbances)
+        {
+            QSliderEdit edit;
+            edit.setValue(0.25);
+            disturb(edit);
+            edit.setValue(0.25);
+            QVERIFY2(shown(edit) == "0.25 '0.25' at 250", name);
+            const auto* field = child<QLineEdit>(edit, "lineEdit");
+            QVERIFY2(field->cursorPosition() == 4 && !field->hasSelectedText(), name);
+            QVERIFY2(!field->isModified() && !field->isUndoAvailable(), name);
+            edit.setMaximum(0.5);
+            edit.setValue(0.25);
+            QVERIFY2(shown(edit) == "0.25 '0.25' at 500", name);
+        }
     }
 
     void rangeTakesEffectAtTheNextUpdate()
@@ -297,14 +246,14 @@ private Q_SLOTS:
         QSliderEdit edit;
         Host host(edit);
         setRange(edit, 2, 3);
-        QCOMPARE(host.news(), QLatin1String("| 0 '0' at 0"));
+        QCOMPARE(host.news(), "| 0 '0' at 0");
         edit.setLiveUpdate(true);
-        QCOMPARE(host.news(), QLatin1String("2 | 2 '0' at 0"));
+        QCOMPARE(host.news(), "2 | 2 '0' at 0");
         edit.setValue(2.75);
         edit.setStep(0.001);
-        QCOMPARE(host.news(), QLatin1String("| 2.75 '2.75' at 750"));
+        QCOMPARE(host.news(), "| 2.75 '2.75' at 750");
         edit.setStep(0.25); // the handle has to move to the new end
-        QCOMPARE(host.news(), QLatin1String("3 | 3 '3' at 4"));
+        QCOMPARE(host.news(), "3 | 3 '3' at 4");
         edit.setStep(-1);
         QCOMPARE(child<QSlider>(edit, "slider")->maximum(), 4);
     }
@@ -315,7 +264,7 @@ private Q_SLOTS:
         Host host(edit);
         edit.setLogarithmic(true);
         QCOMPARE(edit.minimum(), 0.01);
-        QCOMPARE(host.news(), QLatin1String("0.01 | 0.01 '0' at 0"));
+        QCOMPARE(host.news(), "0.01 | 0.01 '0' at 0");
         edit.setLogarithmic(false);
         setRange(edit, 5, 5);
         edit.setLogarithmic(true);
@@ -346,8 +295,7 @@ private Q_SLOTS:
 
     void committedText_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("news");
+        Texts::addColumns();
         const auto row = [](const char* name, const char* text, const char* news)
         { QTest::newRow(name) << QString(text) << QString(news); };
         row("number", " 0.75 ", "0.75 0.75 | 0.75 ' 0.75 ' at 750 reset");
@@ -362,26 +310,24 @@ private Q_SLOTS:
 
     void committedText()
     {
-        QFETCH(QString, text);
+        const auto [text, news] = Texts::row();
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // has a decimal comma
         const auto restore = qScopeGuard([] { QLocale::setDefault(QLocale::c()); });
         QSliderEdit edit;
         edit.setDefaultValue(0.25);
         edit.setValue(0.5);
-        edit.show();
-        edit.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&edit));
+        hostsupport::showActive(edit);
         Host host(edit);
-        commit(edit, text);
-        QTEST(host.news(), "news");
+        commitText(child<QLineEdit>(edit, "lineEdit"), text);
+        QCOMPARE(host.news(), news);
 
         edit.setValue(0.5);
-        QCOMPARE(host.news(), QLatin1String("| 0.5 '0.5' at 500 reset"));
+        QCOMPARE(host.news(), "| 0.5 '0.5' at 500 reset");
         child<QLineEdit>(edit, "lineEdit")->setFocus();
-        type(edit, text);
-        QCOMPARE(host.news(), QLatin1String("| 0.5 '") + text + QLatin1String("' at 500 reset"));
+        typeText(child<QLineEdit>(edit, "lineEdit"), text);
+        QCOMPARE(host.news(), "| 0.5 '" + text + "' at 500 reset");
         child<QSlider>(edit, "slider")->setFocus(); // the other way to commit
-        QTEST(host.news(), "news");
+        QCOMPARE(host.news(), news);
     }
 
     void keysAndClicks()
@@ -398,26 +344,26 @@ private Q_SLOTS:
         connect(&edit, &QSliderEdit::valueChanged, [&edit] { edit.setValue(edit.value()); });
         auto* slider = child<QSlider>(edit, "slider");
         QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier, slider->rect().center() + QPoint(60, 0));
-        QCOMPARE(host.news(), QLatin1String("0.51 | 0.51 '0.51' at 510 reset"));
+        QCOMPARE(host.news(), "0.51 | 0.51 '0.51' at 510 reset");
         QTest::keyClick(slider, Qt::Key_Left);
-        QCOMPARE(host.news(), QLatin1String("0.509 | 0.509 '0.509' at 509 reset"));
+        QCOMPARE(host.news(), "0.509 | 0.509 '0.509' at 509 reset");
         QTest::keyClick(slider, Qt::Key_PageDown);
-        QCOMPARE(host.news(), QLatin1String("0.499 | 0.499 '0.499' at 499 reset"));
+        QCOMPARE(host.news(), "0.499 | 0.499 '0.499' at 499 reset");
         click(edit, "increment");
         click(edit, "increment");
-        QCOMPARE(host.news(), QLatin1String("0.5 0.501 | 0.501 '0.501' at 501 reset"));
+        QCOMPARE(host.news(), "0.5 0.501 | 0.501 '0.501' at 501 reset");
         click(edit, "decrement");
-        QCOMPARE(host.news(), QLatin1String("0.5 | 0.5 '0.5' at 500 reset"));
+        QCOMPARE(host.news(), "0.5 | 0.5 '0.5' at 500 reset");
         click(edit, "reset");
         click(edit, "reset");
-        QCOMPARE(host.news(), QLatin1String("0.25 | 0.25 '0.25' at 250"));
+        QCOMPARE(host.news(), "0.25 | 0.25 '0.25' at 250");
         edit.incrementDecrement(INT_MAX); // together with the position no int any more
         click(edit, "increment");
         QTest::keyClick(slider, Qt::Key_Right);
-        QCOMPARE(host.news(), QLatin1String("1 | 1 '1' at 1000 reset"));
+        QCOMPARE(host.news(), "1 | 1 '1' at 1000 reset");
         edit.incrementDecrement(INT_MIN);
         click(edit, "decrement");
-        QCOMPARE(host.news(), QLatin1String("0 | 0 '0' at 0 reset"));
+        QCOMPARE(host.news(), "0 | 0 '0' at 0 reset");
     }
 
     void draggingTheHandle_data()
@@ -441,42 +387,36 @@ private Q_SLOTS:
         Host host(edit);
         auto* slider = child<QSlider>(edit, "slider");
         QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 5));
-        QCOMPARE(host.news(), QLatin1String("started | 0.5 '0.5' at 5 reset"));
+        QCOMPARE(host.news(), "started | 0.5 '0.5' at 5 reset");
         dragTo(slider, 7);
         dragTo(slider, 3);
-        QCOMPARE(host.news(), QLatin1String(live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset"));
+        QCOMPARE(host.news(), live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset");
         release(slider);
-        QCOMPARE(host.news(), QLatin1String("0.3 | 0.3 '0.3' at 3"));
+        QCOMPARE(host.news(), "0.3 | 0.3 '0.3' at 3");
 
         QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 3));
         dragTo(slider, 9);
         dragTo(slider, 3);
         release(slider);
-        QCOMPARE(host.news(), QLatin1String(live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3"));
+        QCOMPARE(host.news(), live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3");
     }
 
     void derivedClassChangesTextAndSteps()
     {
-        PercentEdit edit;
-        edit.setShowButtons(true);
+        CoarseEdit edit;
         edit.setValue(0.5);
         Host host(edit);
-        QCOMPARE(host.news(), QLatin1String("| 0.5 '50%' at 500"));
-        commit(edit, QStringLiteral("0.75"));
-        commit(edit, QStringLiteral("75%"));
-        QCOMPARE(host.news(), QLatin1String("0.75 0.75 | 0.75 '75%' at 750"));
+        commitText(child<QLineEdit>(edit, "lineEdit"), "75");
+        QCOMPARE(host.news(), "0.75 0.75 | 0.75 '75' at 750");
         edit.on_slider_sliderMoved(200);
-        QCOMPARE(host.news(), QLatin1String("| 0.75 '20%' at 750"));
+        QCOMPARE(host.news(), "| 0.75 '20' at 750");
         click(edit, "decrement");
-        QCOMPARE(host.news(), QLatin1String("0.7 | 0.7 '70%' at 700"));
+        QCOMPARE(host.news(), "0.7 | 0.7 '70' at 700");
     }
 
     void partsStandInOrderAndApart_data()
     {
-        QTest::addColumn<Row>("row");
-        QTest::addColumn<Qt::LayoutDirection>("direction");
-        QTest::addColumn<bool>("buttons");
-        QTest::addColumn<int>("width");
+        Rows::addColumns();
         const auto add = [](const char* name, Row row, std::initializer_list<int> widths)
         {
             for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
@@ -493,10 +433,8 @@ private Q_SLOTS:
 
     void partsStandInOrderAndApart()
     {
-        QFETCH(Row, row);
-        QFETCH(Qt::LayoutDirection, direction);
-        QFETCH(bool, buttons);
-        QFETCH(int, width);
+        const auto [row, side, buttons, width] = Rows::row();
+        const Qt::LayoutDirection direction = side;
         QWidget window;
         window.setLayoutDirection(direction);
         QSliderEdit edit(&window);
