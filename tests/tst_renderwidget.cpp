@@ -122,14 +122,45 @@ public:
     int buffered = 0;
 };
 
-void logSignals(QRenderWidget& view, Log& log)
+// A view with engine objects. Paints and resizes sent by hand, so that the window system adds none.
+struct Scene
 {
-    QObject::connect(&view, &QRenderWidget::viewUpdated, &view, [&log] { log << QStringLiteral("viewUpdated"); });
-    QObject::connect(&view, &QRenderWidget::deferredUpdate, &view, [&log] { log << QStringLiteral("deferredUpdate"); });
-    QObject::connect(&view, &QRenderWidget::keyReleased, &view,
-                     [&log](QKeyEvent* event)
-                     { log << QStringLiteral("keyReleased,%1").arg(event->nativeVirtualKey()); });
-}
+    explicit Scene(bool inParent = false) : view(inParent ? &parent : nullptr)
+    {
+        view.SetHandleMouseInterface(&handler);
+        if (!inParent)
+            log.window = view.GetHWND();
+    }
+    QString paint()
+    {
+        QPaintEvent event(view.rect());
+        QApplication::sendEvent(&view, &event);
+        return log.take();
+    }
+    void resize(int width, int height)
+    {
+        QResizeEvent event(QSize(width, height), view.size());
+        QApplication::sendEvent(&view, &event);
+    }
+    void logSignals()
+    {
+        QObject::connect(&view, &QRenderWidget::viewUpdated, &view, [this] { log << "viewUpdated"; });
+        QObject::connect(&view, &QRenderWidget::deferredUpdate, &view, [this] { log << "deferredUpdate"; });
+        QObject::connect(&view, &QRenderWidget::keyReleased, &view,
+                         [this](QKeyEvent* event) { log << QString("keyReleased,%1").arg(event->nativeVirtualKey()); });
+    }
+
+    Log log;
+    Manager manager{"A", log};
+    Manager other{"B", log};
+    Handler handler{log};
+    Parent parent{log};
+    QRenderWidget view; // destroyed first
+};
+
+using Registrations = Table<QString, QString, QString>; // steps, calls, calls of the destructor
+using Changes = Table<QString, bool, QString>;          // within which call, replaced or taken away, calls
+using Wheels = Table<QPoint, Qt::KeyboardModifiers, QString>;
 
 bool showsMessage(const QImage& image, qreal ratio = 1)
 {
@@ -170,9 +201,7 @@ private Q_SLOTS:
 
     void registrationSequences_data()
     {
-        QTest::addColumn<QString>("steps"); // m sets a manager, r a renderer, s shuts down
-        QTest::addColumn<QString>("calls");
-        QTest::addColumn<QString>("callsOfDestructor");
+        Registrations::addColumns(); // m sets a manager, r a renderer, s shuts down
         const auto row = [](const char* name, const char* steps, const char* calls, const char* callsOfDestructor)
         { QTest::newRow(name) << QString(steps) << QString(calls) << QString(callsOfDestructor); };
         row("nothing set", "s", "", "");
@@ -189,7 +218,7 @@ private Q_SLOTS:
 
     void registrationSequences()
     {
-        QFETCH(QString, steps);
+        const auto [steps, calls, callsOfDestructor] = Registrations::row();
         Log log;
         Manager a("A", log);
         Manager b("B", log);
@@ -217,9 +246,9 @@ private Q_SLOTS:
             QCOMPARE(view->GetPlatformRendererInterface(), renderer);
             QCOMPARE(view->GetViewId(), manager ? 7 : -1);
         }
-        QTEST(log.take(), "calls");
+        QCOMPARE(log.take(), calls);
         view.reset();
-        QTEST(log.take(), "callsOfDestructor");
+        QCOMPARE(log.take(), callsOfDestructor);
     }
 
     // The window was destroyed before, as within a window that is being destroyed.
@@ -245,58 +274,41 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
     }
 
-    // Paints and resizes come by hand here, so that the window system adds none.
     void frameSequences()
     {
-        Log log;
-        Manager manager("A", log);
-        QRenderWidget view;
-        log.window = view.GetHWND();
-        logSignals(view, log);
-        view.SetPlatformRendererInterface(&log.first);
-        view.SetDisplaySurfaceManagerInterface(&manager);
-        QCOMPARE(log.take(), QStringLiteral("A+R"));
-        const auto afterPaint = [&]
-        {
-            QPaintEvent paint(view.rect());
-            QApplication::sendEvent(&view, &paint);
-            return log.take();
-        };
-        const auto resize = [&view](int width, int height)
-        {
-            QResizeEvent event(QSize(width, height), view.size());
-            QApplication::sendEvent(&view, &event);
-        };
+        Scene s;
+        s.logSignals();
+        s.view.SetPlatformRendererInterface(&s.log.first);
+        s.view.SetDisplaySurfaceManagerInterface(&s.manager);
+        QCOMPARE(s.log.take(), QStringLiteral("A+R"));
         const QString frame = "render viewUpdated deferredUpdate";
 
-        QCOMPARE(afterPaint(), frame); // no size yet
-        resize(300, 200);
-        QCOMPARE(log.take(), QString());
-        QCOMPARE(afterPaint(), QStringLiteral("resize"));
-        QCOMPARE(afterPaint(), frame);
-        resize(300, 200);
-        QCOMPARE(afterPaint(), frame);
-        resize(300, 201);
-        QCOMPARE(afterPaint(), QStringLiteral("resize"));
-        resize(301, 201);
-        resize(300, 201); // the surface's own size leaves the pending one
-        QCOMPARE(afterPaint(), QStringLiteral("resize"));
+        QCOMPARE(s.paint(), frame); // no size yet
+        s.resize(300, 200);
+        QCOMPARE(s.log.take(), QString());
+        QCOMPARE(s.paint(), QStringLiteral("resize"));
+        QCOMPARE(s.paint(), frame);
+        s.resize(300, 200);
+        QCOMPARE(s.paint(), frame);
+        s.resize(300, 201);
+        QCOMPARE(s.paint(), QStringLiteral("resize"));
+        s.resize(301, 201);
+        s.resize(300, 201); // the surface's own size leaves the pending one
+        QCOMPARE(s.paint(), QStringLiteral("resize"));
 
-        view.setContinuousUpdate(true);
-        resize(400, 300);
-        QCOMPARE(afterPaint(), "resize " + frame);
-        QCOMPARE(afterPaint(), frame);
-        view.shutdown();
-        QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
-        QCOMPARE(afterPaint(), "resize " + frame); // the surface size was forgotten, the pending one was not
-        QVERIFY(view.testAttribute(Qt::WA_PaintOnScreen));
+        s.view.setContinuousUpdate(true);
+        s.resize(400, 300);
+        QCOMPARE(s.paint(), "resize " + frame);
+        QCOMPARE(s.paint(), frame);
+        s.view.shutdown();
+        QCOMPARE(s.log.take(), QStringLiteral("A+0 A-"));
+        QCOMPARE(s.paint(), "resize " + frame); // the surface size was forgotten, the pending one was not
+        QVERIFY(s.view.testAttribute(Qt::WA_PaintOnScreen));
     }
 
     void managersMayChangeWithinTheirCalls_data()
     {
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<bool>("replaced"); // otherwise taken away
-        QTest::addColumn<QString>("calls");
+        Changes::addColumns();
         const auto row = [](const char* name, const char* call, bool replaced, const char* calls)
         { QTest::newRow(name) << QString(call) << replaced << QString(calls); };
         row("registered, taken", "A+R", false, "A+R A- B+R B+0 B-");
@@ -309,178 +321,123 @@ private Q_SLOTS:
 
     void managersMayChangeWithinTheirCalls()
     {
-        QFETCH(bool, replaced);
-        Log log;
-        Manager a("A", log);
-        Manager b("B", log);
-        QRenderWidget view;
-        log.window = view.GetHWND();
-        logSignals(view, log);
-        QFETCH(QString, call);
-        log.interruptedCall = call;
-        log.interruption = [&] { view.SetDisplaySurfaceManagerInterface(replaced ? &b : nullptr); };
-        view.setContinuousUpdate(true);
-        view.SetPlatformRendererInterface(&log.first);
-        view.SetDisplaySurfaceManagerInterface(&a);
-        QResizeEvent resize(QSize(300, 200), view.size());
-        QApplication::sendEvent(&view, &resize);
-        QPaintEvent paint(view.rect());
-        QApplication::sendEvent(&view, &paint);
-        view.SetDisplaySurfaceManagerInterface(&b);
-        view.shutdown();
-        QTEST(log.take(), "calls");
+        const auto [call, replaced, calls] = Changes::row();
+        Scene s;
+        s.logSignals();
+        s.log.interruptedCall = call;
+        s.log.interruption = [&s, next = replaced ? &s.other : nullptr]
+        { s.view.SetDisplaySurfaceManagerInterface(next); };
+        s.view.setContinuousUpdate(true);
+        s.view.SetPlatformRendererInterface(&s.log.first);
+        s.view.SetDisplaySurfaceManagerInterface(&s.manager);
+        s.resize(300, 200);
+        QString made = s.paint();
+        s.view.SetDisplaySurfaceManagerInterface(&s.other);
+        s.view.shutdown();
+        QCOMPARE((made + ' ' + s.log.take()).simplified(), calls);
     }
 
     void resizedViewRendersAgain()
     {
-        Log log;
-        Manager manager("A", log);
-        QRenderWidget view;
-        log.window = view.GetHWND();
-        view.SetDisplaySurfaceManagerInterface(&manager);
-        view.resize(300, 200);
-        view.show();
-        QTRY_VERIFY(log.contains("render"));
-        QCOMPARE(log.mid(0, 3), QStringList({"A+0", "resize", "render"}));
-        log.clear();
-        // By hand, as a real resize brings paints of its own.
-        QResizeEvent resize(QSize(310, 210), view.size());
-        QApplication::sendEvent(&view, &resize);
-        QPaintEvent paint(view.rect());
-        QApplication::sendEvent(&view, &paint);
-        QCOMPARE(log.join(' '), QStringLiteral("resize"));
-        QTRY_COMPARE(log.join(' '), QStringLiteral("resize render"));
-    }
+        Scene s;
+        s.view.SetDisplaySurfaceManagerInterface(&s.manager);
+        s.view.resize(300, 200);
+        s.view.show();
+        QTRY_VERIFY(s.log.contains("render"));
+        QCOMPARE(s.log.mid(0, 3), QStringList({"A+0", "resize", "render"}));
+        s.log.clear();
+        s.resize(310, 210);
+        QCOMPARE(s.paint(), QStringLiteral("resize"));
+        QTRY_COMPARE(s.log.join(' '), QStringLiteral("render"));
 
-    void continuousUpdateFollowsItsFlag()
-    {
-        Log log;
-        Manager manager("A", log);
-        QRenderWidget view;
-        log.window = view.GetHWND();
-        view.SetDisplaySurfaceManagerInterface(&manager);
-        view.setContinuousUpdate(false);
-        QVERIFY(!view.findChild<QTimer*>());
-        view.show();
-        QTRY_VERIFY(log.contains("render"));
-        view.setContinuousUpdate(true);
-        view.setContinuousUpdate(true);
-        QCOMPARE(view.findChildren<QTimer*>().size(), 1);
-        QCOMPARE(view.findChild<QTimer*>()->interval(), 1);
-        log.clear();
-        QTRY_VERIFY(log.count("render") > 10);
-        view.setContinuousUpdate(false);
-        QVERIFY(!view.findChild<QTimer*>());
+        QVERIFY(!s.view.findChild<QTimer*>());
+        s.view.setContinuousUpdate(true);
+        s.view.setContinuousUpdate(true);
+        QCOMPARE(s.view.findChildren<QTimer*>().size(), 1);
+        QCOMPARE(s.view.findChild<QTimer*>()->interval(), 1);
+        s.log.clear();
+        QTRY_VERIFY(s.log.count("render") > 10);
+        s.view.setContinuousUpdate(false);
+        QVERIFY(!s.view.findChild<QTimer*>());
     }
 
     // Through the window, as input comes from the system.
     void inputReachesTheHandler()
     {
-        Log log;
-        Handler handler(log);
-        Parent parent(log);
-        QRenderWidget view(&parent);
-        parent.resize(200, 150);
-        view.setGeometry(0, 0, 200, 150);
-        view.SetHandleMouseInterface(&handler);
-        parent.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&parent));
-        QTRY_VERIFY(view.windowHandle()->isExposed());
+        Scene s(true);
+        s.parent.resize(200, 150);
+        s.view.setGeometry(0, 0, 200, 150);
+        s.parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&s.parent));
+        QTRY_VERIFY(s.view.windowHandle()->isExposed());
         const QString at = m_ratio == 1 ? ",20,31" : ",30,46";
         const QPoint position(20, 31);
-        QWindow* window = view.windowHandle();
-        log.clear();
+        QWindow* window = s.view.windowHandle();
+        s.log.clear();
 
         QTest::mouseMove(window, position);
-        QCOMPARE(log.take(), "move" + at);
+        QCOMPARE(s.log.take(), "move" + at);
         QTest::mousePress(window, Qt::RightButton, Qt::NoModifier, position);
         QTest::mouseRelease(window, Qt::RightButton, Qt::NoModifier, position);
-        QCOMPARE(log.take(), QString("down,2%1 up,2%1").arg(at));
-        QCOMPARE(parent.focusWidget(), &view);
+        QCOMPARE(s.log.take(), QString("down,2%1 up,2%1").arg(at));
+        QCOMPARE(s.parent.focusWidget(), &s.view);
         QTest::mouseDClick(window, Qt::LeftButton, Qt::NoModifier, position);
-        QCOMPARE(log.take(), QString("down,1%1 up,1%1 double,1%1 up,1%1").arg(at));
+        QCOMPARE(s.log.take(), QString("down,1%1 up,1%1 double,1%1 up,1%1").arg(at));
 
-        view.SetHandleMouseInterface(nullptr);
-        QTest::mouseClick(window, Qt::MiddleButton, Qt::NoModifier, position);
-        QTest::keyClick(&view, Qt::Key_A);
-        QCOMPARE(log.take(), QString());
-    }
-
-    void positionsAreTruncatedDevicePixels()
-    {
-        Log log;
-        Handler handler(log);
-        QRenderWidget view;
-        view.SetHandleMouseInterface(&handler);
-        const auto send = [&view](QEvent::Type type, Qt::MouseButton button, QPointF position)
+        s.logSignals();
+        PaintCounter paints(s.view);
+        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
         {
-            QMouseEvent event(type, position, QPointF(), button, button, Qt::NoModifier);
-            QApplication::sendEvent(&view, &event);
+            paints.buffered = 0;
+            QKeyEvent key(type, Qt::Key_Q, Qt::NoModifier, 24, 0x71, 0);
+            QApplication::sendEvent(&s.view, &key);
+            QVERIFY(key.isAccepted());
+            QTRY_VERIFY(paints.buffered > 0);
+        }
+        QCOMPARE(s.log.take(), QStringLiteral("key,113,1,0 key,113,0,0 keyReleased,113"));
+
+        const auto send = [&s](QEvent::Type type, Qt::MouseButton button, QPointF place)
+        {
+            QMouseEvent event(type, place, QPointF(), button, button, Qt::NoModifier);
+            QApplication::sendEvent(&s.view, &event);
             QVERIFY(event.isAccepted());
         };
         send(QEvent::MouseButtonPress, Qt::LeftButton, {10.7, 3.2});
         send(QEvent::MouseMove, Qt::NoButton, {-0.9, 5.5});
         send(QEvent::MouseButtonRelease, Qt::BackButton, {10.7, -3.6});
         send(QEvent::MouseButtonDblClick, Qt::MiddleButton, {0.9, 0.5});
-        QCOMPARE(log.take(), m_ratio == 1 ? QString("down,1,10,3 move,0,5 up,8,10,-3 double,4,0,0")
-                                          : QString("down,1,16,4 move,-1,8 up,8,16,-5 double,4,1,0"));
+        QCOMPARE(s.log.take(), m_ratio == 1 ? QString("down,1,10,3 move,0,5 up,8,10,-3 double,4,0,0")
+                                            : QString("down,1,16,4 move,-1,8 up,8,16,-5 double,4,1,0"));
+
+        s.view.SetHandleMouseInterface(nullptr);
+        QTest::mouseClick(window, Qt::MiddleButton, Qt::NoModifier, position);
+        QTest::keyClick(&s.view, Qt::Key_Shift);
+        QCOMPARE(s.log.take(), QString("keyReleased,0"));
     }
 
     void wheelSendsOneNumberAndGoesOn_data()
     {
-        QTest::addColumn<QPoint>("angle");
-        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-        QTest::addColumn<QString>("call");
-        using Modifiers = Qt::KeyboardModifiers;
-        QTest::newRow("away") << QPoint(0, 120) << Modifiers() << "wheel,120,0";
-        QTest::newRow("towards, Shift and Control")
-            << QPoint(0, -120) << (Qt::ShiftModifier | Qt::ControlModifier) << "wheel,-120,5";
-        QTest::newRow("sideways, Alt") << QPoint(-120, 30) << Modifiers(Qt::AltModifier) << "wheel,-120,2";
-        QTest::newRow("slanted, Meta and keypad")
-            << QPoint(60, -60) << (Qt::MetaModifier | Qt::KeypadModifier) << "wheel,-60,0";
+        Wheels::addColumns();
+        const auto row = [](const char* name, QPoint angle, Qt::KeyboardModifiers modifiers, const char* call)
+        { QTest::newRow(name) << angle << modifiers << QString(call); };
+        row("away", {0, 120}, {}, "wheel,120,0");
+        row("towards, Shift and Control", {0, -120}, Qt::ShiftModifier | Qt::ControlModifier, "wheel,-120,5");
+        row("sideways, Alt", {-120, 30}, Qt::AltModifier, "wheel,-120,2");
+        row("slanted, Meta and keypad", {60, -60}, Qt::MetaModifier | Qt::KeypadModifier, "wheel,-60,0");
     }
 
     void wheelSendsOneNumberAndGoesOn()
     {
-        QFETCH(QPoint, angle);
-        QFETCH(Qt::KeyboardModifiers, modifiers);
-        QFETCH(QString, call);
-        Log log;
-        Handler handler(log);
-        Parent parent(log);
-        QRenderWidget view(&parent);
-        view.SetHandleMouseInterface(&handler);
+        const auto [angle, modifiers, call] = Wheels::row();
+        Scene s(true);
         QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
                           false);
-        QApplication::sendEvent(&view, &wheel);
-        QCOMPARE(log.take(), call);
+        QApplication::sendEvent(&s.view, &wheel);
+        QCOMPARE(s.log.take(), call);
         QVERIFY(!wheel.isAccepted());
         QSpontaneKeyEvent::setSpontaneous(&wheel); // others do not go on to parents
-        qApp->notify(&view, &wheel);
-        QCOMPARE(log.take(), call + QString(" parent,%1").arg(QEvent::Wheel));
-    }
-
-    void keysSendTheNativeCode()
-    {
-        Log log;
-        Handler handler(log);
-        Parent parent(log);
-        QRenderWidget view(&parent);
-        logSignals(view, log);
-        view.SetHandleMouseInterface(&handler);
-        parent.show();
-        PaintCounter paints(view);
-        QTRY_VERIFY(paints.buffered > 0);
-        log.clear();
-        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-        {
-            paints.buffered = 0;
-            QKeyEvent key(type, Qt::Key_Q, Qt::NoModifier, 24, 0x71, 0);
-            QApplication::sendEvent(&view, &key);
-            QVERIFY(key.isAccepted());
-            QTRY_VERIFY(paints.buffered > 0);
-        }
-        QCOMPARE(log.take(), QStringLiteral("key,113,1,0 key,113,0,0 keyReleased,113"));
+        qApp->notify(&s.view, &wheel);
+        QCOMPARE(s.log.take(), call + QString(" parent,%1").arg(QEvent::Wheel));
     }
 
     void messageIsDrawnIntoPixmaps()
