@@ -35,11 +35,6 @@ QWidget* addContents(QAccordion& section)
     return contents;
 }
 
-bool isShownIn(const QAccordion& section, const QWidget* widget)
-{
-    return widget->isVisibleTo(&section);
-}
-
 bool hasYellowBorder(QWidget& widget)
 {
     const QImage image = widget.grab().toImage();
@@ -146,7 +141,9 @@ private:
 };
 } // namespace
 
-Q_DECLARE_METATYPE(std::function<void(Rows&)>)
+using Act = std::function<void(Rows&)>;
+Q_DECLARE_METATYPE(Act)
+using Labels = Table<QByteArray, QString, QString, QString, bool>; // type, title, text, searched text, matches
 
 class DerivedButton : public QPushButton
 {
@@ -161,12 +158,7 @@ class tst_Accordion : public WatchedTest
 private Q_SLOTS:
     void searchComparesLabels_data()
     {
-        QTest::addColumn<QByteArray>("type");
-        QTest::addColumn<QString>("windowTitle");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("search");
-        QTest::addColumn<bool>("matches");
-
+        Labels::addColumns();
         const auto row = [](const char* name, const char* type, const char* windowTitle, const char* text,
                             const char* search, bool matches) {
             QTest::newRow(name) << QByteArray(type) << QString(windowTitle) << QString(text) << QString(search)
@@ -184,12 +176,7 @@ private Q_SLOTS:
 
     void searchComparesLabels()
     {
-        QFETCH(QByteArray, type);
-        QFETCH(QString, windowTitle);
-        QFETCH(QString, text);
-        QFETCH(QString, search);
-        QFETCH(bool, matches);
-
+        const auto [type, windowTitle, text, search, matches] = Labels::row();
         QAccordion section;
         QWidget* contents = addContents(section);
         QWidget* row = type == "label"   ? addRow<QLabel>(contents, windowTitle)
@@ -213,75 +200,11 @@ private Q_SLOTS:
         QCOMPARE(section.styleSheet(), matches ? Border : QString());
     }
 
-    void searchesFollowOneAnother()
-    {
-        QAccordion section;
-        section.setSearchText("accordion"); // without contents it does nothing
-        QCOMPARE(section.styleSheet(), QString());
-        QVERIFY(!section.property("highlighted").isValid());
-
-        section.setTitle("Weather");
-        QWidget* contents = addContents(section);
-        const QWidget* fog = addRow<QWidget>(contents, "Fog");
-        const QWidget* sun = addRow<QWidget>(contents, "Sun");
-        section.setStyleSheet("QAccordion {border: 3px solid red;}");
-
-        section.setSearchText("sun");
-        QVERIFY(!isShownIn(section, fog) && isShownIn(section, sun));
-        section.setSearchText("rain");
-        QVERIFY(section.isOpen()); // as it was
-        QVERIFY(!isShownIn(section, fog) && !isShownIn(section, sun));
-        QCOMPARE(section.styleSheet(), QString());
-        QCOMPARE(section.property("highlighted"), QVariant(false));
-        section.setSearchText("fog");
-        QCOMPARE(fog->property("highlighted"), QVariant(true));
-        QCOMPARE(section.styleSheet(), Border); // one match is enough, also when it is not the last child
-
-        section.setOpen(false);
-        section.setSearchText("EATH"); // the section's own title
-        QVERIFY(section.isOpen());
-        QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
-        QCOMPARE(section.styleSheet(), Border);
-        QCOMPARE(fog->property("highlighted"), QVariant(true));
-        QCOMPARE(sun->property("highlighted"), QVariant(false));
-
-        section.setSearchText("sun");
-        section.setOpen(false);
-        section.setSearchText(QString());
-        QVERIFY(section.isOpen());
-        QVERIFY(isShownIn(section, fog) && isShownIn(section, sun));
-        QCOMPARE(section.styleSheet(), QString());
-        QCOMPARE(section.property("highlighted"), QVariant(false));
-        QCOMPARE(sun->property("highlighted"), QVariant(true)); // editors keep the mark
-    }
-
-    void markingIsPainted()
-    {
-        QWidget host;
-        host.setStyleSheet("QLabel[highlighted=\"true\"] {background: rgb(0, 0, 200);}"
-                           "QLabel[highlighted=\"false\"] {background: rgb(0, 200, 0);}");
-        QAccordion section(&host);
-        QLabel* fog = addRow<QLabel>(addContents(section), "Fog");
-        host.resize(300, 200);
-        section.setGeometry(10, 10, 200, 100);
-        host.show();
-        const auto background = [fog] { return fog->grab().toImage().pixelColor(1, 1); };
-        QVERIFY(!hasYellowBorder(section));
-
-        section.setSearchText("rain");
-        QCOMPARE(background(), QColor(0, 200, 0));
-        section.setSearchText("fog");
-        QVERIFY(hasYellowBorder(section));
-        QCOMPARE(background(), QColor(0, 0, 200));
-        section.setSearchText(QString());
-        QVERIFY(!hasYellowBorder(section));
-    }
-
     // What the host does while rows are shown and hidden, a "loading" label for example.
     void hostMayActWhileRowsComeAndGo_data()
     {
-        QTest::addColumn<std::function<void(Rows&)>>("act");
-        const auto row = [](const char* name, std::function<void(Rows&)> act) { QTest::newRow(name) << act; };
+        QTest::addColumn<Act>("act");
+        const auto row = [](const char* name, const Act& act) { QTest::newRow(name) << act; };
         row("deletes a sibling", [](Rows& rows) { delete rows.sun; });
         row("deletes a label beside the contents", [](Rows& rows) { delete rows.beside; });
         row("moves itself away", [](Rows& rows) { rows.fog->setParent(&rows.elsewhere); });
@@ -298,7 +221,7 @@ private Q_SLOTS:
 
     void hostMayActWhileRowsComeAndGo()
     {
-        QFETCH(std::function<void(Rows&)>, act);
+        QFETCH(Act, act);
         Rows rows;
         rows.section.setSearchText("nothing");
         EventWatch watch(rows.fog, QEvent::Show, [&] { act(rows); });
@@ -342,42 +265,37 @@ private Q_SLOTS:
     }
 
     // The contents do not receive the border's sheet; sheets that come later still reach them, at once.
-    void sheetsThatArriveLaterTakeEffect_data()
-    {
-        QTest::addColumn<std::function<void(Rows&)>>("arrive");
-        const auto row = [](const char* name, std::function<void(Rows&)> arrive) { QTest::newRow(name) << arrive; };
-        const QString sheet = "QLabel {padding: 20px;}";
-        row("on an ancestor", [=](Rows& rows) { rows.window.setStyleSheet(sheet); });
-        row("on the section", [=](Rows& rows) { rows.section.setStyleSheet(sheet); });
-        row("on the application", [=](Rows&) { qApp->setStyleSheet(sheet); });
-        row("of another parent",
-            [=](Rows& rows)
-            {
-                rows.elsewhere.setStyleSheet(sheet);
-                rows.section.setParent(&rows.elsewhere);
-            });
-    }
-
     void sheetsThatArriveLaterTakeEffect()
     {
-        QFETCH(std::function<void(Rows&)>, arrive);
-        for (const bool shown : {false, true})
+        const QString sheet = "QLabel {padding: 20px;}";
+        const Act ancestor = [=](Rows& rows) { rows.window.setStyleSheet(sheet); };
+        const Act section = [=](Rows& rows) { rows.section.setStyleSheet(sheet); };
+        const Act application = [=](Rows&) { qApp->setStyleSheet(sheet); };
+        const Act parent = [=](Rows& rows)
         {
-            Rows rows(shown);
-            Rows literal(shown);
-            const int before = rows.fog->sizeHint().height();
-            rows.section.setSearchText("fog");
-            LiteralSearch::apply(literal.section, "fog");
-            arrive(rows);
-            arrive(literal);
-            QCOMPARE(rows.fog->sizeHint(), literal.fog->sizeHint());
-            QVERIFY(!shown || rows.fog->sizeHint().height() >= before + 38);
-            rows.section.setParent(nullptr);
-            qApp->setStyleSheet(QString());
-            rows.section.setStyleSheet(QString());
-            rows.section.setSearchText("fog");
-            rows.section.setSearchText(QString());
-            QCOMPARE(rows.fog->sizeHint().height(), before);
+            rows.elsewhere.setStyleSheet(sheet);
+            rows.section.setParent(&rows.elsewhere);
+        };
+        for (const Act& arrive : {ancestor, section, application, parent})
+        {
+            for (const bool shown : {false, true})
+            {
+                Rows rows(shown);
+                Rows literal(shown);
+                const int before = rows.fog->sizeHint().height();
+                rows.section.setSearchText("fog");
+                LiteralSearch::apply(literal.section, "fog");
+                arrive(rows);
+                arrive(literal);
+                QCOMPARE(rows.fog->sizeHint(), literal.fog->sizeHint());
+                QVERIFY(!shown || rows.fog->sizeHint().height() >= before + 38);
+                rows.section.setParent(nullptr);
+                qApp->setStyleSheet(QString());
+                rows.section.setStyleSheet(QString());
+                rows.section.setSearchText("fog");
+                rows.section.setSearchText(QString());
+                QCOMPARE(rows.fog->sizeHint().height(), before);
+            }
         }
     }
 
@@ -482,6 +400,8 @@ private Q_SLOTS:
     void partsMayBeDestroyed()
     {
         QAccordion section;
+        section.setSearchText("accordion"); // without contents it does nothing
+        QVERIFY(section.styleSheet().isEmpty() && !section.property("highlighted").isValid());
         section.setTitle("Weather");
         delete addContents(section);
         section.setOpen(false);
@@ -516,30 +436,23 @@ private Q_SLOTS:
     void settingsRoundTrip()
     {
         QTemporaryDir directory;
-        const QString fileName = directory.filePath("sections.ini");
+        QSettings settings(directory.filePath("sections.ini"), QSettings::IniFormat);
         QAccordion section;
         section.setObjectName("fogSection");
+        settings.beginGroup("view");
+        for (const bool open : {true, false})
         {
-            QSettings settings(fileName, QSettings::IniFormat);
-            settings.beginGroup("view");
+            section.setOpen(open);
             section.writeSettings(settings);
-            QCOMPARE(settings.value("fogSection"), QVariant(true));
-            settings.endGroup();
-            QCOMPARE(settings.allKeys(), QStringList("view/fogSection"));
+            section.setOpen(!open);
+            section.readSettings(settings);
+            QCOMPARE(section.isOpen(), open);
         }
-        QSettings settings(fileName, QSettings::IniFormat);
+        settings.endGroup();
+        QCOMPARE(settings.allKeys(), QStringList("view/fogSection"));
+        section.setOpen(true);
         section.readSettings(settings);
         QVERIFY(!section.isOpen()); // no entry outside the group
-        settings.beginGroup("view");
-        section.readSettings(settings);
-        QVERIFY(section.isOpen());
-        section.setOpen(false);
-        section.writeSettings(settings);
-
-        QAccordion sameName;
-        sameName.setObjectName("fogSection");
-        sameName.readSettings(settings);
-        QVERIFY(!sameName.isOpen());
     }
 };
 
