@@ -19,6 +19,8 @@ std::unique_ptr<QSliderEdit> angleEdit()
     edit->setValue(0.0);
     return edit;
 }
+
+using Typed = Table<bool, QString, double>; // an angle, text, value
 } // namespace
 
 //! Editors of an example that show another number than they hold.
@@ -26,71 +28,51 @@ class tst_DerivedEditor : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void typedTextIsInTheShownUnit_data();
-    void typedTextIsInTheShownUnit();
-    void shownTextReadsBack_data();
-    void shownTextReadsBack();
-    void stepIsOneShownDegree();
+    void typedTextIsInTheShownUnit_data()
+    {
+        Typed::addColumns();
+        QTest::newRow("degrees") << true << "45" << M_PI_4;
+        QTest::newRow("degrees with sign") << true << QStringLiteral("-30 °") << -M_PI / 6.0;
+        QTest::newRow("degrees beyond the end") << true << "1000" << M_PI_2;
+        QTest::newRow("no degrees") << true << "flat" << 0.0;
+        QTest::newRow("percent") << false << "12.5" << 0.125;
+        QTest::newRow("percent with sign") << false << "12.5 %" << 0.125;
+        QTest::newRow("percent beyond the end") << false << "250%" << 1.0;
+        QTest::newRow("no percent") << false << "%" << 0.0;
+    }
+
+    void typedTextIsInTheShownUnit()
+    {
+        const auto [angle, text, value] = Typed::row();
+        const std::unique_ptr<QSliderEdit> edit = angle ? angleEdit() : std::make_unique<PercentEdit>();
+        commitText(child<QLineEdit>(*edit, "lineEdit"), text);
+        QCOMPARE(edit->value().toDouble(), value);
+    }
+
+    // Return in an untouched field must not change the value.
+    void shownTextReadsBack()
+    {
+        const std::unique_ptr<QSliderEdit> edits[] = {angleEdit(), std::make_unique<PercentEdit>()};
+        for (const auto& edit : edits)
+        {
+            const bool isAngle = edit == edits[0];
+            const double value = isAngle ? M_PI / 6.0 : 0.25;
+            edit->setValue(value);
+            auto* field = child<QLineEdit>(*edit, "lineEdit");
+            QCOMPARE(field->text(), isAngle ? QStringLiteral("30°") : QStringLiteral("25 %"));
+            QTest::keyClick(field, Qt::Key_Return);
+            QCOMPARE(edit->value().toDouble(), value);
+        }
+    }
+
+    void stepIsOneShownDegree()
+    {
+        const std::unique_ptr<QSliderEdit> edit = angleEdit();
+        edit->setShowButtons(true);
+        QTest::mouseClick(child<QPushButton>(*edit, "increment"), Qt::LeftButton);
+        QCOMPARE(child<QLineEdit>(*edit, "lineEdit")->text(), QStringLiteral("1°"));
+    }
 };
-
-void tst_DerivedEditor::typedTextIsInTheShownUnit_data()
-{
-    QTest::addColumn<bool>("angle");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("value");
-    QTest::newRow("degrees") << true << "45" << M_PI_4;
-    QTest::newRow("degrees with sign") << true << QStringLiteral("-30 °") << -M_PI / 6.0;
-    QTest::newRow("degrees beyond the end") << true << "1000" << M_PI_2;
-    QTest::newRow("no degrees") << true << "flat" << 0.0;
-    QTest::newRow("percent") << false << "12.5" << 0.125;
-    QTest::newRow("percent with sign") << false << "12.5 %" << 0.125;
-    QTest::newRow("percent beyond the end") << false << "250%" << 1.0;
-    QTest::newRow("no percent") << false << "%" << 0.0;
-}
-
-void tst_DerivedEditor::typedTextIsInTheShownUnit()
-{
-    QFETCH(bool, angle);
-    QFETCH(QString, text);
-    QFETCH(double, value);
-    const std::unique_ptr<QSliderEdit> edit = angle ? angleEdit() : std::make_unique<PercentEdit>();
-    auto* field = child<QLineEdit>(*edit, "lineEdit");
-    field->selectAll();
-    QTest::keyClicks(field, text);
-    QTest::keyClick(field, Qt::Key_Return);
-    QCOMPARE(edit->value().toDouble(), value);
-}
-
-void tst_DerivedEditor::shownTextReadsBack_data()
-{
-    QTest::addColumn<bool>("angle");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("degrees") << true << M_PI / 6.0 << QStringLiteral("30°");
-    QTest::newRow("percent") << false << 0.25 << "25 %";
-}
-
-// Return in an untouched field must not change the value.
-void tst_DerivedEditor::shownTextReadsBack()
-{
-    QFETCH(bool, angle);
-    QFETCH(double, value);
-    QFETCH(QString, text);
-    const std::unique_ptr<QSliderEdit> edit = angle ? angleEdit() : std::make_unique<PercentEdit>();
-    edit->setValue(value);
-    auto* field = child<QLineEdit>(*edit, "lineEdit");
-    QCOMPARE(field->text(), text);
-    QTest::keyClick(field, Qt::Key_Return);
-    QCOMPARE(edit->value().toDouble(), value);
-}
-
-void tst_DerivedEditor::stepIsOneShownDegree()
-{
-    const std::unique_ptr<QSliderEdit> edit = angleEdit();
-    edit->setShowButtons(true);
-    QTest::mouseClick(child<QPushButton>(*edit, "increment"), Qt::LeftButton);
-    QCOMPARE(child<QLineEdit>(*edit, "lineEdit")->text(), QStringLiteral("1°"));
-}
 
 QTEST_MAIN(tst_DerivedEditor)
 

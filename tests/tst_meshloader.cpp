@@ -3,9 +3,11 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtTest/QtTest>
+
+#include <tests/testsupport.h>
 
 #include <algorithm>
+#include <memory>
 
 using namespace sceneeditor;
 
@@ -84,261 +86,231 @@ QByteArray largeObj()
     }
     return data;
 }
+
+using Refusals = Table<QString, QByteArray, QString>; // file name, contents, part of the message
 } // namespace
 
 class tst_MeshLoader : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void meshesLoad_data();
-    void meshesLoad();
-    void sharpEdgesStaySharp();
-    void badMeshesAreRefused_data();
-    void badMeshesAreRefused();
-    void progressRisesAndStops();
-    void loaderDeliversOnItsThread();
-    void cancelledLoadDeliversNothingElse();
-    void nextLoadReplacesTheOneUnderWay();
-    void loaderCanGoAwayDuringALoad();
+    void initTestCase()
+    {
+        QVERIFY(m_directory.isValid());
+        m_large = file(QStringLiteral("large.obj"), largeObj());
+    }
+
+    void meshesLoad_data()
+    {
+        QTest::addColumn<QByteArray>("data"); // in a file with the row's name
+        QTest::newRow("a.obj") << squareObj;
+        QTest::newRow("\xc3\xa4.OBJ") << squareObj;
+        QTest::newRow("a.ply") << squarePly();
+        QTest::newRow("binary.ply") << binaryPly("uchar", "\4");
+        QTest::newRow("a.stl") << squareStl();
+        QTest::newRow("moved.gltf") << squareGltf();
+    }
+
+    void meshesLoad()
+    {
+        QFETCH(QByteArray, data);
+        const QString name = QTest::currentDataTag();
+        const QVector3D minimum(name == "moved.gltf" ? -2 : 0, 0, 0);
+        QString error;
+        const MeshPointer mesh = loadMesh(file(name, data), &error);
+        QVERIFY2(mesh, qPrintable(error));
+        QCOMPARE(mesh->triangleCount(), 2);
+        QCOMPARE(mesh->vertices.size(), size_t(4)); // shared by the triangles, also where the file repeats them
+        QCOMPARE(mesh->minimum, minimum);
+        QCOMPARE(mesh->maximum, minimum + QVector3D(1, 1, 0));
+        for (const MeshData::Vertex& vertex : mesh->vertices)
+            QVERIFY((vertex.normal - QVector3D(0, 0, 1)).length() < 1e-5f);
+    }
+
+    void sharpEdgesStaySharp()
+    {
+        // Two squares that meet at a right angle have no vertices in common; at a flat one they share two.
+        const auto bent = [this](const QByteArray& far)
+        {
+            return loadMesh(file(QStringLiteral("bent.obj"),
+                                 "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n" + far + "f 1 2 3 4\nf 4 3 5 6\n"),
+                            nullptr);
+        };
+        const MeshPointer sharp = bent("v 1 1 -1\nv 0 1 -1\n");
+        const MeshPointer flat = bent("v 1 2 -0.1\nv 0 2 -0.1\n");
+        QVERIFY(sharp && flat);
+        QCOMPARE(sharp->vertices.size(), size_t(8));
+        QCOMPARE(flat->vertices.size(), size_t(6));
+    }
+
+    void badMeshesAreRefused_data()
+    {
+        Refusals::addColumns();
+        const auto row = [](const char* title, const char* name, const QByteArray& data, const char* expectation)
+        { QTest::newRow(title) << QString::fromLatin1(name) << data << QString::fromLatin1(expectation); };
+        row("unknown kind", "bad.txt", "v 0 0 0\n", "*.obj, *.ply");
+        row("empty", "empty.obj", "", "expected");
+        row("prose", "prose.ply", "Dear reader, this is a letter.\n", "expected PLY");
+        row("binary rubbish", "rubbish.glb", QByteArray(4096, '\x9c'), "expected GLB");
+        row("broken gltf", "broken.gltf", "{ \"asset\": ", "expected GLTF");
+        row("points only", "points.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\n", "no faces");
+        row("lines only", "lines.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", "no faces");
+        row("index beyond the end", "index.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 9\n", "expected");
+        row("ply index beyond the end", "index.ply", squarePly().replace("4 0 1 2 3", "4 0 1 2 77"), "expected");
+        row("not a number", "nan.obj", "v 0 0 0\nv 1 0 0\nv 1 nan 0\nf 1 2 3\n", "finite");
+        row("infinite", "inf.ply", squarePly().replace("1 1 0", "1 inf 0"), "finite");
+        // What would take gigabytes, or the program down.
+        row("ply with a huge list", "list.ply", squarePly().replace("uchar", "uint").replace("4 0 1", "400000000 0 1"),
+            "list of 400000000");
+        row("binary ply with a huge list", "blist.ply", binaryPly("uint", QByteArray("\xff\xff\xff\x7f", 4)),
+            "list of 2147483647");
+        row("binary ply with many vertices", "vertices.ply",
+            binaryPly("uchar", "\4").replace("vertex 4", "vertex 400000000"), "400000000 entries of \"vertex\"");
+        row("ply with many faces", "faces.ply", squarePly().replace("face 1", "face 400000000"), "400000000 entries");
+        row("ply with many of something else", "fog.ply",
+            squarePly().replace("end_header", "element fog 400000000\nproperty uchar a\nend_header"), "\"fog\"");
+        row("obj of many groups", "groups.obj", squareObj + QByteArray("g a\n").repeated(60000), "parts");
+        row("stl of many solids", "solids.stl", squareStl() + QByteArray("solid\nendsolid\n").repeated(60000), "parts");
+        row("gltf without data", "sparse.gltf",
+            squareGltf().replace("\"bufferView\":0,\"componentType\":5126,\"count\":4",
+                                 "\"sparse\":{},\"componentType\":5126,\"count\":400000000"),
+            "400000000 vertices");
+        row("gltf, two members with one name", "twice.gltf",
+            squareGltf().replace("\"accessors\":", "\"accessors\":[],\"accessors\":"), "one name");
+        row("deep gltf", "deep.gltf", QByteArray("[").repeated(2000000), "expected GLTF");
+        row("glb with a huge chunk", "chunk.glb", QByteArray("glTF\2\0\0\0\x40\0\0\0\xf0\xff\xff\xffJSON", 20) + "{}",
+            "expected GLB");
+        // Each node has the next one twice.
+        QByteArray nodes = "\"nodes\":[";
+        for (int i = 1; i <= 40; ++i)
+            nodes += "{\"children\":[" + QByteArray::number(i) + ',' + QByteArray::number(i) + "]},";
+        row("gltf that grows", "nodes.gltf", squareGltf().replace("\"nodes\":[{\"mesh\"", nodes + "{\"mesh\""),
+            "parts");
+    }
+
+    void badMeshesAreRefused()
+    {
+        const auto [name, data, expectation] = Refusals::row();
+        const QString fileName = file(name, data);
+        QString error;
+        const qint64 before = peakMemory();
+        QVERIFY(!loadMesh(fileName, &error));
+        QVERIFY(peakMemory() - before < (qint64(256) << 20));
+        QVERIFY2(error.startsWith(QDir::toNativeSeparators(fileName) + QStringLiteral(": ")), qPrintable(error));
+        QVERIFY2(error.contains(expectation), qPrintable(error));
+    }
+
+    void progressRisesAndStops()
+    {
+        QVector<double> steps;
+        QVERIFY(loadMesh(m_large, nullptr,
+                         [&](double fraction)
+                         {
+                             steps << fraction;
+                             return true;
+                         }));
+        QVERIFY(steps.size() > 5);
+        QVERIFY(std::is_sorted(steps.begin(), steps.end()));
+        QCOMPARE(steps.last(), 1.0);
+
+        // Stopped wherever it is asked to, without an error and without a further question.
+        for (const double limit : {0.0, 0.3, 0.75, 1.0})
+        {
+            QString error = QStringLiteral("untouched");
+            int after = 0;
+            bool stopped = false;
+            const MeshPointer mesh = loadMesh(m_large, &error,
+                                              [&](double fraction)
+                                              {
+                                                  after += stopped ? 1 : 0;
+                                                  stopped = stopped || fraction >= limit;
+                                                  return !stopped;
+                                              });
+            QVERIFY(!mesh);
+            QCOMPARE(error, QString());
+            QCOMPARE(after, 0);
+        }
+    }
+
+    void loaderDeliversOnItsThread()
+    {
+        MeshLoader loader;
+        QSignalSpy loaded(&loader, &MeshLoader::loaded);
+        QSignalSpy failed(&loader, &MeshLoader::failed);
+        QVector<double> steps;
+        bool onThread = true;
+        connect(
+            &loader, &MeshLoader::progress, &loader,
+            [&](double fraction)
+            {
+                onThread = onThread && QThread::currentThread() == loader.thread();
+                steps << fraction;
+            },
+            Qt::DirectConnection);
+        loader.load(m_large);
+        QVERIFY(loader.isLoading());
+        QCOMPARE(loaded.size(), 0);
+        QTRY_COMPARE(loaded.size(), 1);
+        QVERIFY(!loader.isLoading());
+        QVERIFY(onThread);
+        QVERIFY(!steps.isEmpty() && std::is_sorted(steps.begin(), steps.end()));
+        QCOMPARE(loaded.first().first().value<MeshPointer>()->triangleCount(), 2 * 299 * 299);
+
+        const QString missing = m_directory.filePath(QStringLiteral("missing.obj"));
+        loader.load(missing);
+        QTRY_COMPARE(failed.size(), 1);
+        QVERIFY(failed.first().first().toString().contains(QStringLiteral("missing.obj")));
+        loader.load(m_directory.path());
+        QTRY_COMPARE(failed.size(), 2);
+        QVERIFY(failed.at(1).first().toString().contains(QStringLiteral("directory")));
+        QCOMPARE(loaded.size(), 1);
+    }
+
+    // A load may be cancelled, replaced by the next one, or go away with its loader.
+    void endedLoadsDeliverNothingElse()
+    {
+        auto loader = std::make_unique<MeshLoader>();
+        QSignalSpy loaded(loader.get(), &MeshLoader::loaded);
+        QSignalSpy failed(loader.get(), &MeshLoader::failed);
+        QSignalSpy cancelled(loader.get(), &MeshLoader::cancelled);
+        const auto finish = []
+        {
+            QThreadPool::globalInstance()->waitForDone();
+            QCoreApplication::processEvents();
+        };
+        loader->load(m_large);
+        loader->cancel();
+        loader->cancel();
+        QVERIFY(!loader->isLoading());
+        QCOMPARE(cancelled.size(), 0);
+        QTRY_COMPARE(cancelled.size(), 1);
+        finish();
+        QCOMPARE(loaded.size() + failed.size(), 0);
+        loader->load(m_large);
+        loader->load(file(QStringLiteral("small.obj"), squareObj));
+        QTRY_COMPARE(loaded.size(), 1);
+        finish();
+        QCOMPARE(cancelled.size(), 2);
+        QCOMPARE(loaded.first().first().value<MeshPointer>()->triangleCount(), 2);
+        loader->load(m_large);
+        loader.reset();
+        finish();
+        QCOMPARE(loaded.size(), 1);
+        QCOMPARE(cancelled.size() + failed.size(), 2);
+    }
 
 private:
-    QString file(const QString& name, const QByteArray& data);
+    QString file(const QString& name, const QByteArray& data)
+    {
+        QFile out(m_directory.filePath(name));
+        if (!out.open(QIODevice::WriteOnly) || out.write(data) != data.size())
+            qFatal("cannot write %s", qPrintable(out.fileName()));
+        return out.fileName();
+    }
 
     QTemporaryDir m_directory;
     QString m_large;
 };
-
-QString tst_MeshLoader::file(const QString& name, const QByteArray& data)
-{
-    QFile out(m_directory.filePath(name));
-    if (!out.open(QIODevice::WriteOnly) || out.write(data) != data.size())
-        qFatal("cannot write %s", qPrintable(out.fileName()));
-    return out.fileName();
-}
-
-void tst_MeshLoader::initTestCase()
-{
-    QVERIFY(m_directory.isValid());
-    m_large = file(QStringLiteral("large.obj"), largeObj());
-}
-
-void tst_MeshLoader::meshesLoad_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<QVector3D>("minimum");
-    QTest::newRow("obj") << QStringLiteral("a.obj") << squareObj << QVector3D();
-    QTest::newRow("obj, capitals and umlaut") << QString::fromUtf8("\xc3\xa4.OBJ") << squareObj << QVector3D();
-    QTest::newRow("ply") << QStringLiteral("a.ply") << squarePly() << QVector3D();
-    QTest::newRow("binary ply") << QStringLiteral("b.ply") << binaryPly("uchar", "\4") << QVector3D();
-    QTest::newRow("stl") << QStringLiteral("a.stl") << squareStl() << QVector3D();
-    QTest::newRow("gltf in a moved node") << QStringLiteral("a.gltf") << squareGltf() << QVector3D(-2, 0, 0);
-}
-
-void tst_MeshLoader::meshesLoad()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, data);
-    QFETCH(QVector3D, minimum);
-    QString error;
-    const MeshPointer mesh = loadMesh(file(name, data), &error);
-    QVERIFY2(mesh, qPrintable(error));
-    QCOMPARE(mesh->triangleCount(), 2);
-    QCOMPARE(mesh->vertices.size(), size_t(4)); // shared by the triangles, also where the file repeats them
-    QCOMPARE(mesh->minimum, minimum);
-    QCOMPARE(mesh->maximum, minimum + QVector3D(1, 1, 0));
-    for (const MeshData::Vertex& vertex : mesh->vertices)
-        QVERIFY((vertex.normal - QVector3D(0, 0, 1)).length() < 1e-5f);
-}
-
-void tst_MeshLoader::sharpEdgesStaySharp()
-{
-    // Two squares that meet at a right angle have no vertices in common; at a flat one they share two.
-    const auto bent = [this](const QByteArray& far)
-    {
-        return loadMesh(
-            file(QStringLiteral("bent.obj"), "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n" + far + "f 1 2 3 4\nf 4 3 5 6\n"),
-            nullptr);
-    };
-    const MeshPointer sharp = bent("v 1 1 -1\nv 0 1 -1\n");
-    const MeshPointer flat = bent("v 1 2 -0.1\nv 0 2 -0.1\n");
-    QVERIFY(sharp && flat);
-    QCOMPARE(sharp->vertices.size(), size_t(8));
-    QCOMPARE(flat->vertices.size(), size_t(6));
-}
-
-void tst_MeshLoader::badMeshesAreRefused_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<QString>("expectation");
-    const auto row = [](const char* title, const char* name, const QByteArray& data, const char* expectation)
-    { QTest::newRow(title) << QString::fromLatin1(name) << data << QString::fromLatin1(expectation); };
-    row("unknown kind", "bad.txt", "v 0 0 0\n", "*.obj, *.ply");
-    row("empty", "empty.obj", "", "expected");
-    row("prose", "prose.ply", "Dear reader, this is a letter.\n", "expected PLY");
-    row("binary rubbish", "rubbish.glb", QByteArray(4096, '\x9c'), "expected GLB");
-    row("broken gltf", "broken.gltf", "{ \"asset\": ", "expected GLTF");
-    row("points only", "points.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\n", "no faces");
-    row("lines only", "lines.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", "no faces");
-    row("index beyond the end", "index.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 9\n", "expected");
-    row("ply index beyond the end", "index.ply", squarePly().replace("4 0 1 2 3", "4 0 1 2 77"), "expected");
-    row("not a number", "nan.obj", "v 0 0 0\nv 1 0 0\nv 1 nan 0\nf 1 2 3\n", "finite");
-    row("infinite", "inf.ply", squarePly().replace("1 1 0", "1 inf 0"), "finite");
-    // What would take gigabytes, or the program down.
-    row("ply with a huge list", "list.ply", squarePly().replace("uchar", "uint").replace("4 0 1", "400000000 0 1"),
-        "list of 400000000");
-    row("binary ply with a huge list", "blist.ply", binaryPly("uint", QByteArray("\xff\xff\xff\x7f", 4)),
-        "list of 2147483647");
-    row("binary ply with many vertices", "vertices.ply",
-        binaryPly("uchar", "\4").replace("vertex 4", "vertex 400000000"), "400000000 entries of \"vertex\"");
-    row("ply with many faces", "faces.ply", squarePly().replace("face 1", "face 400000000"), "400000000 entries");
-    row("ply with many of something else", "fog.ply",
-        squarePly().replace("end_header", "element fog 400000000\nproperty uchar a\nend_header"), "\"fog\"");
-    row("obj of many groups", "groups.obj", squareObj + QByteArray("g a\n").repeated(60000), "parts");
-    row("stl of many solids", "solids.stl", squareStl() + QByteArray("solid\nendsolid\n").repeated(60000), "parts");
-    row("gltf without data", "sparse.gltf",
-        squareGltf().replace("\"bufferView\":0,\"componentType\":5126,\"count\":4",
-                             "\"sparse\":{},\"componentType\":5126,\"count\":400000000"),
-        "400000000 vertices");
-    row("gltf, two members with one name", "twice.gltf",
-        squareGltf().replace("\"accessors\":", "\"accessors\":[],\"accessors\":"), "one name");
-    row("deep gltf", "deep.gltf", QByteArray("[").repeated(2000000), "expected GLTF");
-    row("glb with a huge chunk", "chunk.glb", QByteArray("glTF\2\0\0\0\x40\0\0\0\xf0\xff\xff\xffJSON", 20) + "{}",
-        "expected GLB");
-    // Each node has the next one twice.
-    QByteArray nodes = "\"nodes\":[";
-    for (int i = 1; i <= 40; ++i)
-        nodes += "{\"children\":[" + QByteArray::number(i) + ',' + QByteArray::number(i) + "]},";
-    row("gltf that grows", "nodes.gltf", squareGltf().replace("\"nodes\":[{\"mesh\"", nodes + "{\"mesh\""), "parts");
-}
-
-void tst_MeshLoader::badMeshesAreRefused()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, data);
-    QFETCH(QString, expectation);
-    const QString fileName = file(name, data);
-    QString error;
-    const qint64 before = peakMemory();
-    QVERIFY(!loadMesh(fileName, &error));
-    QVERIFY(peakMemory() - before < (qint64(256) << 20));
-    QVERIFY2(error.startsWith(QDir::toNativeSeparators(fileName) + QStringLiteral(": ")), qPrintable(error));
-    QVERIFY2(error.contains(expectation), qPrintable(error));
-}
-
-void tst_MeshLoader::progressRisesAndStops()
-{
-    QVector<double> steps;
-    QVERIFY(loadMesh(m_large, nullptr,
-                     [&](double fraction)
-                     {
-                         steps << fraction;
-                         return true;
-                     }));
-    QVERIFY(steps.size() > 5);
-    QVERIFY(std::is_sorted(steps.begin(), steps.end()));
-    QCOMPARE(steps.last(), 1.0);
-
-    // Stopped wherever it is asked to, without an error and without a further question.
-    for (const double limit : {0.0, 0.3, 0.75, 1.0})
-    {
-        QString error = QStringLiteral("untouched");
-        int after = 0;
-        bool stopped = false;
-        const MeshPointer mesh = loadMesh(m_large, &error,
-                                          [&](double fraction)
-                                          {
-                                              after += stopped ? 1 : 0;
-                                              stopped = stopped || fraction >= limit;
-                                              return !stopped;
-                                          });
-        QVERIFY(!mesh);
-        QCOMPARE(error, QString());
-        QCOMPARE(after, 0);
-    }
-}
-
-void tst_MeshLoader::loaderDeliversOnItsThread()
-{
-    MeshLoader loader;
-    QSignalSpy loaded(&loader, &MeshLoader::loaded);
-    QSignalSpy failed(&loader, &MeshLoader::failed);
-    QVector<double> steps;
-    bool onThread = true;
-    connect(
-        &loader, &MeshLoader::progress, &loader,
-        [&](double fraction)
-        {
-            onThread = onThread && QThread::currentThread() == loader.thread();
-            steps << fraction;
-        },
-        Qt::DirectConnection);
-    loader.load(m_large);
-    QVERIFY(loader.isLoading());
-    QCOMPARE(loaded.size(), 0);
-    QTRY_COMPARE(loaded.size(), 1);
-    QVERIFY(!loader.isLoading());
-    QVERIFY(onThread);
-    QVERIFY(!steps.isEmpty() && std::is_sorted(steps.begin(), steps.end()));
-    QCOMPARE(loaded.first().first().value<MeshPointer>()->triangleCount(), 2 * 299 * 299);
-
-    const QString missing = m_directory.filePath(QStringLiteral("missing.obj"));
-    loader.load(missing);
-    QTRY_COMPARE(failed.size(), 1);
-    QVERIFY(failed.first().first().toString().contains(QStringLiteral("missing.obj")));
-    loader.load(m_directory.path());
-    QTRY_COMPARE(failed.size(), 2);
-    QVERIFY(failed.at(1).first().toString().contains(QStringLiteral("directory")));
-    QCOMPARE(loaded.size(), 1);
-}
-
-void tst_MeshLoader::cancelledLoadDeliversNothingElse()
-{
-    MeshLoader loader;
-    QSignalSpy loaded(&loader, &MeshLoader::loaded);
-    QSignalSpy failed(&loader, &MeshLoader::failed);
-    QSignalSpy cancelled(&loader, &MeshLoader::cancelled);
-    loader.load(m_large);
-    loader.cancel();
-    loader.cancel();
-    QVERIFY(!loader.isLoading());
-    QCOMPARE(cancelled.size(), 0);
-    QTRY_COMPARE(cancelled.size(), 1);
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
-    QCOMPARE(loaded.size() + failed.size(), 0);
-    QCOMPARE(cancelled.size(), 1);
-}
-
-void tst_MeshLoader::nextLoadReplacesTheOneUnderWay()
-{
-    MeshLoader loader;
-    QSignalSpy loaded(&loader, &MeshLoader::loaded);
-    QSignalSpy cancelled(&loader, &MeshLoader::cancelled);
-    loader.load(m_large);
-    loader.load(file(QStringLiteral("small.obj"), squareObj));
-    QTRY_COMPARE(loaded.size(), 1);
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
-    QCOMPARE(cancelled.size(), 1);
-    QCOMPARE(loaded.size(), 1);
-    QCOMPARE(loaded.first().first().value<MeshPointer>()->triangleCount(), 2);
-}
-
-void tst_MeshLoader::loaderCanGoAwayDuringALoad()
-{
-    bool heard = false;
-    {
-        MeshLoader loader;
-        connect(&loader, &MeshLoader::loaded, this, [&] { heard = true; });
-        loader.load(m_large);
-    }
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
-    QVERIFY(!heard);
-}
 
 QTEST_GUILESS_MAIN(tst_MeshLoader)
 #include "tst_meshloader.moc"
