@@ -21,7 +21,11 @@
 namespace hostsupport
 {
 using Create = QWidget* (*)();
+}
+Q_DECLARE_METATYPE(hostsupport::Create)
 
+namespace hostsupport
+{
 template <typename Widget>
 QWidget* create()
 {
@@ -66,6 +70,57 @@ inline void showActive(QWidget& window)
     QVERIFY(QTest::qWaitForWindowActive(&window));
 }
 
+//! The editor of the row that addKinds() made, in its window, which shows it once the test says so.
+struct Hosted
+{
+    static QWidget* make(const char* column)
+    {
+        return (*static_cast<Create*>(QTest::qData(column, qMetaTypeId<Create>())))();
+    }
+    Hosted() { (new QVBoxLayout(window.get()))->addWidget(editor); }
+    const std::unique_ptr<QWidget> window{make("window")};
+    QWidget* const editor = make("editor");
+    const QVector<QLineEdit*> fields = fieldsOf(*editor);
+};
+
+inline void setTitle(QWidget* editor, const QString& title)
+{
+    editor->setProperty(qobject_cast<QColourEdit*>(editor) ? "label" : "title", title);
+}
+
+//! Sets a value whose text does not say all of it, in a field that was written since it was last left. Each kind of
+//! editor takes what is for it.
+inline void setOddValue(QWidget* editor)
+{
+    constexpr double third = 1.0 / 3.0;
+    const QPair<const char*, QVariant> properties[] = {{"enums", QStringList{"none", "some", "all"}},
+                                                       {"maximum", 3},
+                                                       {"value", 2 + third},
+                                                       {"value", QVector3D(float(third), 0, 0)},
+                                                       {"filename", "deep/mesh.obj"}};
+    for (const auto& [name, value] : properties)
+        if (editor->metaObject()->indexOfProperty(name) >= 0)
+            editor->setProperty(name, value);
+    QLineEdit* field = fieldsOf(*editor).first();
+    field->setText(field->text());
+    if (auto* colour = qobject_cast<QColourEdit*>(editor))
+    {
+        colour->setColour(third, third, third, third);
+        field->setText("0.333333");
+    }
+}
+
+//! The editor's value, to be compared exactly.
+inline QByteArray bitsOf(const QWidget* editor)
+{
+    if (const auto* colour = qobject_cast<const QColourEdit*>(editor))
+        return {reinterpret_cast<const char*>(colour->colour()), 4 * sizeof(double)};
+    QByteArray bits;
+    QDataStream stream(&bits, QIODevice::WriteOnly);
+    stream << editor->property("value") << editor->property("filename");
+    return bits;
+}
+
 //! A panel with sections: addSection() and then addRow() fill it, show() it yourself.
 struct Panel
 {
@@ -95,10 +150,7 @@ struct Panel
     static Editor* addRow(QAccordion* section, const QString& title)
     {
         auto* editor = new Editor;
-        if constexpr (std::is_same_v<Editor, QColourEdit>)
-            editor->setLabel(title);
-        else
-            editor->setTitle(title);
+        setTitle(editor, title);
         contentsOf(section)->layout()->addWidget(editor);
         return editor;
     }
@@ -108,5 +160,3 @@ struct Panel
     QWidget* column = nullptr;
 };
 } // namespace hostsupport
-
-Q_DECLARE_METATYPE(hostsupport::Create)

@@ -32,11 +32,6 @@ QString nameOf(QObject* object)
     return ask(object)->text(QAccessible::Name);
 }
 
-void setTitle(QWidget* editor, const QString& title)
-{
-    editor->setProperty(editor->metaObject()->indexOfProperty("title") < 0 ? "label" : "title", title);
-}
-
 // What a tool reads when it walks through the tree.
 QStringList focusableNames(QAccessibleInterface* root)
 {
@@ -85,14 +80,11 @@ private Q_SLOTS:
     void everythingHasAName_data() { hostsupport::addKinds(); }
     void everythingHasAName()
     {
-        QFETCH(hostsupport::Create, window);
-        QFETCH(hostsupport::Create, editor);
-        const std::unique_ptr<QWidget> top(window());
-        QWidget* row = editor();
-        (new QVBoxLayout(top.get()))->addWidget(row);
+        const hostsupport::Hosted hosted;
+        QWidget* row = hosted.editor;
         row->setProperty("showButtons", true);
-        setTitle(row, "Roughness");
-        hostsupport::showActive(*top);
+        hostsupport::setTitle(row, "Roughness");
+        hostsupport::showActive(*hosted.window);
         const QStringList without = focusableNames(ask(row));
         QVERIFY(!without.isEmpty() && without.filter("Roughness").isEmpty());
         for (int round = 0; round < 2; ++round)
@@ -100,7 +92,7 @@ private Q_SLOTS:
             const Installed installed;
             for (const QString title : {"Roughness", "50%1 & <more>"})
             {
-                setTitle(row, title);
+                hostsupport::setTitle(row, title);
                 const QStringList with = focusableNames(ask(row));
                 QCOMPARE(with.size(), without.size());
                 QCOMPARE(with.filter(title + ", ").size(), with.size());

@@ -60,30 +60,17 @@ struct Scene
     void type(const QString& text) const
     {
         field->setFocus(Qt::TabFocusReason);
-        field->selectAll();
-        QTest::keyClick(field, Qt::Key_Delete);
-        QTest::keyClicks(field, text);
+        typeText(field, text);
     }
     QVariant value() const
     {
         const auto* colour = qobject_cast<QColourEdit*>(editor);
         return colour ? colour->colour()[0] : editor->property(qobject_cast<QFileEdit*>(editor) ? "filename" : "value");
     }
-    // One whose text does not say all of it, in a field that was written since it was last left. Each kind of editor
-    // takes what is for it.
-    QVariant setOddValue() const
+    QByteArray setOddValue() const
     {
-        editor->setProperty("enums", QStringList{"none", "some", "all"});
-        editor->setProperty("maximum", 2);
-        editor->setProperty("value", 1 + third);
-        editor->setProperty("value", QVector3D(float(third), 0, 0));
-        field->setText(field->text());
-        if (auto* colour = qobject_cast<QColourEdit*>(editor))
-        {
-            colour->setColour(third, third, third, third);
-            field->setText("0.333333");
-        }
-        return value();
+        hostsupport::setOddValue(editor);
+        return bitsOf(editor);
     }
     const std::unique_ptr<QWidget> window;
     QWidget* const editor;
@@ -92,6 +79,8 @@ struct Scene
     QPushButton* const button = new QPushButton("OK");
     std::unique_ptr<EditorInput> input;
 };
+
+using Texts = Table<Create, QString, QVariant, QString>; // editor, typed, value (none if refused), shown
 
 void wheel(QWidget* widget, Qt::ScrollPhase phase)
 {
@@ -127,7 +116,7 @@ private Q_SLOTS:
             const Scene scene(window, editor, isControl);
             const bool isDialog = qobject_cast<QDialog*>(scene.window.get());
             const bool isText = scene.editor->metaObject()->indexOfProperty("readOnly") >= 0;
-            QVariant before = scene.setOddValue();
+            QByteArray before = scene.setOddValue();
             for (QWidget* part : scene.editor->findChildren<QWidget*>())
             {
                 for (const Qt::ScrollPhase phase : {Qt::NoScrollPhase, Qt::ScrollBegin, Qt::ScrollUpdate})
@@ -138,7 +127,7 @@ private Q_SLOTS:
                     wheel(part, Qt::ScrollEnd);
                 }
             }
-            QCOMPARE(scene.value(), before);
+            QCOMPARE(bitsOf(scene.editor), before);
 
             QSignalSpy changes(scene.editor, SIGNAL(valueChanged()));
             for (const int way : {0, 1, 2, 3})
@@ -151,7 +140,7 @@ private Q_SLOTS:
                         QTest::keyClick(scene.field, key);
                 leave(scene, way);
                 QCOMPARE(changes.isEmpty(), !isControl);
-                QCOMPARE(scene.value() == before, !isControl || isText);
+                QCOMPARE(bitsOf(scene.editor) == before, !isControl || isText);
                 changes.clear();
             }
             // Another window gets what was typed, but half an expression may still be finished.
@@ -173,7 +162,7 @@ private Q_SLOTS:
                 QTest::keyClick(scene.field, key);
                 const bool restores = !isControl && key == Qt::Key_Escape;
                 QCOMPARE(scene.field->text() == shown, restores);
-                QVERIFY(isControl || (scene.value() == before) == restores);
+                QVERIFY(isControl || (bitsOf(scene.editor) == before) == restores);
                 QCOMPARE(scene.window->isVisible(), !(isControl && isDialog && key == Qt::Key_Escape));
                 QCOMPARE(presses.size(), isControl && isDialog && key == Qt::Key_Return ? 1 : 0);
             }
@@ -185,10 +174,7 @@ private Q_SLOTS:
 
     void textsBecomeValues_data()
     {
-        QTest::addColumn<Create>("editor");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QVariant>("value"); // invalid: the text is no value
-        QTest::addColumn<QString>("shown");
+        Texts::addColumns();
         const auto add = [](Create editor, const char* typed, const QVariant& value, const char* shown)
         { QTest::newRow(typed) << editor << QString(typed) << value << QString(shown); };
         const Create slider = []() -> QWidget*
@@ -230,10 +216,7 @@ private Q_SLOTS:
     }
     void textsBecomeValues()
     {
-        QFETCH(Create, editor);
-        QFETCH(QString, typed);
-        QFETCH(QVariant, value);
-        QFETCH(QString, shown);
+        const auto [editor, typed, value, shown] = Texts::row();
         for (const Qt::Key leave : {Qt::Key_Tab, Qt::Key_Return})
         {
             const Scene scene(create<QDialog>, editor);

@@ -37,9 +37,7 @@ void type(const QWidget* editor, const char* text)
 {
     QLineEdit* field = fieldsOf(*editor).first();
     field->setFocus();
-    field->selectAll();
-    QTest::keyClicks(field, QLatin1String(text));
-    QTest::keyClick(field, Qt::Key_Return);
+    commitText(field, text);
 }
 
 class PercentEdit : public QSliderEdit
@@ -68,35 +66,7 @@ Q_SIGNALS:
     void valueChanged();
 };
 
-// A third, which no field shows all digits of; the last of three names.
-void setThird(QWidget* editor)
-{
-    if (auto* colour = qobject_cast<QColourEdit*>(editor))
-    {
-        colour->setColour(1.0 / 3.0, 0.5, 0.75, 1.0);
-        fieldsOf(*editor).first()->setText(QStringLiteral("0.333333"));
-        return;
-    }
-    QVariant third = 1.0 / 3.0;
-    if (auto* names = qobject_cast<QIntSliderEdit*>(editor))
-    {
-        names->setEnums({"None", "Some", "All"});
-        third = 2;
-    }
-    else if (qobject_cast<QVectorEdit*>(editor))
-        third = QVector3D(1.0f / 3.0f, 2.0f, 3.0f);
-    editor->setProperty(qobject_cast<QFileEdit*>(editor) ? "filename" : "value", third);
-}
-
-QByteArray bitsOf(const QWidget* editor)
-{
-    if (const auto* colour = qobject_cast<const QColourEdit*>(editor))
-        return {reinterpret_cast<const char*>(colour->colour()), 4 * sizeof(double)};
-    QByteArray bits;
-    QDataStream stream(&bits, QIODevice::WriteOnly);
-    stream << editor->property("value") << editor->property("filename");
-    return bits;
-}
+using Presses = Table<bool, bool>; // live, with the middle button
 
 // A number at 50 of 100 in a window that is followed.
 struct Scene
@@ -129,8 +99,7 @@ class tst_EditorUndo : public WatchedTest
 private Q_SLOTS:
     void pressIsOneStep_data()
     {
-        QTest::addColumn<bool>("live");
-        QTest::addColumn<bool>("middle");
+        Presses::addColumns();
         for (const bool live : {true, false})
             for (const bool middle : {true, false})
                 QTest::addRow("live %d, middle button %d", live, middle) << live << middle;
@@ -138,8 +107,7 @@ private Q_SLOTS:
 
     void pressIsOneStep()
     {
-        QFETCH(bool, live);
-        QFETCH(bool, middle);
+        const auto [live, middle] = Presses::row();
         Scene s;
         s.number->setLiveUpdate(live);
         const QSignalSpy edited(s.undo, &EditorUndo::edited);
@@ -220,49 +188,44 @@ private Q_SLOTS:
 
     void typedIsOneStepAndUntouchedNone()
     {
-        QFETCH(Create, window);
-        QFETCH(Create, editor);
-        const std::unique_ptr<QWidget> root(window());
-        QWidget* edited = editor();
+        const Hosted hosted;
+        QWidget* edited = hosted.editor;
         auto* other = new QLineEdit;
-        auto* rows = new QVBoxLayout(root.get());
-        rows->addWidget(edited);
-        rows->addWidget(other);
+        hosted.window->layout()->addWidget(other);
         const bool isText = qobject_cast<QLabelEdit*>(edited) || qobject_cast<QFileEdit*>(edited);
         QUndoStack stack;
         EditorUndo undo(&stack);
-        const auto visit = [edited, other]
+        const auto visit = [edited, other, field = hosted.fields.first()]
         {
-            setThird(edited);
-            QLineEdit* field = fieldsOf(*edited).first();
+            setOddValue(edited);
             field->setFocus();
             QTest::keyClick(field, Qt::Key_Return);
             other->setFocus();
             field->setFocus(); // armed again if its text was set
             other->setFocus();
         };
-        setThird(edited);
-        const QByteArray third = bitsOf(edited);
-        showActive(*root);
+        setOddValue(edited);
+        const QByteArray odd = bitsOf(edited);
+        showActive(*hosted.window);
         visit();
-        QCOMPARE(bitsOf(edited) == third, isText); // the trap
-        undo.follow(root.get());
+        QCOMPARE(bitsOf(edited) == odd, isText); // the trap
+        undo.follow(hosted.window.get());
         undo.setKeepsUntouched(false);
         visit();
         QCOMPARE(stack.count(), isText ? 0 : 1);
         undo.setKeepsUntouched(true);
         stack.clear();
         visit();
-        QCOMPARE(bitsOf(edited), third);
+        QCOMPARE(bitsOf(edited), odd);
         QCOMPARE(stack.count(), 0);
 
         type(edited, "1");
         const QByteArray typed = bitsOf(edited);
-        QVERIFY(typed != third);
+        QVERIFY(typed != odd);
         QCOMPARE(stack.count(), 1);
         const QSignalSpy changed(edited, SIGNAL(valueChanged()));
         stack.undo();
-        QCOMPARE(bitsOf(edited), third);
+        QCOMPARE(bitsOf(edited), odd);
         stack.redo();
         QCOMPARE(bitsOf(edited), typed);
         QCOMPARE(changed.count(), 0);
