@@ -44,24 +44,20 @@ private Q_SLOTS:
 
     void choosesLiveInOneStep()
     {
-        QFETCH(Create, window);
-        QFETCH(Create, editor);
         QFETCH(bool, accept);
-        const std::unique_ptr<QWidget> root(window());
-        QWidget* edited = editor();
+        const Hosted hosted;
+        const QVector<QLineEdit*> fields = hosted.fields;
+        QWidget* edited = hosted.editor;
         edited->setWindowTitle(QStringLiteral("Glow"));
-        (new QVBoxLayout(root.get()))->addWidget(edited);
         auto* button = ColourButton::addTo(edited);
         QCOMPARE(button->accessibleName(), QStringLiteral("Glow, colour"));
         QUndoStack stack;
         EditorUndo undo(&stack);
-        undo.follow(root.get());
-        showActive(*root);
+        undo.follow(hosted.window.get());
+        showActive(*hosted.window);
         // A step that was undone can be redone until something comes of the dialog.
-        const QVector<QLineEdit*> fields = fieldsOf(*edited);
         fields.first()->setFocus();
-        QTest::keyClick(fields.first(), Qt::Key_1);
-        QTest::keyClick(fields.first(), Qt::Key_Return);
+        commitText(fields.first(), "1");
         stack.undo();
         edited->setProperty("value", QVector3D(1.0f / 3.0f, 0.5f, 2.5f)); // brighter than a screen
         if (auto* colourEdit = qobject_cast<QColourEdit*>(edited))

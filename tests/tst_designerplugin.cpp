@@ -1,13 +1,13 @@
 #include "testsupport.h"
 #include "ui_LightForm.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QLibrary>
 #include <QtCore/QPluginLoader>
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QXmlStreamReader>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 #include <QtUiTools/QUiLoader>
@@ -40,43 +40,6 @@ QStringList namesOf(QObject* root)
     for (const Interface* entry : interfaces)
         names.append(entry->name());
     return names;
-}
-
-// An element as name, attributes and contents; whitespace between elements does not count.
-QString outline(QXmlStreamReader& xml)
-{
-    QString result = xml.name().toString();
-    const QXmlStreamAttributes attributes = xml.attributes();
-    for (const QXmlStreamAttribute& attribute : attributes)
-        result += QStringLiteral(" %1=%2").arg(attribute.name(), attribute.value());
-    result += QLatin1Char('{');
-    while (!xml.atEnd() && xml.readNext() != QXmlStreamReader::EndElement)
-    {
-        if (xml.isStartElement())
-            result += outline(xml);
-        else if (xml.isCharacters())
-            result += xml.text().trimmed();
-    }
-    return result + QLatin1Char('}');
-}
-
-QString geometry(int width, int height)
-{
-    return QStringLiteral("property name=geometry{rect{x{0}y{0}width{%1}height{%2}}}").arg(width).arg(height);
-}
-
-QString texts(const QString& toolTip, const QString& whatsThis)
-{
-    return QStringLiteral("property name=toolTip{string{%1}}property name=whatsThis{string{%2}}")
-        .arg(toolTip, whatsThis);
-}
-
-QString column(const QString& name)
-{
-    QString result = QStringLiteral("layout class=QVBoxLayout name=%1{").arg(name);
-    for (const char* property : {"spacing", "leftMargin", "topMargin", "rightMargin", "bottomMargin"})
-        result += QStringLiteral("property name=%1{number{2}}").arg(QLatin1String(property));
-    return result + QLatin1Char('}');
 }
 
 QStringList outputLines(const QString& program, const QStringList& arguments)
@@ -160,6 +123,7 @@ private Q_SLOTS:
         QCOMPARE(namesOf(entry()), widgetNames());
     }
 
+    // Both casts, by the interface's name and by its identifier, for each; the parts are the ones that are listed.
     void castsByName()
     {
         QObject* root = m_loader.instance();
@@ -169,8 +133,6 @@ private Q_SLOTS:
         QCOMPARE(root->qt_metacast("WidgetCollection"), static_cast<void*>(root));
         QCOMPARE(root->qt_metacast("QDesignerCustomWidgetCollectionInterface"), static_cast<void*>(collection));
         QCOMPARE(root->qt_metacast("QDesignerCustomWidgetInterface"), nullptr);
-
-        // Both casts, by the interface's name and by its identifier, for each; the parts are the ones that are listed.
         const QList<Interface*> interfaces = collection->customWidgets();
         for (int i = 0; i < interfaces.size(); ++i)
         {
@@ -185,93 +147,84 @@ private Q_SLOTS:
         }
     }
 
-    void describesWidget_data()
+    void describesWidgets()
     {
-        QTest::addColumn<int>("index");
-        for (int i = 0; i < widgetNames().size(); ++i)
-            QTest::newRow(qPrintable(widgetNames().at(i))) << i;
-    }
-
-    void describesWidget()
-    {
-        QFETCH(int, index);
-        const QString name = widgetNames().at(index);
         // A collection of its own, whose flags nobody has set yet.
         delete m_loader.instance();
-        Interface* entry = qobject_cast<Collection*>(m_loader.instance())->customWidgets().at(index);
-
-        QCOMPARE(entry->group(), QStringLiteral("Orvek"));
-        QCOMPARE(entry->includeFile(), QStringLiteral("Orvek/PlugIns/Qt/OrvekQtWidgets/%1.h").arg(name));
-        QVERIFY(QFile::exists(QStringLiteral(ORVEK_SOURCE_DIRECTORY "/") + entry->includeFile()));
-        QCOMPARE(entry->toolTip() + entry->whatsThis() + entry->codeTemplate(), QString());
-        QVERIFY(entry->icon().isNull());
-        QCOMPARE(entry->isContainer(), name == QLatin1String("QPropertyPanel") || name == QLatin1String("QAccordion"));
-
-        QVERIFY(!entry->isInitialized());
-        entry->initialize(nullptr);
-        QVERIFY(entry->isInitialized());
-        entry->initialize(nullptr);
-        QVERIFY(entry->isInitialized());
-
-        QWidget parent;
-        const QWidget* inside = entry->createWidget(&parent);
-        const std::unique_ptr<QWidget> free(entry->createWidget(nullptr));
-        QCOMPARE(inside->parentWidget(), &parent);
-        QVERIFY(free->isWindow());
-        for (const QWidget* widget : {inside, const_cast<const QWidget*>(free.get())})
-            QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), name);
+        const QList<Interface*> interfaces = qobject_cast<Collection*>(m_loader.instance())->customWidgets();
+        for (Interface* entry : interfaces)
+        {
+            const QString name = entry->name();
+            QCOMPARE(entry->group(), QStringLiteral("Orvek"));
+            QCOMPARE(entry->includeFile(), QStringLiteral("Orvek/PlugIns/Qt/OrvekQtWidgets/%1.h").arg(name));
+            QVERIFY(QFile::exists(QStringLiteral(ORVEK_SOURCE_DIRECTORY "/") + entry->includeFile()));
+            QCOMPARE(entry->toolTip() + entry->whatsThis() + entry->codeTemplate(), QString());
+            QVERIFY(entry->icon().isNull());
+            QCOMPARE(entry->isContainer(), name == "QPropertyPanel" || name == "QAccordion");
+            QVERIFY(!entry->isInitialized());
+            for (int i = 0; i < 2; ++i)
+            {
+                entry->initialize(nullptr);
+                QVERIFY(entry->isInitialized());
+            }
+            QWidget parent;
+            const QWidget* inside = entry->createWidget(&parent);
+            const std::unique_ptr<const QWidget> free(entry->createWidget(nullptr));
+            QCOMPARE(inside->parentWidget(), &parent);
+            QVERIFY(free->isWindow());
+            for (const QWidget* widget : {inside, free.get()})
+                QCOMPARE(QString(widget->metaObject()->className()), name);
+        }
     }
 
-    void snippet_data()
+    // What Designer makes of the snippets.
+    void snippetsBuildWidgets()
     {
-        QTest::addColumn<QString>("objectName");
-        QTest::addColumn<QString>("contents");
-        const QString row = geometry(100, 24) + texts(QString(), QStringLiteral("."));
-        QTest::newRow("QSliderEdit") << "sliderEdit" << row;
-        QTest::newRow("QIntSliderEdit") << "intSliderEdit" << row;
-        QTest::newRow("QLabelEdit") << "labelEdit" << row;
-        QTest::newRow("QVectorEdit") << "VectorEdit" << row;
-        QTest::newRow("QFileEdit") << "FileEdit" << row;
-        QTest::newRow("QRenderWidget") << "RenderWidget"
-                                       << geometry(120, 100) + texts(QStringLiteral("A rendering view for any API"),
-                                                                     QStringLiteral("The Rendering Widget."));
-        QTest::newRow("QAccordion") << "accordion"
-                                    << row + QStringLiteral("widget class=QWidget name=contentsWidget native=true{%1}")
-                                                 .arg(column(QStringLiteral("accContentsVLayout")));
-        QTest::newRow("QPropertyPanel")
-            << "PropertyPanel"
-            << geometry(372, 474) +
-                   QStringLiteral("property name=minimumSize{size{width{0}height{48}}}"
-                                  "property name=windowTitle{string{QPropertyPanel}}"
-                                  "widget class=QScrollArea name=scrollArea{"
-                                  "property name=verticalScrollBarPolicy{enum{Qt::ScrollBarAlwaysOn}}"
-                                  "property name=horizontalScrollBarPolicy{enum{Qt::ScrollBarAlwaysOff}}"
-                                  "property name=sizeAdjustPolicy{enum{QAbstractScrollArea::AdjustIgnored}}"
-                                  "property name=widgetResizable{bool{true}}"
-                                  "widget class=QWidget name=scrollAreaWidgetContents{%1%2}}")
-                       .arg(geometry(349, 446), column(QStringLiteral("verticalLayout_3")));
-    }
-
-    void snippet()
-    {
-        QFETCH(QString, objectName);
-        QFETCH(QString, contents);
-        const QString name = QString::fromLatin1(QTest::currentDataTag());
-        const auto* collection = qobject_cast<Collection*>(m_loader.instance());
-        const QString text = collection->customWidgets().at(widgetNames().indexOf(name))->domXml();
-
-        QXmlStreamReader xml(text);
-        QVERIFY(xml.readNextStartElement());
-        QCOMPARE(outline(xml),
-                 QStringLiteral("ui language=c++{widget class=%1 name=%2{%3}}").arg(name, objectName, contents));
-        while (!xml.atEnd())
-            xml.readNext();
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-
-        QVERIFY(text.endsWith(QLatin1Char('\n')));
-        const QStringList lines = text.split(QLatin1Char('\n'));
-        for (const QString& line : lines)
-            QVERIFY2(line.count(QRegularExpression(QStringLiteral("<\\w"))) <= 1, qPrintable(line));
+        const QString editor = "%1 100x24 '' '.'";
+        const QStringList expected{editor.arg("sliderEdit"),
+                                   editor.arg("intSliderEdit"),
+                                   editor.arg("labelEdit"),
+                                   editor.arg("VectorEdit"),
+                                   editor.arg("FileEdit"),
+                                   "PropertyPanel 372x474 '' '' verticalLayout_3 in scrollAreaWidgetContents",
+                                   editor.arg("accordion") + " accContentsVLayout in contentsWidget",
+                                   "RenderWidget 120x100 'A rendering view for any API' 'The Rendering Widget.'"};
+        QUiLoader loader;
+        loader.addPluginPath(PluginDirectory);
+        const QList<Interface*> interfaces = qobject_cast<Collection*>(m_loader.instance())->customWidgets();
+        for (int i = 0; i < interfaces.size(); ++i)
+        {
+            QByteArray text = interfaces.at(i)->domXml().toUtf8();
+            QVERIFY(text.startsWith("<ui language=\"c++\">\n") && text.endsWith('\n'));
+            for (const QByteArray& line : text.split('\n'))
+                QVERIFY2(QString(line).count(QRegularExpression("<\\w")) <= 1, line.constData());
+            const auto size = QRegularExpression("<width>(\\d+)</width>\\s*<height>(\\d+)").match(text);
+            QBuffer buffer(&text);
+            const std::unique_ptr<QWidget> widget(loader.load(&buffer));
+            QVERIFY2(widget, qPrintable(loader.errorString()));
+            QCOMPARE(QString(widget->metaObject()->className()), widgetNames().at(i));
+            QString built = QString("%1 %2x%3 '%4' '%5'")
+                                .arg(widget->objectName(), size.captured(1), size.captured(2), widget->toolTip(),
+                                     widget->whatsThis());
+            const QRegularExpression columns("accContentsVLayout|verticalLayout_3");
+            for (const auto* column : widget->findChildren<QVBoxLayout*>(columns))
+            {
+                built += QString(" %1 in %2").arg(column->objectName(), column->parentWidget()->objectName());
+                QCOMPARE(column->contentsMargins(), QMargins(2, 2, 2, 2));
+                QCOMPARE(column->spacing(), 2);
+            }
+            QCOMPARE(built, expected.at(i));
+            if (const auto* area = widget->findChild<QScrollArea*>("scrollArea"))
+            {
+                QVERIFY(area->isAncestorOf(child<QWidget>(*widget, "scrollAreaWidgetContents")));
+                QCOMPARE(widget->minimumSize(), QSize(0, 48));
+                QCOMPARE(widget->windowTitle(), QString("QPropertyPanel"));
+                QCOMPARE(area->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOn);
+                QCOMPARE(area->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+                QCOMPARE(area->sizeAdjustPolicy(), QAbstractScrollArea::AdjustIgnored);
+                QVERIFY(area->widgetResizable());
+            }
+        }
     }
 
     void formWorks_data()
