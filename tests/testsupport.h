@@ -57,10 +57,9 @@ public:
     WarningWatch()
     {
         count() = 0;
-        m_previous = qInstallMessageHandler(&WarningWatch::handle);
-        previous() = m_previous;
+        previous() = qInstallMessageHandler(&WarningWatch::handle);
     }
-    ~WarningWatch() { qInstallMessageHandler(m_previous); }
+    ~WarningWatch() { qInstallMessageHandler(previous()); }
     static int& count()
     {
         static int value = 0;
@@ -68,6 +67,7 @@ public:
     }
 
 private:
+    Q_DISABLE_COPY(WarningWatch)
     static QtMessageHandler& previous()
     {
         static QtMessageHandler handler = nullptr;
@@ -77,12 +77,10 @@ private:
     {
         const bool aboutPlatform = message.startsWith(QLatin1String("This plugin does not support ")) ||
                                    QLatin1String(context.category).startsWith(QLatin1String("qt.qpa."));
-        if ((type == QtWarningMsg || type == QtCriticalMsg) && !aboutPlatform)
-            ++count();
+        count() += (type == QtWarningMsg || type == QtCriticalMsg) && !aboutPlatform ? 1 : 0;
         if (previous())
             previous()(type, context, message);
     }
-    QtMessageHandler m_previous = nullptr;
 };
 
 // A test whose functions fail where Qt warned during one.

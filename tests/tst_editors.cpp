@@ -419,109 +419,11 @@ private Q_SLOTS:
         QVERIFY(!edit.showAlpha());
     }
 
-    void labelReset()
+    // A text's editor and a file's, which announces the start of each edit as well.
+    void textsAndFileNames()
     {
-        QLabelEdit edit;
-        auto* reset = child<QPushButton>(edit, "reset");
-        auto* field = child<QLineEdit>(edit, "lineEdit");
-        QStringList log;
-        connect(&edit, &QLabelEdit::startedEdit, this, [&] { log << "started"; });
-        connect(&edit, &QLabelEdit::valueChanged, this, [&] { log << edit.value(); });
-        QVERIFY(reset->isEnabled()); // though there is nothing to reset
-        QTest::mouseClick(reset, Qt::LeftButton);
-        QVERIFY(!reset->isEnabled());
-        commitText(field, " Abc ");
-        QVERIFY(!reset->isEnabled()); // typing leaves it as it was
-        QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(log, (QStringList{"", " Abc ", " Abc "}));
-
-        edit.blockSignals(true);
-        edit.setValue("Abc");
-        QVERIFY(!edit.signalsBlocked());
-        QVERIFY(reset->isEnabled());
-        edit.setShowDefaultButton(false);
-        QVERIFY(!reset->isEnabled());
-        edit.setDefaultValue("abc");
-        QVERIFY(edit.showDefaultButton() && reset->isEnabled());
-        edit.setDefaultValue("Abc");
-        QVERIFY(!reset->isEnabled());
-        edit.setDefaultValue("other");
-        commitText(field, "other");
-        QVERIFY(reset->isEnabled());
-        log.clear();
-        QTest::mouseClick(reset, Qt::LeftButton);
-        QCOMPARE(log, QStringList{"other"});
-        QCOMPARE(field->text(), QString("other"));
-    }
-
-    void labelReadOnly()
-    {
-        QLabelEdit edit;
-        auto* field = child<QLineEdit>(edit, "lineEdit");
-        QSignalSpy changed(&edit, &QLabelEdit::valueChanged);
-        edit.setValue("fixed");
-        edit.setReadOnly(true);
-        commitText(field, "typed");
-        QTest::mouseClick(child<QPushButton>(edit, "reset"), Qt::LeftButton);
-        QVERIFY(child<QPushButton>(edit, "reset")->isEnabled());
-        QCOMPARE(edit.value(), QString("fixed"));
-        QCOMPARE(field->text(), QString("fixed"));
-        QCOMPARE(changed.count(), 0);
-        edit.setValue("from the host");
-        QCOMPARE(field->text(), QString("from the host"));
-        edit.setReadOnly(false);
-        commitText(field, "typed");
-        QCOMPARE(edit.value(), QString("typed"));
-    }
-
-    void fileTyped()
-    {
-        FileFixture f;
-        auto* field = f.part<QLineEdit>("lineEdit");
-        QVERIFY(f.part<QPushButton>("reset")->isEnabled());
-        field->setFocus();
-        commitText(field, " no such file ");
-        f.part<QPushButton>("browse")->setFocus(); // leaving the field unchanged is no edit of its own
-        QCOMPARE(f.heard.mid(0, 2), (QStringList{"started old", "changed  no such file "}));
-        QCOMPARE(f.heard.count(), 4); // nor is it silent
-        QCOMPARE(f.edit->filename(), QString(" no such file "));
-        QVERIFY(f.part<QPushButton>("reset")->isEnabled());
-    }
-
-    void fileReset()
-    {
-        FileFixture f;
-        auto* reset = f.part<QPushButton>("reset");
-        f.edit->setDefaultFilename("old");
-        QVERIFY(!reset->isEnabled());
-        commitText(f.part<QLineEdit>("lineEdit"), "new");
-        QVERIFY(!reset->isEnabled()); // typing leaves it as it was
-        f.edit->setShowDefaultButton(false);
-        f.edit->setDefaultFilename("default");
-        QVERIFY(reset->isEnabled());
-        reset->setFocus();
-        f.heard.clear();
-        QTest::mouseClick(reset, Qt::LeftButton);
-        QCOMPARE(f.heard, (QStringList{"started new", "changed default"}));
-        QCOMPARE(f.part<QLineEdit>("lineEdit")->text(), QString("default"));
-        QVERIFY(!reset->isEnabled());
-        f.edit->blockSignals(true);
-        f.edit->setFilename("host");
-        QVERIFY(!f.edit->signalsBlocked() && reset->isEnabled());
-        QCOMPARE(f.heard.count(), 2);
-    }
-
-    void fileReadOnly()
-    {
-        FileFixture f;
-        f.edit->setReadOnly(true);
-        commitText(f.part<QLineEdit>("lineEdit"), "new");
-        QVERIFY(f.part<QPushButton>("browse")->isEnabled() && f.part<QPushButton>("reset")->isEnabled());
-        QVERIFY(!f.browse([](QFileDialog* dialog) { dialog->reject(); }));
-        QTest::mouseClick(f.part<QPushButton>("reset"), Qt::LeftButton);
-        QCOMPARE(f.edit->filename(), QString("old"));
-        QCOMPARE(f.part<QLineEdit>("lineEdit")->text(), QString("old"));
-        QCOMPARE(f.heard, QStringList());
+        checkText<QLabelEdit>("value", "defaultValue", false);
+        checkText<QFileEdit>("filename", "defaultFilename", true);
     }
 
     void fileBrowseAccepted()
@@ -563,12 +465,76 @@ private Q_SLOTS:
         QCOMPARE(f.part<QLineEdit>("lineEdit")->text(), QString("old"));
     }
 
+    void readOnlyFileIsNotBrowsed()
+    {
+        FileFixture f;
+        f.edit->setReadOnly(true);
+        QVERIFY(f.part<QPushButton>("browse")->isEnabled());
+        QVERIFY(!f.browse([](QFileDialog* dialog) { dialog->reject(); }));
+        QCOMPARE(f.heard, QStringList());
+    }
+
     void fileDeletedWhileBrowsing()
     {
         FileFixture f;
         QVERIFY(f.browse([&f](QFileDialog*) { f.edit.reset(); }));
         QVERIFY(!f.edit);
         QCOMPARE(f.heard, QStringList{"started old"});
+    }
+
+private:
+    template <typename Editor>
+    void checkText(const char* value, const char* defaultValue, bool isFile)
+    {
+        Editor edit;
+        auto* reset = child<QPushButton>(edit, "reset");
+        auto* field = child<QLineEdit>(edit, "lineEdit");
+        QStringList log;
+        connect(&edit, &Editor::startedEdit, this, [&] { log << "started " + edit.property(value).toString(); });
+        connect(&edit, &Editor::valueChanged, this, [&] { log << edit.property(value).toString(); });
+        // What an act announces, with the values before and after it.
+        const auto isTold = [&](const QString& before, const QString& after)
+        {
+            const QStringList expected = isFile ? QStringList{"started " + before, after} : QStringList{after};
+            return std::exchange(log, {}) == expected && edit.property(value) == after && field->text() == after;
+        };
+        QVERIFY(reset->isEnabled()); // though there is nothing to reset
+        QTest::mouseClick(reset, Qt::LeftButton);
+        QVERIFY(isTold("", "") && !reset->isEnabled());
+        commitText(field, " Abc ");
+        QVERIFY(isTold("", " Abc ") && !reset->isEnabled()); // typing leaves it as it was
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY(isTold(" Abc ", " Abc "));
+
+        edit.blockSignals(true);
+        edit.setProperty(value, "Abc");
+        QVERIFY(!edit.signalsBlocked() && reset->isEnabled());
+        edit.setShowDefaultButton(false);
+        QVERIFY(!reset->isEnabled());
+        edit.setProperty(defaultValue, "abc");
+        QVERIFY(edit.showDefaultButton() && reset->isEnabled());
+        edit.setProperty(defaultValue, "Abc");
+        QVERIFY(!reset->isEnabled());
+        edit.setProperty(defaultValue, "other");
+        commitText(field, "other");
+        QVERIFY(isTold("Abc", "other") && reset->isEnabled());
+        QTest::mouseClick(reset, Qt::LeftButton);
+        QVERIFY(isTold("other", "other") && !reset->isEnabled());
+
+        edit.setReadOnly(true);
+        edit.setProperty(value, "fixed");
+        commitText(field, "typed");
+        QTest::mouseClick(reset, Qt::LeftButton);
+        QVERIFY(reset->isEnabled() && log.isEmpty());
+        QCOMPARE(edit.property(value), QVariant("fixed"));
+        QCOMPARE(field->text(), QString("fixed"));
+        edit.setReadOnly(false);
+        showActive(edit);
+        field->setFocus();
+        commitText(field, "typed");
+        QVERIFY(isTold("fixed", "typed"));
+        reset->setFocus(); // leaving the field unchanged is no edit of its own, nor is it silent
+        QVERIFY(isTold("typed", "typed"));
     }
 };
 

@@ -44,13 +44,8 @@ double shareOf(const QColor& colour, QWidget* widget)
         widget->window()->grab(QRect(widget->mapTo(widget->window(), QPoint()), widget->size())).toImage();
     int count = 0;
     for (int y = 0; y < image.height(); ++y)
-    {
         for (int x = 0; x < image.width(); ++x)
-        {
-            if (image.pixelColor(x, y) == colour)
-                ++count;
-        }
-    }
+            count += image.pixelColor(x, y) == colour ? 1 : 0;
     return double(count) / (image.width() * image.height());
 }
 
@@ -59,22 +54,21 @@ struct Section
 {
     Section()
     {
-        section.setTitle(QStringLiteral("Section"));
-        auto* contents = new QWidget(&section);
-        auto* rows = new QVBoxLayout(contents);
-        found = new QSliderEdit;
-        found->setTitle(QStringLiteral("Found"));
-        found->setDefaultValue(0.5);
-        other = new QSliderEdit;
-        other->setTitle(QStringLiteral("Other"));
-        rows->addWidget(found);
-        rows->addWidget(other);
+        section.setTitle("Section");
+        rows.addWidget(&found);
+        rows.addWidget(&other);
+        found.setTitle("Found");
+        found.setDefaultValue(0.5);
+        other.setTitle("Other");
         section.show();
     }
     QAccordion section;
-    QSliderEdit* found = nullptr;
-    QSliderEdit* other = nullptr;
+    QVBoxLayout rows{new QWidget(&section)};
+    QSliderEdit found;
+    QSliderEdit other;
 };
+
+using Contrasts = Table<QString, double, double>; // look, least contrast of texts and of the rest
 } // namespace
 
 //! The looks and languages of the scene editor.
@@ -93,9 +87,7 @@ private Q_SLOTS:
 
     void palettesAreReadable_data()
     {
-        QTest::addColumn<QString>("look");
-        QTest::addColumn<double>("text");
-        QTest::addColumn<double>("other");
+        Contrasts::addColumns();
         QTest::newRow("light") << "light" << 4.5 << 3.0;
         QTest::newRow("dark") << "dark" << 4.5 << 3.0;
         QTest::newRow("highcontrast") << "highcontrast" << 7.0 << 4.5;
@@ -103,9 +95,7 @@ private Q_SLOTS:
 
     void palettesAreReadable()
     {
-        QFETCH(QString, look);
-        QFETCH(double, text);
-        QFETCH(double, other);
+        const auto [look, text, other] = Contrasts::row();
         sceneeditor::applyLook(look);
         QSettings file(QStringLiteral(":/styles/%1.ini").arg(look), QSettings::IniFormat);
         const QStringList keys = file.allKeys();
@@ -170,38 +160,28 @@ private Q_SLOTS:
         QCOMPARE(qApp->styleSheet(), sheet);
     }
 
-    void searchMarksTitlesUntilItEnds_data() { addLooks(); }
-
-    void searchMarksTitlesUntilItEnds()
+    void marksAndResetButtonsAreSeen()
     {
-        QFETCH(QString, look);
-        const WarningWatch watch;
-        sceneeditor::applyLook(look);
-        Section s;
-        const QColor mark = QApplication::palette().color(QPalette::Highlight);
-        auto* title = child<QLabel>(*s.found, "label");
-        QCOMPARE(shareOf(mark, title), 0.0);
-        s.section.setSearchText(QStringLiteral("foun"));
-        QVERIFY(shareOf(mark, title) > 0.5);
-        s.section.setSearchText(QString());
-        QCOMPARE(shareOf(mark, title), 0.0);
-        // Qt says so when a style sheet cannot be read.
-        QCOMPARE(WarningWatch::count(), 0);
-    }
-
-    void resetButtonShowsOnlyWhenUsable_data() { addLooks(); }
-
-    void resetButtonShowsOnlyWhenUsable()
-    {
-        QFETCH(QString, look);
-        sceneeditor::applyLook(look);
-        Section s;
-        const QColor mark = QApplication::palette().color(QPalette::Highlight);
-        auto* reset = child<QPushButton>(*s.found, "reset");
-        s.found->setValue(0.5);
-        QCOMPARE(shareOf(mark, reset), 0.0);
-        s.found->setValue(0.6);
-        QVERIFY(shareOf(mark, reset) > 0.05);
+        for (const QString& look : sceneeditor::lookNames())
+        {
+            const WarningWatch watch;
+            sceneeditor::applyLook(look);
+            Section s;
+            const QColor mark = QApplication::palette().color(QPalette::Highlight);
+            auto* title = child<QLabel>(s.found, "label");
+            QCOMPARE(shareOf(mark, title), 0.0);
+            s.section.setSearchText("foun");
+            QVERIFY2(shareOf(mark, title) > 0.5, qPrintable(look));
+            s.section.setSearchText(QString());
+            QCOMPARE(shareOf(mark, title), 0.0);
+            auto* reset = child<QPushButton>(s.found, "reset");
+            s.found.setValue(0.5);
+            QCOMPARE(shareOf(mark, reset), 0.0);
+            s.found.setValue(0.6);
+            QVERIFY2(shareOf(mark, reset) > 0.05, qPrintable(look));
+            // Qt says so when a style sheet cannot be read.
+            QCOMPARE(WarningWatch::count(), 0);
+        }
     }
 
     void chosenLookIsKept()
@@ -230,14 +210,6 @@ private Q_SLOTS:
     }
 
 private:
-    void addLooks()
-    {
-        QTest::addColumn<QString>("look");
-        const QStringList names = sceneeditor::lookNames();
-        for (const QString& name : names)
-            QTest::newRow(qPrintable(name)) << name;
-    }
-
     QTemporaryDir m_directory;
 };
 
