@@ -92,52 +92,38 @@ private:
     const std::function<void()> m_act;
 };
 
-// What happens to some widgets, in order.
-class ActLog : public QObject
+// Notes what happens to some widgets, in order.
+class RecordingStyle : public QProxyStyle
 {
 public:
-    explicit ActLog(std::initializer_list<QWidget*> widgets)
+    RecordingStyle() : QProxyStyle("fusion") {}
+    void watch(QWidget* widget)
     {
-        for (QWidget* widget : widgets)
-        {
-            widget->installEventFilter(this);
-            m_widgets << widget;
-        }
+        m_watched << widget;
+        widget->installEventFilter(this);
     }
-    void note(const QWidget* widget, const char* what)
-    {
-        if (m_widgets.contains(widget))
-            lines << widget->windowTitle() + QLatin1Char(' ') + QLatin1String(what);
-    }
+    void polish(QWidget* widget) override { note(widget, "polish"); }
+    void unpolish(QWidget* widget) override { note(widget, "unpolish"); }
     QStringList lines;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        const auto* widget = static_cast<QWidget*>(watched);
-        if (event->type() == QEvent::Show)
-            note(widget, "shown");
-        else if (event->type() == QEvent::Hide)
-            note(widget, "hidden");
-        else if (event->type() == QEvent::DynamicPropertyChange &&
-                 static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() == "highlighted")
-            note(widget, "marked");
+        const bool isMark = event->type() == QEvent::DynamicPropertyChange;
+        if (isMark || event->type() == QEvent::Show || event->type() == QEvent::Hide)
+            note(static_cast<QWidget*>(watched), isMark                          ? "marked"
+                                                 : event->type() == QEvent::Show ? "shown"
+                                                                                 : "hidden");
         return false;
     }
 
 private:
-    QList<const QWidget*> m_widgets;
-};
-
-class RecordingStyle : public QProxyStyle
-{
-public:
-    explicit RecordingStyle(ActLog* log) : QProxyStyle("fusion"), m_log(log) {}
-    void polish(QWidget* widget) override { m_log->note(widget, "polish"); }
-    void unpolish(QWidget* widget) override { m_log->note(widget, "unpolish"); }
-
-private:
-    ActLog* const m_log;
+    void note(QWidget* widget, const char* what)
+    {
+        if (m_watched.contains(widget))
+            lines << widget->windowTitle() + ' ' + what;
+    }
+    QWidgetList m_watched;
 };
 } // namespace
 
@@ -252,15 +238,17 @@ private Q_SLOTS:
     void eachChildIsFinishedBeforeTheNext()
     {
         Rows rows;
-        ActLog log({rows.fog, rows.sun});
-        QScopedPointer<RecordingStyle> style(new RecordingStyle(&log));
-        rows.section.setStyle(style.data());
-        rows.section.setSearchText("fog");
-        QCOMPARE(log.lines.mid(0, 7), QStringList({"Fog marked", "Fog unpolish", "Fog polish", "Sun hidden",
-                                                   "Sun marked", "Sun unpolish", "Sun polish"}));
-        log.lines.clear();
-        rows.section.setSearchText("fog");
-        QCOMPARE(log.lines, QStringList());
+        RecordingStyle style;
+        style.watch(rows.fog);
+        style.watch(rows.sun);
+        rows.section.setStyle(&style);
+        for (const char* expected :
+             {"Fog marked,Fog unpolish,Fog polish,Sun hidden,Sun marked,Sun unpolish,Sun polish", ""})
+        {
+            style.lines.clear();
+            rows.section.setSearchText("fog");
+            QCOMPARE(style.lines.mid(0, 7).join(','), QString(expected));
+        }
         rows.section.setStyle(nullptr);
     }
 
