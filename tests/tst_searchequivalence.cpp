@@ -3,9 +3,9 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
 #include <tests/literalsearch.h>
+#include <tests/testsupport.h>
 
 #include <QtCore/QRandomGenerator>
-#include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
@@ -68,29 +68,17 @@ struct Tree
 
     QWidget* makeRow(int depth)
     {
-        QWidget* row = nullptr;
-        switch (random.bounded(depth < 2 ? 7u : 5u))
-        {
-        case 0:
-            row = new QPushButton(pick(titles));
-            break;
-        case 1:
-            row = new QCheckBox(pick(titles));
-            break;
-        case 2:
-            row = new QLabel(pick(titles));
-            break;
-        case 3:
-            row = new QLabelEdit;
-            static_cast<QLabelEdit*>(row)->setTitle(pick(titles));
-            break;
-        case 4:
-            row = new QSliderEdit;
-            static_cast<QSliderEdit*>(row)->setTitle(pick(titles));
-            break;
-        default:
+        const int kind = int(random.bounded(depth < 2 ? 7 : 5));
+        if (kind > 4)
             return makeSection(depth + 1);
-        }
+        const QString title = pick(titles);
+        QWidget* row = kind == 0   ? new QPushButton(title)
+                       : kind == 1 ? new QCheckBox(title)
+                       : kind == 2 ? new QLabel(title)
+                       : kind == 3 ? static_cast<QWidget*>(new QLabelEdit)
+                                   : new QSliderEdit;
+        if (kind > 2)
+            row->setProperty("title", title);
         if (random.bounded(8) == 0)
             row->setStyleSheet(pickSheet());
         if (random.bounded(8) == 0)
@@ -121,35 +109,23 @@ struct Tree
     {
         const QList<QAccordion*> sections = contents->findChildren<QAccordion*>();
         QAccordion* section = sections.isEmpty() ? nullptr : sections.at(int(random.bounded(quint32(sections.size()))));
-        switch (random.bounded(12))
-        {
-        case 0:
+        const int what = int(random.bounded(12)); // often nothing
+        if (what == 0)
             panel.setStyleSheet(pickSheet());
-            break;
-        case 1:
-            if (section)
-                section->setOpen(!section->isOpen());
-            break;
-        case 2:
-            contents->layout()->addWidget(makeSection(1));
-            break;
-        case 3:
-            delete section;
-            break;
-        case 4:
-            if (section)
-                section->setStyleSheet(pickSheet());
-            break;
-        case 5:
-            if (section && LiteralSearch::contents(*section) && LiteralSearch::contents(*section)->layout())
-                LiteralSearch::contents(*section)->layout()->addWidget(makeRow(2));
-            break;
-        case 6:
+        if (what == 1)
             panel.resize(380 + int(random.bounded(200)), 700);
-            break;
-        default:
-            break;
-        }
+        if (what == 2)
+            contents->layout()->addWidget(makeSection(1));
+        if (!section)
+            return;
+        if (what == 3)
+            section->setOpen(!section->isOpen());
+        if (what == 4)
+            section->setStyleSheet(pickSheet());
+        if (what == 5 && LiteralSearch::contents(*section) && LiteralSearch::contents(*section)->layout())
+            LiteralSearch::contents(*section)->layout()->addWidget(makeRow(2));
+        if (what == 6)
+            delete section;
     }
 
     QPropertyPanel panel;
@@ -163,25 +139,18 @@ struct Tree
 };
 
 // Qt gives a squeezed widget a negative size unless something has set a limit on it before; either way it has none.
-QString describe(const QWidget* widget)
-{
-    const QVariant mark = widget->property("highlighted");
-    return QStringLiteral("%1 '%2' hidden %3 visible %4 mark %5 sheet '%6' at %7,%8 %9x%10")
-        .arg(QLatin1String(widget->metaObject()->className()), widget->windowTitle())
-        .arg(widget->isHidden())
-        .arg(widget->isVisible())
-        .arg(mark.isValid() ? mark.toString() : QStringLiteral("none"), widget->styleSheet())
-        .arg(widget->x())
-        .arg(widget->y())
-        .arg(qMax(0, widget->width()))
-        .arg(qMax(0, widget->height()));
-}
-
 QStringList describeAll(const QWidget* root)
 {
     QStringList lines;
     for (const QWidget* widget : root->findChildren<QWidget*>())
-        lines.append(describe(widget));
+    {
+        const QVariant mark = widget->property("highlighted");
+        const QRect geometry(widget->pos(), widget->size().expandedTo({0, 0}));
+        QString line;
+        QDebug(&line) << widget->metaObject()->className() << widget->windowTitle() << widget->styleSheet() << mark
+                      << widget->isHidden() << widget->isVisible() << geometry;
+        lines << line;
+    }
     return lines;
 }
 
@@ -191,6 +160,8 @@ void settle()
     for (int round = 0; round < 12; ++round)
         QCoreApplication::processEvents();
 }
+
+using Worlds = Table<quint32, bool>; // seed, with style sheets
 } // namespace
 
 // The search saves work where nobody can tell. Beside it runs the literal one on a tree of the same kind.
@@ -200,8 +171,7 @@ class TestSearchEquivalence : public QObject
 private Q_SLOTS:
     void looksLikeTheLiteralSearch_data()
     {
-        QTest::addColumn<quint32>("seed");
-        QTest::addColumn<bool>("styled");
+        Worlds::addColumns();
         for (quint32 seed = 70; seed < 100; ++seed)
         {
             QTest::addRow("plain %u", seed) << seed << false;
@@ -211,8 +181,7 @@ private Q_SLOTS:
 
     void looksLikeTheLiteralSearch()
     {
-        QFETCH(quint32, seed);
-        QFETCH(bool, styled);
+        const auto [seed, styled] = Worlds::row();
         qApp->setStyleSheet(styled && seed % 3 == 0 ? sheets.at(int(seed / 3) % sheets.size()) : QString());
         Tree ours(seed, styled, false);
         Tree literal(seed, styled, true);
