@@ -13,11 +13,13 @@
 
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QScrollArea>
+#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
 
 #include <memory>
 
-// Every kind of editor, in every kind of window: what the tests of the host library run on.
+// What most of these tests ask for comes with this: the widgets with the children of their forms, and QtCore with
+// QtTest. Every kind of editor, in every kind of window: what the tests of the host library run on.
 namespace hostsupport
 {
 using Create = QWidget* (*)();

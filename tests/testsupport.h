@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTest/QtTest>
+#include <QtTest/QtTest> // and with it all of QtCore
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QWidget>
 

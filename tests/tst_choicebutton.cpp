@@ -4,9 +4,6 @@
 #include <Orvek/Host/EditorUndo.h>
 
 #include <QtWidgets/QAbstractItemView>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QSlider>
-#include <QtWidgets/QUndoStack>
 
 using namespace hostsupport;
 using orvek::host::ChoiceButton;

@@ -4,10 +4,6 @@
 #include <Orvek/Host/EditorUndo.h>
 
 #include <QtWidgets/QColorDialog>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QUndoStack>
 
 using namespace hostsupport;
 using orvek::host::ColourButton;

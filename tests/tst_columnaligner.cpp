@@ -4,7 +4,6 @@
 #include <Orvek/Host/ColumnAligner.h>
 
 #include <QtGui/QHelpEvent>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QToolTip>
 
 #include <functional>

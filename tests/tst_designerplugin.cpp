@@ -1,13 +1,6 @@
 #include "testsupport.h"
 #include "ui_LightForm.h"
 
-#include <QtCore/QBuffer>
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QLibrary>
-#include <QtCore/QPluginLoader>
-#include <QtCore/QProcess>
-#include <QtCore/QRegularExpression>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 #include <QtUiTools/QUiLoader>

@@ -5,10 +5,6 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
 #include <QtGui/QAccessible>
-#include <QtWidgets/QCheckBox>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QSlider>
-#include <QtWidgets/QUndoStack>
 
 using hostsupport::Panel;
 using orvek::host::EditorAccessibility;

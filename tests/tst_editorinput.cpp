@@ -6,7 +6,6 @@
 #include <QtGui/QClipboard>
 #include <QtTest/qtestspontaneevent.h>
 #include <QtWidgets/QMenu>
-#include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
 
 using namespace hostsupport;

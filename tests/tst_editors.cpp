@@ -1,8 +1,5 @@
 #include "hostsupport.h"
 
-#include <QtCore/QMetaProperty>
-#include <QtCore/QPointer>
-#include <QtCore/QTranslator>
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QFileDialog>
@@ -10,7 +7,6 @@
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <memory>
 
 using namespace hostsupport;
 

@@ -5,11 +5,6 @@
 
 #include <QtGui/QColor>
 #include <QtWidgets/QAction>
-#include <QtWidgets/QCheckBox>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QSlider>
-#include <QtWidgets/QUndoStack>
 
 using namespace hostsupport;
 using orvek::host::EditorInput;

@@ -1,9 +1,5 @@
 #include "testsupport.h"
 
-#include <QtCore/QProcess>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QSet>
-
 class tst_HostLibrary : public QObject
 {
     Q_OBJECT

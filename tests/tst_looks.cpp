@@ -7,11 +7,6 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QMetaEnum>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QSettings>
-#include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>

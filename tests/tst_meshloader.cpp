@@ -1,9 +1,5 @@
 #include <examples/SceneEditor/document/MeshLoader.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
-
 #include <tests/testsupport.h>
 
 #include <algorithm>

@@ -8,7 +8,6 @@
 #include <Orvek/Host/PanelSearch.h>
 
 #include <QtGui/QAccessible>
-#include <QtWidgets/QUndoStack>
 
 using namespace orvek::host;
 using hostsupport::Panel;

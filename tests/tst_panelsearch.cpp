@@ -3,7 +3,6 @@
 #include <Orvek/Host/PanelSearch.h>
 
 #include <QtWidgets/QGroupBox>
-#include <QtWidgets/QPushButton>
 
 using namespace hostsupport;
 using orvek::host::PanelSearch;

@@ -1,12 +1,5 @@
 #include <examples/SceneEditor/document/SceneFile.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
-#include <QtCore/QTemporaryDir>
-
 #include <tests/testsupport.h>
 
 #include <cmath>

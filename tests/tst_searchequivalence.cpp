@@ -5,7 +5,6 @@
 #include <tests/literalsearch.h>
 #include <tests/testsupport.h>
 
-#include <QtCore/QRandomGenerator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>

@@ -3,9 +3,6 @@
 #include <Orvek/Host/PanelSearch.h>
 #include <Orvek/Host/SectionStates.h>
 
-#include <QtCore/QSettings>
-#include <QtCore/QTemporaryDir>
-
 using namespace orvek::host;
 using hostsupport::Panel;
 using States = QVector<bool>;
