@@ -97,24 +97,25 @@ private Q_SLOTS:
         QCOMPARE(f.heard(), QStringList{"started"});
     }
 
-    void clicksAndKeysCommit()
+    void clicksKeysAndTextCommit()
     {
         Fixture f;
         QTest::mouseClick(f.slider, Qt::LeftButton, {}, QPoint(f.slider->width() - 3, f.slider->height() / 2));
         QCOMPARE(f.state(), QString("10 '10' 10 default"));
         QTest::keyClick(f.slider, Qt::Key_Right);
         QTest::keyClick(f.slider, Qt::Key_PageUp);
-        QCOMPARE(f.state(), QString("21 '21' 21 default"));
         QCOMPARE(f.heard(), (QStringList{"10", "11", "21"}));
-    }
-
-    void resetRule()
-    {
-        Fixture f;
+        f.edit.setReadOnlyText(true);
+        f.type("55");
+        QCOMPARE(f.state(), QString("21 '21' 21 default"));
+        f.edit.setReadOnlyText(false);
+        f.type("55");
+        QCOMPARE(f.state(), QString("55 '55' 55 default"));
+        f.heard();
         f.edit.setDefaultValue(500); // beyond the range
-        QCOMPARE(f.state(), QString("0 '0' 0 reset"));
+        QCOMPARE(f.state(), QString("55 '55' 55 reset"));
         QTest::mouseClick(f.resetButton, Qt::LeftButton);
-        QCOMPARE(f.heard(), QStringList{"100"});
+        QVERIFY(f.heard().endsWith("100"));
         QCOMPARE(f.state(), QString("100 '100' 100 reset"));
         f.edit.setDefaultValue(40);
         QTest::mouseClick(f.resetButton, Qt::LeftButton);
@@ -273,27 +274,8 @@ private Q_SLOTS:
         QCOMPARE(f.state(), QString("30 '30' 30 default"));
     }
 
-    // Those of just 2^31 steps are more than Qt's styles can divide by.
-    void widestRangesArePainted()
-    {
-        QIntSliderEdit edit;
-        auto* slider = child<QSlider>(edit, "slider");
-        for (const auto& [minimum, maximum] : {std::pair(-1, IntMax), std::pair(IntMin, 0), std::pair(IntMin, IntMax)})
-        {
-            edit.setMaximum(maximum);
-            edit.setMinimum(minimum);
-            edit.setValue(1);
-            QVERIFY(!edit.grab().isNull());
-            QCOMPARE(edit.minimum(), minimum);
-            QCOMPARE(edit.maximum(), maximum);
-            QTest::keyClick(slider, Qt::Key_Home);
-            QCOMPARE(edit.value(), QVariant(minimum));
-            QTest::keyClick(slider, Qt::Key_End);
-            QCOMPARE(edit.value(), QVariant(maximum));
-        }
-    }
-
-    // Ends that cross drag each other along, whichever setter comes last.
+    // Ends that cross drag each other along, whichever setter comes last. Those of just 2^31 steps are more than Qt's
+    // styles can divide by.
     void rangesInAnyOrderArePainted()
     {
         const int ends[] = {IntMin, -5, -1, 0, 5, IntMax};
@@ -304,11 +286,19 @@ private Q_SLOTS:
                 edit.setOrientation(orientation);
                 for (int rest = order, calls = 0; calls < 3; ++calls, rest /= 12)
                     rest % 2 ? edit.setMinimum(ends[rest % 12 / 2]) : edit.setMaximum(ends[rest % 12 / 2]);
-                const auto* slider = child<QSlider>(edit, "slider");
-                QVERIFY2(qint64(slider->maximum()) - slider->minimum() != qint64(IntMax) + 1,
-                         qPrintable(QString::number(order)));
-                if (order % 7 == 0 || edit.minimum() > edit.maximum())
-                    QVERIFY(!edit.grab().isNull());
+                auto* slider = child<QSlider>(edit, "slider");
+                const QByteArray name = QByteArray::number(order);
+                QVERIFY2(qint64(slider->maximum()) - slider->minimum() != qint64(IntMax) + 1, name);
+                const bool isOrdered = edit.minimum() < edit.maximum();
+                if (order % 7 == 0 || !isOrdered)
+                    QVERIFY2(!edit.grab().isNull(), name);
+                edit.setValue(1);
+                for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End})
+                {
+                    QTest::keyClick(slider, key);
+                    const int end = key == Qt::Key_Home ? edit.minimum() : edit.maximum();
+                    QVERIFY2(!isOrdered || edit.value().toInt() == end, name);
+                }
             }
     }
 
@@ -337,19 +327,6 @@ private Q_SLOTS:
         QCOMPARE(f.heard(), (QStringList{"0", "0"}));
         f.edit.setEnums({});
         QCOMPARE(f.state(), QString("0 '0' 0 default"));
-    }
-
-    void readOnlyText()
-    {
-        Fixture f;
-        f.edit.setReadOnlyText(true);
-        f.type("55");
-        QCOMPARE(f.state(), QString("0 '0' 0 default"));
-        QTest::keyClick(f.slider, Qt::Key_Right);
-        QCOMPARE(f.state(), QString("1 '1' 1 default"));
-        f.edit.setReadOnlyText(false);
-        f.type("55");
-        QCOMPARE(f.state(), QString("55 '55' 55 default"));
     }
 
     void derivedTextForm()

@@ -125,7 +125,7 @@ public:
 // A view with engine objects. Paints and resizes sent by hand, so that the window system adds none.
 struct Scene
 {
-    explicit Scene(bool inParent = false) : view(inParent ? &parent : nullptr)
+    explicit Scene(bool inParent = false) : owned(new QRenderWidget(inParent ? &parent : nullptr))
     {
         view.SetHandleMouseInterface(&handler);
         if (!inParent)
@@ -155,7 +155,8 @@ struct Scene
     Manager other{"B", log};
     Handler handler{log};
     Parent parent{log};
-    QRenderWidget view; // destroyed first
+    std::unique_ptr<QRenderWidget> owned; // destroyed first
+    QRenderWidget& view = *owned;
 };
 
 using Registrations = Table<QString, QString, QString>; // steps, calls, calls of the destructor
@@ -219,36 +220,31 @@ private Q_SLOTS:
     void registrationSequences()
     {
         const auto [steps, calls, callsOfDestructor] = Registrations::row();
-        Log log;
-        Manager a("A", log);
-        Manager b("B", log);
-        const QHash<QString, DisplaySurfaceManagerInterface*> managers = {{"mA", &a}, {"mB", &b}, {"m0", nullptr}};
+        Scene s;
+        QCOMPARE(quintptr(s.log.window), quintptr(s.view.winId()));
+        const QHash<QString, DisplaySurfaceManagerInterface*> managers = {
+            {"mA", &s.manager}, {"mB", &s.other}, {"m0", nullptr}};
         const QHash<QString, PlatformRendererInterface*> renderers = {
-            {"rR", &log.first}, {"rS", &log.second}, {"r0", nullptr}};
-        auto view = std::make_unique<QRenderWidget>();
-        log.window = view->GetHWND();
-        QCOMPARE(quintptr(log.window), quintptr(view->winId()));
-        QVERIFY(log.window && view->windowHandle());
-
+            {"rR", &s.log.first}, {"rS", &s.log.second}, {"r0", nullptr}};
         DisplaySurfaceManagerInterface* manager = nullptr;
         PlatformRendererInterface* renderer = nullptr;
         for (const QString& step : steps.split(' '))
         {
             if (step == "s")
             {
-                view->shutdown();
+                s.view.shutdown();
                 renderer = manager ? nullptr : renderer;
             }
             else if (step.startsWith('m'))
-                view->SetDisplaySurfaceManagerInterface(manager = managers[step]);
+                s.view.SetDisplaySurfaceManagerInterface(manager = managers[step]);
             else
-                view->SetPlatformRendererInterface(renderer = renderers[step]);
-            QCOMPARE(view->GetPlatformRendererInterface(), renderer);
-            QCOMPARE(view->GetViewId(), manager ? 7 : -1);
+                s.view.SetPlatformRendererInterface(renderer = renderers[step]);
+            QCOMPARE(s.view.GetPlatformRendererInterface(), renderer);
+            QCOMPARE(s.view.GetViewId(), manager ? 7 : -1);
         }
-        QCOMPARE(log.take(), calls);
-        view.reset();
-        QCOMPARE(log.take(), callsOfDestructor);
+        QCOMPARE(s.log.take(), calls);
+        s.owned.reset();
+        QCOMPARE(s.log.take(), callsOfDestructor);
     }
 
     // The window was destroyed before, as within a window that is being destroyed.
@@ -469,31 +465,24 @@ private Q_SLOTS:
         window.resize(400, 300);
         tabs.resize(400, 300);
         tabs.addTab(new QWidget, "first");
-        if (situation == "window just shown")
-        {
-            view.resize(300, 200);
-            view.show();
-        }
-        else if (situation == "added to a shown window")
-        {
-            window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
-            view.setParent(&window);
-            view.resize(300, 200);
-            view.show();
-        }
-        else if (situation == "tab opened later")
-        {
+        const bool isTab = situation == "tab opened later";
+        if (isTab)
             tabs.addTab(&view, "view");
+        if (isTab || situation == "added to a shown window")
+        {
             window.show();
             QVERIFY(QTest::qWaitForWindowExposed(&window));
-            tabs.setCurrentWidget(&view);
+            isTab ? tabs.setCurrentWidget(&view) : view.setParent(&window);
         }
-        else
+        if (situation == "manager taken")
         {
             log.window = view.GetHWND();
             view.SetDisplaySurfaceManagerInterface(&manager);
-            view.show();
+        }
+        view.resize(300, 200);
+        view.show();
+        if (situation == "manager taken")
+        {
             QTRY_VERIFY(log.contains("render"));
             QCOMPARE(paints.buffered, 0);
             paints.onScreen = 0;
