@@ -56,56 +56,6 @@ public:
     bool isEmpty() const override { return false; }
 };
 
-// A file editor that writes down what it announces, with the name that a host would read then.
-struct FileFixture
-{
-    FileFixture()
-    {
-        log(edit.get());
-        edit->setFilename("old");
-        showActive(*edit);
-        part<QPushButton>("browse")->setFocus(); // a field that loses the focus would be heard
-        heard.clear();
-    }
-
-    void log(QFileEdit* file)
-    {
-        QObject::connect(file, &QFileEdit::startedEdit, [this, file] { heard << "started " + file->filename(); });
-        QObject::connect(file, &QFileEdit::valueChanged, [this, file] { heard << "changed " + file->filename(); });
-    }
-
-    template <typename T>
-    T* part(const char* name) const
-    {
-        return child<T>(*edit, name);
-    }
-
-    // Clicks browse and plays the user in the dialog that opens; false if none did.
-    bool browse(const std::function<void(QFileDialog*)>& play) const
-    {
-        bool opened = false;
-        QTimer poll;
-        QObject::connect(&poll, &QTimer::timeout,
-                         [&]
-                         {
-                             auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-                             if (!dialog || !dialog->isVisible())
-                                 return;
-                             poll.stop();
-                             opened = true;
-                             const QPointer<QFileDialog> alive(dialog);
-                             play(dialog);
-                             if (alive && alive->isVisible())
-                                 alive->reject(); // a failed check would hang
-                         });
-        poll.start(10);
-        QTest::mouseClick(part<QPushButton>("browse"), Qt::LeftButton);
-        return opened;
-    }
-
-    QStringList heard;
-    std::unique_ptr<QFileEdit> edit = std::make_unique<QFileEdit>();
-};
 } // namespace
 
 class tst_Editors : public WatchedTest
@@ -422,60 +372,68 @@ private Q_SLOTS:
         checkText<QFileEdit>("filename", "defaultFilename", true);
     }
 
-    void fileBrowseAccepted()
+    void filesAreBrowsed()
     {
         QTemporaryDir folder;
         const QString chosen = QDir(folder.path()).filePath("mesh.obj");
-        QFile file(chosen);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        FileFixture f;
-        f.edit->setTitle("Mesh");
-        f.edit->setFilter("Meshes (*.obj *.ply);;All files (*)");
-        f.edit->setDefaultPath(folder.path());
-        f.edit->setDefaultFilename(chosen);
-        QVERIFY(f.browse(
-            [&](QFileDialog* dialog)
-            {
-                QCOMPARE(f.heard, QStringList{"started old"});
-                QCOMPARE(dialog->windowTitle(), QString("Mesh"));
-                QCOMPARE(dialog->parentWidget(), f.edit.get());
-                QCOMPARE(dialog->directory().canonicalPath(), QDir(folder.path()).canonicalPath());
-                QCOMPARE(dialog->nameFilters(), (QStringList{"Meshes (*.obj *.ply)", "All files (*)"}));
-                QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFile);
-                child<QLineEdit>(*dialog, "fileNameEdit")
-                    ->setText("mesh.obj"); // typed keys would open a list of suggestions
-                auto* open = child<QDialogButtonBox>(*dialog, "buttonBox")->button(QDialogButtonBox::Open);
-                QTRY_VERIFY(open->isEnabled());
-                QTest::mouseClick(open, Qt::LeftButton);
-            }));
-        QCOMPARE(f.heard, (QStringList{"started old", "changed " + chosen}));
-        QCOMPARE(f.part<QLineEdit>("lineEdit")->text(), chosen);
-        QVERIFY(!f.part<QPushButton>("reset")->isEnabled());
-    }
-
-    void fileBrowseCancelled()
-    {
-        FileFixture f;
-        QVERIFY(f.browse([](QFileDialog* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); }));
-        QCOMPARE(f.heard, (QStringList{"started old", "changed old"}));
-        QCOMPARE(f.part<QLineEdit>("lineEdit")->text(), QString("old"));
-    }
-
-    void readOnlyFileIsNotBrowsed()
-    {
-        FileFixture f;
-        f.edit->setReadOnly(true);
-        QVERIFY(f.part<QPushButton>("browse")->isEnabled());
-        QVERIFY(!f.browse([](QFileDialog* dialog) { dialog->reject(); }));
-        QCOMPARE(f.heard, QStringList());
-    }
-
-    void fileDeletedWhileBrowsing()
-    {
-        FileFixture f;
-        QVERIFY(f.browse([&f](QFileDialog*) { f.edit.reset(); }));
-        QVERIFY(!f.edit);
-        QCOMPARE(f.heard, QStringList{"started old"});
+        QVERIFY(QFile(chosen).open(QIODevice::WriteOnly));
+        auto edit = std::make_unique<QFileEdit>();
+        QStringList heard;
+        connect(edit.get(), &QFileEdit::startedEdit, this, [&] { heard << "started " + edit->filename(); });
+        connect(edit.get(), &QFileEdit::valueChanged, this, [&] { heard << "changed " + edit->filename(); });
+        edit->setFilename("old");
+        edit->setTitle("Mesh");
+        edit->setFilter("Meshes (*.obj *.ply);;All files (*)");
+        edit->setDefaultPath(folder.path());
+        edit->setDefaultFilename(chosen);
+        showActive(*edit);
+        auto* button = child<QPushButton>(*edit, "browse");
+        button->setFocus(); // a field that loses the focus would be heard
+        heard.clear();
+        // Clicks browse and plays the user in the dialog that opens; what was announced, nothing if none did.
+        const auto browse = [&](const std::function<void(QFileDialog*)>& play)
+        {
+            QTimer poll;
+            connect(&poll, &QTimer::timeout, this,
+                    [&]
+                    {
+                        const QPointer<QFileDialog> dialog(
+                            qobject_cast<QFileDialog*>(QApplication::activeModalWidget()));
+                        if (!dialog || !dialog->isVisible())
+                            return;
+                        poll.stop();
+                        play(dialog);
+                        if (dialog && dialog->isVisible())
+                            dialog->reject(); // a failed check would hang
+                    });
+            poll.start(10);
+            QTest::mouseClick(button, Qt::LeftButton);
+            return std::exchange(heard, {}).join(", ");
+        };
+        const auto cancel = [](QFileDialog* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); };
+        edit->setReadOnly(true);
+        QVERIFY(button->isEnabled());
+        QCOMPARE(browse(cancel), QString());
+        edit->setReadOnly(false);
+        QCOMPARE(browse(cancel), QString("started old, changed old"));
+        const auto choose = [&](QFileDialog* dialog)
+        {
+            QCOMPARE(heard, QStringList{"started old"});
+            QCOMPARE(dialog->windowTitle(), QString("Mesh"));
+            QCOMPARE(dialog->parentWidget(), edit.get());
+            QCOMPARE(dialog->directory().canonicalPath(), QDir(folder.path()).canonicalPath());
+            QCOMPARE(dialog->nameFilters(), (QStringList{"Meshes (*.obj *.ply)", "All files (*)"}));
+            QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFile);
+            child<QLineEdit>(*dialog, "fileNameEdit")->setText("mesh.obj"); // keys would open a list of suggestions
+            auto* open = child<QDialogButtonBox>(*dialog, "buttonBox")->button(QDialogButtonBox::Open);
+            QTRY_VERIFY(open->isEnabled());
+            QTest::mouseClick(open, Qt::LeftButton);
+        };
+        QCOMPARE(browse(choose), "started old, changed " + chosen);
+        QCOMPARE(child<QLineEdit>(*edit, "lineEdit")->text(), chosen);
+        QVERIFY(!child<QPushButton>(*edit, "reset")->isEnabled());
+        QCOMPARE(browse([&edit](QFileDialog*) { edit.reset(); }), "started " + chosen);
+        QVERIFY(!edit);
     }
 
 private:
