@@ -44,55 +44,51 @@ class tst_ChoiceButton : public WatchedTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void choiceIsOneChange_data()
-    {
-        QTest::addColumn<Create>("window");
-        for (const Kind& window : windowKinds)
-            QTest::newRow(window.name) << window.create;
-    }
-
     void choiceIsOneChange()
     {
-        QFETCH(Create, window);
-        const Row r(window);
-        QUndoStack stack;
-        EditorUndo undo(&stack);
-        undo.follow(r.window.get());
-        const QSignalSpy started(r.edit, &QIntSliderEdit::startedEdit);
-        QVector<int> values;
-        connect(r.edit, &QIntSliderEdit::valueChanged, this, [&] { values << r.edit->value().toInt(); });
-        r.edit->setValue(1);
-        r.button->setFocus();
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Up})
-            QTest::keyClick(r.button, key);
-        QCOMPARE(values, (QVector<int>{2, 1, 0}));
-        QCOMPARE(stack.count(), 1);
+        for (const Kind& window : windowKinds)
+        {
+            const Row r(window.create);
+            QUndoStack stack;
+            EditorUndo undo(&stack);
+            undo.follow(r.window.get());
+            const QSignalSpy started(r.edit, &QIntSliderEdit::startedEdit);
+            QVector<int> values;
+            connect(r.edit, &QIntSliderEdit::valueChanged, this, [&] { values << r.edit->value().toInt(); });
+            r.edit->setValue(1);
+            r.button->setFocus();
+            for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Up})
+                QTest::keyClick(r.button, key);
+            QCOMPARE(values, (QVector<int>{2, 1, 0}));
+            QCOMPARE(stack.count(), 1);
 
-        // From the open list; the same once more is no change.
-        for (int i = 0; i < 2; ++i)
-        {
+            // From the open list; the same once more is no change.
+            for (int i = 0; i < 2; ++i)
+            {
+                QTest::mouseClick(r.button, Qt::LeftButton);
+                QAbstractItemView* list = r.button->view();
+                QTRY_VERIFY(list->isVisible());
+                r.edit->setValue(r.edit->value()); // a push meanwhile
+                QTest::qWait(QApplication::doubleClickInterval() +
+                             50); // a quick click is taken for that of its opening
+                const QPoint at = list->visualRect(list->model()->index(3, 0)).center();
+                QTest::mouseMove(list->viewport(), at);
+                QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+                QTRY_VERIFY(!list->isVisible());
+            }
+            QCOMPARE(values, (QVector<int>{2, 1, 0, 3}));
+            QCOMPARE(started.count(), 0);
+            QCOMPARE(stack.count(), 2);
+            // Closed by the system, as when another window comes to the front.
             QTest::mouseClick(r.button, Qt::LeftButton);
-            QAbstractItemView* list = r.button->view();
-            QTRY_VERIFY(list->isVisible());
-            r.edit->setValue(r.edit->value());                      // a push meanwhile
-            QTest::qWait(QApplication::doubleClickInterval() + 50); // a quick click is taken for that of its opening
-            const QPoint at = list->visualRect(list->model()->index(3, 0)).center();
-            QTest::mouseMove(list->viewport(), at);
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-            QTRY_VERIFY(!list->isVisible());
-        }
-        QCOMPARE(values, (QVector<int>{2, 1, 0, 3}));
-        QCOMPARE(started.count(), 0);
-        QCOMPARE(stack.count(), 2);
-        // Closed by the system, as when another window comes to the front.
-        QTest::mouseClick(r.button, Qt::LeftButton);
-        QTRY_VERIFY(QApplication::activePopupWidget());
-        QApplication::activePopupWidget()->close();
-        for (const int value : {0, 1})
-        {
-            stack.undo();
-            QCOMPARE(r.edit->value().toInt(), value);
-            QTRY_COMPARE(r.button->currentIndex(), value);
+            QTRY_VERIFY(QApplication::activePopupWidget());
+            QApplication::activePopupWidget()->close();
+            for (const int value : {0, 1})
+            {
+                stack.undo();
+                QCOMPARE(r.edit->value().toInt(), value);
+                QTRY_COMPARE(r.button->currentIndex(), value);
+            }
         }
     }
 

@@ -134,60 +134,56 @@ private Q_SLOTS:
         }
     }
 
-    void columnsAreInLine_data()
-    {
-        QTest::addColumn<hostsupport::Create>("create");
-        for (const hostsupport::Kind& kind : hostsupport::windowKinds)
-            QTest::newRow(kind.name) << kind.create;
-    }
     void columnsAreInLine()
     {
-        QFETCH(hostsupport::Create, create);
-        Rows rows(760, create);
-        hostsupport::showActive(*rows.window);
-        QVERIFY(!rows.areInLine()); // without it
-        ColumnAligner aligner(&rows.panel.panel);
-        settle();
-        QSignalSpy aligned(&aligner, &ColumnAligner::aligned);
-        const auto setTitles = [&rows](const QString& title)
+        for (const hostsupport::Kind& window : hostsupport::windowKinds)
         {
-            for (QWidget* row : qAsConst(rows.all))
-                child<QLabel>(*row, "label")->setText(title);
-        };
-        QFont font = rows.panel.panel.font();
-        font.setPixelSize(QFontInfo(font).pixelSize() + 2);
-        const struct
-        {
-            const char* name;
-            int wider;  // the titles' column: 1 for wider, -1 for narrower, 0 for as wide
-            int passes; // that changed something
-            std::function<void()> act;
-        } steps[] = {
-            {"values", 0, 0,
-             [&] {
-                 rows.slider->setValue(0.123456), rows.vector->setValue({0.123456F, 9, 1e9F});
-             }},
-            {"longer titles", 1, 1, [&] { setTitles("A longer name"); }},
-            {"shorter titles", -1, 1, [&] { setTitles("Name"); }},
-            {"parts", 0, 0, [&] { rows.colour->setShowAlpha(false), rows.slider->setShowButtons(true); }},
-            {"units", 0, 1, [&] { rows.slider->setUnits("cd/m²"); }},
-            // Rows of a nested section are 63 pixels narrower than the panel with its scroll bar.
-            {"the narrowest panel", 0, 1, [&] { rows.window->resize(390, 900); }},
-            {"from the right", 0, 1, [&] { rows.window->setLayoutDirection(Qt::RightToLeft); }},
-            {"a font", 1, 1, [&] { rows.panel.panel.setFont(font); }},
-            {"one that comes", 1, 1, [&] { rows.all << Panel::addRow<QVectorEdit>(rows.outer, "Latecomer"); }},
-            {"one that goes", -1, 1, [&] { delete rows.all.takeLast(); }},
-        };
-        const auto* label = child<QLabel>(*rows.slider, "label");
-        for (const auto& step : steps)
-        {
-            const int before = label->width();
-            aligned.clear();
-            step.act();
+            Rows rows(760, window.create);
+            hostsupport::showActive(*rows.window);
+            QVERIFY(!rows.areInLine()); // without it
+            ColumnAligner aligner(&rows.panel.panel);
             settle();
-            QVERIFY2(rows.areInLine() && isWhole(label), step.name);
-            QVERIFY2(qBound(-1, label->width() - before, 1) == step.wider, step.name);
-            QVERIFY2(aligned.count() == step.passes, step.name);
+            QSignalSpy aligned(&aligner, &ColumnAligner::aligned);
+            const auto setTitles = [&rows](const QString& title)
+            {
+                for (QWidget* row : qAsConst(rows.all))
+                    child<QLabel>(*row, "label")->setText(title);
+            };
+            QFont font = rows.panel.panel.font();
+            font.setPixelSize(QFontInfo(font).pixelSize() + 2);
+            const struct
+            {
+                const char* name;
+                int wider;  // the titles' column: 1 for wider, -1 for narrower, 0 for as wide
+                int passes; // that changed something
+                std::function<void()> act;
+            } steps[] = {
+                {"values", 0, 0,
+                 [&] {
+                     rows.slider->setValue(0.123456), rows.vector->setValue({0.123456F, 9, 1e9F});
+                 }},
+                {"longer titles", 1, 1, [&] { setTitles("A longer name"); }},
+                {"shorter titles", -1, 1, [&] { setTitles("Name"); }},
+                {"parts", 0, 0, [&] { rows.colour->setShowAlpha(false), rows.slider->setShowButtons(true); }},
+                {"units", 0, 1, [&] { rows.slider->setUnits("cd/m²"); }},
+                // Rows of a nested section are 63 pixels narrower than the panel with its scroll bar.
+                {"the narrowest panel", 0, 1, [&] { rows.window->resize(390, 900); }},
+                {"from the right", 0, 1, [&] { rows.window->setLayoutDirection(Qt::RightToLeft); }},
+                {"a font", 1, 1, [&] { rows.panel.panel.setFont(font); }},
+                {"one that comes", 1, 1, [&] { rows.all << Panel::addRow<QVectorEdit>(rows.outer, "Latecomer"); }},
+                {"one that goes", -1, 1, [&] { delete rows.all.takeLast(); }},
+            };
+            const auto* label = child<QLabel>(*rows.slider, "label");
+            for (const auto& step : steps)
+            {
+                const int before = label->width();
+                aligned.clear();
+                step.act();
+                settle();
+                QVERIFY2(rows.areInLine() && isWhole(label), step.name);
+                QVERIFY2(qBound(-1, label->width() - before, 1) == step.wider, step.name);
+                QVERIFY2(aligned.count() == step.passes, step.name);
+            }
         }
     }
 

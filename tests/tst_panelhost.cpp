@@ -45,42 +45,38 @@ class tst_PanelHost : public WatchedTest
     Q_OBJECT
 private Q_SLOTS:
     // Each part acts in the panel while the object is there, and no longer.
-    void oneLineSetsUpEverything_data()
-    {
-        QTest::addColumn<bool>("hosted");
-        QTest::newRow("bare panel") << false;
-        QTest::newRow("with the host") << true;
-    }
-
     void oneLineSetsUpEverything()
     {
-        QFETCH(bool, hosted);
-        Traps traps;
-        QUndoStack stack;
-        std::unique_ptr<PanelHost> host;
-        if (hosted)
-            host = std::make_unique<PanelHost>(&traps.panel, &stack);
-        QCoreApplication::processEvents();
-        QCOMPARE(traps.kind->findChild<ChoiceButton*>() != nullptr, hosted);
-        QCOMPARE(traps.colour->findChild<ColourButton*>() != nullptr, hosted);
+        for (const bool hosted : {false, true})
+        {
+            Traps traps;
+            QUndoStack stack;
+            std::unique_ptr<PanelHost> host;
+            if (hosted)
+                host = std::make_unique<PanelHost>(&traps.panel, &stack);
+            QCoreApplication::processEvents();
+            QCOMPARE(traps.kind->findChild<ChoiceButton*>() != nullptr, hosted);
+            QCOMPARE(traps.colour->findChild<ColourButton*>() != nullptr, hosted);
 
-        auto* field = child<QLineEdit>(*traps.roughness, "lineEdit");
-        field->setFocus();
-        QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(traps.roughness->value().toDouble() == 1.0 / 3.0, hosted);
-        QCOMPARE(stack.count(), 0);
-        field->selectAll();
-        QTest::keyClicks(field, "0.5");
-        QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(stack.count(), hosted ? 1 : 0);
+            auto* field = child<QLineEdit>(*traps.roughness, "lineEdit");
+            field->setFocus();
+            QTest::keyClick(field, Qt::Key_Return);
+            QCOMPARE(traps.roughness->value().toDouble() == 1.0 / 3.0, hosted);
+            QCOMPARE(stack.count(), 0);
+            field->selectAll();
+            QTest::keyClicks(field, "0.5");
+            QTest::keyClick(field, Qt::Key_Return);
+            QCOMPARE(stack.count(), hosted ? 1 : 0);
 
-        traps.search()->setText("coat");
-        QCOMPARE(traps.section->isHidden(), hosted);
-        traps.search()->clear();
-        QCOMPARE(traps.advanced->isOpen(), !hosted);
+            traps.search()->setText("coat");
+            QCOMPARE(traps.section->isHidden(), hosted);
+            traps.search()->clear();
+            QCOMPARE(traps.advanced->isOpen(), !hosted);
 
-        QCOMPARE(QAccessible::queryAccessibleInterface(field)->text(QAccessible::Name).contains("Roughness"), hosted);
-        QTRY_COMPARE(child<QLabel>(*traps.roughness, "label")->width() == 80, !hosted);
+            QCOMPARE(QAccessible::queryAccessibleInterface(field)->text(QAccessible::Name).contains("Roughness"),
+                     hosted);
+            QTRY_COMPARE(child<QLabel>(*traps.roughness, "label")->width() == 80, !hosted);
+        }
     }
 
     void buttonsComeAndGoWithTheirSwitches()

@@ -366,39 +366,34 @@ private Q_SLOTS:
         QCOMPARE(host.news(), "0 | 0 '0' at 0 reset");
     }
 
-    void draggingTheHandle_data()
-    {
-        QTest::addColumn<bool>("live");
-        QTest::newRow("live") << true;
-        QTest::newRow("at release") << false;
-    }
-
     void draggingTheHandle()
     {
-        QFETCH(bool, live);
-        QSliderEdit edit;
-        edit.setLiveUpdate(live);
-        setRange(edit, 0, 1, 0.1);
-        edit.setDefaultValue(0.3);
-        edit.setValue(0.5);
-        edit.resize(600, 38);
-        edit.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&edit));
-        Host host(edit);
-        auto* slider = child<QSlider>(edit, "slider");
-        QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 5));
-        QCOMPARE(host.news(), "started | 0.5 '0.5' at 5 reset");
-        dragTo(slider, 7);
-        dragTo(slider, 3);
-        QCOMPARE(host.news(), live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset");
-        release(slider);
-        QCOMPARE(host.news(), "0.3 | 0.3 '0.3' at 3");
+        for (const bool live : {true, false})
+        {
+            QSliderEdit edit;
+            edit.setLiveUpdate(live);
+            setRange(edit, 0, 1, 0.1);
+            edit.setDefaultValue(0.3);
+            edit.setValue(0.5);
+            edit.resize(600, 38);
+            edit.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&edit));
+            Host host(edit);
+            auto* slider = child<QSlider>(edit, "slider");
+            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 5));
+            QCOMPARE(host.news(), "started | 0.5 '0.5' at 5 reset");
+            dragTo(slider, 7);
+            dragTo(slider, 3);
+            QCOMPARE(host.news(), live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset");
+            release(slider);
+            QCOMPARE(host.news(), "0.3 | 0.3 '0.3' at 3");
 
-        QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 3));
-        dragTo(slider, 9);
-        dragTo(slider, 3);
-        release(slider);
-        QCOMPARE(host.news(), live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3");
+            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 3));
+            dragTo(slider, 9);
+            dragTo(slider, 3);
+            release(slider);
+            QCOMPARE(host.news(), live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3");
+        }
     }
 
     void derivedClassChangesTextAndSteps()

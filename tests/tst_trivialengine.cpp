@@ -53,37 +53,32 @@ private Q_SLOTS:
         QTRY_VERIFY(view.isUpToDate());
     }
 
-    void framesOfUnknownWindowsAreLeftOut_data()
-    {
-        QTest::addColumn<bool>("madeAgain");
-        QTest::newRow("after shutdown()") << false;
-        QTest::newRow("window made again") << true;
-    }
-
     void framesOfUnknownWindowsAreLeftOut()
     {
-        QFETCH(bool, madeAgain);
-        View view;
-        QTRY_VERIFY(view.isUpToDate());
-        const HWND before = view.GetHWND();
-        if (madeAgain)
+        for (const bool madeAgain : {false, true}) // otherwise shut down
         {
-            view.hide();
-            view.destroy();
-            view.SetPlatformRendererInterface(nullptr); // registers the window that is gone
-            view.show();
-            QTRY_VERIFY(view.GetHWND() != before);
+            View view;
+            QTRY_VERIFY(view.isUpToDate());
+            const HWND before = view.GetHWND();
+            if (madeAgain)
+            {
+                view.hide();
+                view.destroy();
+                view.SetPlatformRendererInterface(nullptr); // registers the window that is gone
+                view.show();
+                QTRY_VERIFY(view.GetHWND() != before);
+            }
+            else
+            {
+                view.shutdown();
+            }
+            view.wheel.MouseWheel(60, 0);
+            view.repaint();
+            QVERIFY(!view.isUpToDate());
+            view.SetPlatformRendererInterface(&view.wheel);
+            view.Update();
+            QTRY_VERIFY(view.isUpToDate());
         }
-        else
-        {
-            view.shutdown();
-        }
-        view.wheel.MouseWheel(60, 0);
-        view.repaint();
-        QVERIFY(!view.isUpToDate());
-        view.SetPlatformRendererInterface(&view.wheel);
-        view.Update();
-        QTRY_VERIFY(view.isUpToDate());
     }
 };
 

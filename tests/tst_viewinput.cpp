@@ -299,47 +299,41 @@ private Q_SLOTS:
         QVERIFY(!host.input->findChild<QTimer*>());
     }
 
-    void keepsItsWindow_data()
-    {
-        QTest::addColumn<bool>("ownWindow");
-        QTest::newRow("in a window on top") << false;
-        QTest::newRow("a window on top itself") << true;
-    }
-    // The whole way: what a user sees on the screen.
+    // The whole way: what a user sees on the screen, of a view in a window on top and of one that is such a window.
     void keepsItsWindow()
     {
-        QFETCH(bool, ownWindow);
         if (QGuiApplication::platformName() != QLatin1String("xcb"))
             QSKIP("Only X11 makes windows again");
-        for (const Mode mode : {Without, Off, On})
-        {
-            Host host(mode, ownWindow);
-            host.show();
-            // Once more from the back tab.
-            for (const int tab : {0, 1})
+        for (const bool ownWindow : {false, true})
+            for (const Mode mode : {Without, Off, On})
             {
-                QTRY_VERIFY(host.isRed());
-                host.handler.take();
-                const HWND before = host.view->GetHWND();
-                host.tabs.setCurrentIndex(tab);
-                QWidget* window = host.view->window();
-                window->setWindowFlag(Qt::WindowStaysOnTopHint, tab == 0);
-                window->show();
-                host.tabs.setCurrentIndex(0);
-                if (mode != On)
+                Host host(mode, ownWindow);
+                host.show();
+                // Once more from the back tab.
+                for (const int tab : {0, 1})
                 {
-                    QTest::qWait(300);
-                    host.view->Update();
-                    QTest::qWait(100);
-                    QVERIFY(!host.isRed());
-                    break;
+                    QTRY_VERIFY(host.isRed());
+                    host.handler.take();
+                    const HWND before = host.view->GetHWND();
+                    host.tabs.setCurrentIndex(tab);
+                    QWidget* window = host.view->window();
+                    window->setWindowFlag(Qt::WindowStaysOnTopHint, tab == 0);
+                    window->show();
+                    host.tabs.setCurrentIndex(0);
+                    if (mode != On)
+                    {
+                        QTest::qWait(300);
+                        host.view->Update();
+                        QTest::qWait(100);
+                        QVERIFY(!host.isRed());
+                        break;
+                    }
+                    QTRY_VERIFY(host.isRed());
+                    QCOMPARE(host.manager.windows, QVector<HWND>({host.view->windowHandle()->winId()}));
+                    QCOMPARE(before != host.view->GetHWND(), ownWindow);
+                    QCOMPARE(host.handler.take(), QString(ownWindow ? "lost replaced" : ""));
                 }
-                QTRY_VERIFY(host.isRed());
-                QCOMPARE(host.manager.windows, QVector<HWND>({host.view->windowHandle()->winId()}));
-                QCOMPARE(before != host.view->GetHWND(), ownWindow);
-                QCOMPARE(host.handler.take(), QString(ownWindow ? "lost replaced" : ""));
             }
-        }
     }
 };
 
