@@ -13,6 +13,8 @@
 
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QScrollArea>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionSlider>
 #include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
 
@@ -121,6 +123,26 @@ inline QByteArray bitsOf(const QWidget* editor)
     QDataStream stream(&bits, QIODevice::WriteOnly);
     stream << editor->property("value") << editor->property("filename");
     return bits;
+}
+
+//! The middle of a slider's handle, at the position that it has or would have.
+inline QPoint handleOf(QSlider* slider, int position)
+{
+    struct Open : QSlider
+    {
+        using QSlider::initStyleOption;
+    };
+    QStyleOptionSlider option;
+    (slider->*&Open::initStyleOption)(&option);
+    option.sliderPosition = position;
+    return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider).center();
+}
+
+//! With the button held, which QTest's moves are without.
+inline void moveMouse(QWidget* widget, const QPoint& to, Qt::MouseButton button = Qt::LeftButton)
+{
+    QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &move);
 }
 
 //! A panel with sections: addSection() and then addRow() fill it, show() it yourself.

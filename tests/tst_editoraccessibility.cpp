@@ -1,5 +1,6 @@
 #include "hostsupport.h"
 
+#include <examples/DerivedEditor/PercentEdit.h>
 #include <Orvek/Host/EditorAccessibility.h>
 #include <Orvek/Host/EditorUndo.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
@@ -11,13 +12,6 @@ using orvek::host::EditorAccessibility;
 
 namespace
 {
-// Shows a share of 1 in percent.
-class PercentEdit final : public QSliderEdit
-{
-public:
-    QString valueToText(double value) override { return QStringLiteral("%1 %").arg(value * 100); }
-};
-
 QAccessibleInterface* ask(QObject* object)
 {
     return QAccessible::queryAccessibleInterface(object);

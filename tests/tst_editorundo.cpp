@@ -1,5 +1,6 @@
 #include "hostsupport.h"
 
+#include <examples/DerivedEditor/PercentEdit.h>
 #include <Orvek/Host/EditorInput.h>
 #include <Orvek/Host/EditorUndo.h>
 
@@ -12,7 +13,7 @@ using orvek::host::EditorUndo;
 
 namespace
 {
-// A drag by these moves, with a modifier key meanwhile; QTest would move the mouse without the button.
+// A drag by these moves, with a modifier key meanwhile.
 int drag(QSlider* slider, int x, const QVector<int>& moves, Qt::MouseButton button = Qt::LeftButton)
 {
     QPoint at(x, slider->rect().center().y());
@@ -20,8 +21,7 @@ int drag(QSlider* slider, int x, const QVector<int>& moves, Qt::MouseButton butt
     for (const int pixels : moves)
     {
         at.rx() += pixels;
-        QMouseEvent move(QEvent::MouseMove, at, slider->mapToGlobal(at), Qt::NoButton, button, Qt::NoModifier);
-        QCoreApplication::sendEvent(slider, &move);
+        moveMouse(slider, at, button);
         QTest::keyClick(slider, Qt::Key_Shift);
     }
     QTest::mouseRelease(slider, button, Qt::NoModifier, at);
@@ -34,13 +34,6 @@ void type(const QWidget* editor, const char* text)
     field->setFocus();
     commitText(field, text);
 }
-
-class PercentEdit : public QSliderEdit
-{
-public:
-    QString valueToText(double value) override { return QSliderEdit::valueToText(value * 100.0); }
-    double textToValue(QString text, bool* ok) override { return QSliderEdit::textToValue(text, ok) / 100.0; }
-};
 
 // An editor of a host's own, whose value is neither a number nor a text.
 class OwnEdit : public QWidget

@@ -1,6 +1,5 @@
 #include "hostsupport.h"
 
-#include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleFactory>
 
 #include <limits>
@@ -41,20 +40,11 @@ struct Fixture
         commitText(text, typed);
     }
 
-    // Only good for a horizontal slider: handles travel the whole length less their own.
-    QPoint handle() const
-    {
-        const int thickness = slider->style()->pixelMetric(QStyle::PM_SliderLength, nullptr, slider);
-        const int place = QStyle::sliderPositionFromValue(slider->minimum(), slider->maximum(),
-                                                          slider->sliderPosition(), slider->width() - thickness);
-        return {place + thickness / 2, slider->height() / 2};
-    }
-
+    QPoint handle() const { return hostsupport::handleOf(slider, slider->sliderPosition()); }
     void drag(const QPoint& to)
     {
         QTest::mousePress(slider, Qt::LeftButton, {}, handle());
-        QMouseEvent move(QEvent::MouseMove, to, slider->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(slider, &move);
+        hostsupport::moveMouse(slider, to);
     }
 
     QIntSliderEdit edit;

@@ -1,10 +1,9 @@
 #include "hostsupport.h"
 
-#include <QtWidgets/QStyle>
-#include <QtWidgets/QStyleOptionSlider>
-
 #include <functional>
 #include <limits>
+
+using namespace hostsupport;
 
 namespace
 {
@@ -53,32 +52,6 @@ private:
 void click(const QSliderEdit& edit, const char* button)
 {
     QTest::mouseClick(child<QPushButton>(edit, button), Qt::LeftButton);
-}
-
-struct OpenSlider : QSlider
-{
-    using QSlider::initStyleOption;
-};
-
-QPoint handleAt(QSlider* slider, int position)
-{
-    QStyleOptionSlider option;
-    (slider->*&OpenSlider::initStyleOption)(&option);
-    option.sliderPosition = position;
-    return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider).center();
-}
-
-void dragTo(QSlider* slider, int position)
-{
-    const QPoint point = handleAt(slider, position);
-    QMouseEvent move(QEvent::MouseMove, point, slider->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(slider, &move);
-}
-
-void release(QSlider* slider)
-{
-    QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, slider->sliderPosition()));
 }
 
 // In percent, with large steps.
@@ -316,7 +289,7 @@ private Q_SLOTS:
         QSliderEdit edit;
         edit.setDefaultValue(0.25);
         edit.setValue(0.5);
-        hostsupport::showActive(edit);
+        showActive(edit);
         Host host(edit);
         commitText(child<QLineEdit>(edit, "lineEdit"), text);
         QCOMPARE(host.news(), news);
@@ -380,18 +353,18 @@ private Q_SLOTS:
             QVERIFY(QTest::qWaitForWindowExposed(&edit));
             Host host(edit);
             auto* slider = child<QSlider>(edit, "slider");
-            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 5));
+            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleOf(slider, 5));
             QCOMPARE(host.news(), "started | 0.5 '0.5' at 5 reset");
-            dragTo(slider, 7);
-            dragTo(slider, 3);
+            moveMouse(slider, handleOf(slider, 7));
+            moveMouse(slider, handleOf(slider, 3));
             QCOMPARE(host.news(), live ? "0.7 0.3 | 0.3 '0.3' at 3" : "| 0.5 '0.3' at 3 reset");
-            release(slider);
+            QTest::mouseRelease(slider, Qt::LeftButton, {}, handleOf(slider, slider->sliderPosition()));
             QCOMPARE(host.news(), "0.3 | 0.3 '0.3' at 3");
 
-            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleAt(slider, 3));
-            dragTo(slider, 9);
-            dragTo(slider, 3);
-            release(slider);
+            QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleOf(slider, 3));
+            moveMouse(slider, handleOf(slider, 9));
+            moveMouse(slider, handleOf(slider, 3));
+            QTest::mouseRelease(slider, Qt::LeftButton, {}, handleOf(slider, slider->sliderPosition()));
             QCOMPARE(host.news(), live ? "started 0.9 0.3 | 0.3 '0.3' at 3" : "started | 0.3 '0.3' at 3");
         }
     }
