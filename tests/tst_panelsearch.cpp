@@ -3,6 +3,7 @@
 #include <Orvek/Host/PanelSearch.h>
 
 #include <QtWidgets/QGroupBox>
+#include <QtWidgets/QShortcut>
 
 using namespace hostsupport;
 using orvek::host::PanelSearch;
@@ -303,7 +304,10 @@ private Q_SLOTS:
             QVERIFY(isAt(matches.last()));
             QTest::keySequence(&panel.panel, QKeySequence::Find);
             QTest::keyClick(panel.search(), Qt::Key_Escape);
+            const QShortcut own(QKeySequence::FindNext, &panel.panel);
+            const QSignalSpy taken(&own, &QShortcut::activated);
             QTest::keySequence(&panel.panel, QKeySequence::FindNext); // the host's again
+            QCOMPARE(taken.size(), 1);
             QVERIFY(isAt(matches.last()));
         }
     }

@@ -485,6 +485,10 @@ private Q_SLOTS:
         QCOMPARE(edit.objectName(), QStringLiteral("gain"));
         for (const char* name : {"label", "lineEdit", "slider"})
             QCOMPARE(child<QWidget>(edit, name)->whatsThis(), QStringLiteral("help"));
+        const QVectorEdit vector(&parent);
+        const QIntSliderEdit integer(&parent);
+        for (const QWidget* part : {child<QWidget>(vector, "z"), child<QWidget>(integer, "slider")})
+            QCOMPARE(part->whatsThis(), QStringLiteral("help"));
         QWidget* deep = new QWidget(child<QWidget>(edit, "units"));
         QCOMPARE(child<QWidget>(edit, "reset")->toolTip(), QStringLiteral("tip"));
         edit.applyParentTooltip();

@@ -175,11 +175,10 @@ private Q_SLOTS:
             host.show();
             QTest::mousePress(host.view, Qt::LeftButton, {}, QPoint(10, 20));
             QTest::mouseDClick(host.view, Qt::RightButton, {}, QPoint(11, 21));
-            QTest::mousePress(host.view, Qt::RightButton, {}, QPoint(12, 22));
             host.keys({{true, 'q'}});
-            QCOMPARE(host.handler.take(), QString("down1 double2 down2 +113"));
+            QCOMPARE(host.handler.take(), QString("down1 double2 +113"));
             act(host);
-            QTRY_COMPARE(host.handler.log.join(' '), QString(mode == On ? "up1@12,22 up2@12,22 -113" : ""));
+            QTRY_COMPARE(host.handler.log.join(' '), QString(mode == On ? "up1@11,21 up2@11,21 -113" : ""));
             // The true ones come late.
             host.window.setEnabled(true);
             host.handler.take();
