@@ -191,6 +191,8 @@ private Q_SLOTS:
             QVERIFY(text.startsWith("<ui language=\"c++\">\n") && text.endsWith('\n'));
             for (const QByteArray& line : text.split('\n'))
                 QVERIFY2(QString(line).count(QRegularExpression("<\\w")) <= 1, line.constData());
+            // As Designer writes a plain widget that holds others.
+            QCOMPARE(text.contains("native=\"true\">"), widgetNames().at(i) == "QAccordion");
             const auto size = QRegularExpression("<width>(\\d+)</width>\\s*<height>(\\d+)").match(text);
             QBuffer buffer(&text);
             const std::unique_ptr<QWidget> widget(loader.load(&buffer));
