@@ -197,9 +197,9 @@ private Q_SLOTS:
             QWidget window;
             QLineEdit elsewhere(&window);
             QWidget* editor = kind.create();
+            editor->setParent(&window);
             if (qobject_cast<QColourEdit*>(editor)) // shows no value
                 continue;
-            editor->setParent(&window);
             QLineEdit* field = fieldsOf(*editor).first();
             showActive(window);
             QSignalSpy changes(editor, SIGNAL(valueChanged()));
