@@ -1,0 +1,69 @@
+#pragma once
+
+#include <Orvek/Host/Property.h>
+
+#include <QtCore/QMetaMethod>
+#include <QtCore/QObject>
+
+namespace orvek::host
+{
+//! The properties that objects of one type have, and how they are read and written.
+//!
+//! It is the one interface to an engine's own reflection: derive from it, list the properties, read and write them.
+//! Structs get theirs from Description<T>, QObjects from QObjectType. An object is only an address to it: what kind of
+//! thing lies there, the derived class knows. Indices are those of properties(), and valid; objects are not null and
+//! not owned.
+class ORVEKQTHOST_EXPORT ObjectType
+{
+public:
+    virtual ~ObjectType();
+
+    //! Names the type in messages, for example "Material".
+    QString name() const { return m_name; }
+    const QVector<Property>& properties() const { return m_properties; }
+    //! The index of the property of this name, -1 if there is none.
+    int indexOf(const QString& name) const;
+
+    //! The value in the object's own precision, as PropertyKind says: writing it back changes no bit of the object.
+    virtual QVariant read(const void* object, int property) const = 0;
+    //! Stores the value. Returns false and changes nothing if the object cannot have it: the wrong type, a choice that
+    //! does not exist, a read-only property of a QObject. Ranges are not its concern.
+    virtual bool write(void* object, int property, const QVariant& value) const = 0;
+
+    //! Which components of the property differ among the objects: bit 0 for a number, a text, a flag and the first
+    //! component of a vector or colour, bits 1 to 3 for the others. 0 if all are equal to the last bit. By default it
+    //! reads all values; a type that can compare in place is faster with many objects.
+    virtual unsigned differences(const QVector<void*>& objects, int property) const;
+
+    //! For lists: how many elements the object has, the address of one, valid until the list changes, and a new length;
+    //! new elements have their defaults. Defaults: 0, null, false.
+    virtual int count(const void* object, int property) const;
+    virtual void* element(void* object, int property, int index) const;
+    virtual bool resize(void* object, int property, int count) const;
+
+    //! The signal that tells of a change of the property, for objects that are QObjects; otherwise null and an invalid
+    //! method, which are the defaults.
+    virtual QObject* notifier(void* object, int property) const;
+    virtual QMetaMethod notifySignal(int property) const;
+
+    //! What is wrong with the descriptions, one message each, which names type and property: an empty name, two of one
+    //! name, minimum above maximum, a default outside of the range or of the wrong type, a step below 0, a logarithmic
+    //! range that reaches 0, a choice without entries or with two of one key or value, a power of two that is not one, a
+    //! list without a type. Empty if all is well.
+    QStringList errors() const;
+
+protected:
+    explicit ObjectType(QString name, QVector<Property> properties = {});
+    //! For types that find their properties while they are constructed.
+    void setProperties(QVector<Property> properties);
+
+private:
+    Q_DISABLE_COPY(ObjectType)
+    const QString m_name;
+    QVector<Property> m_properties;
+};
+
+//! Whether two values are equal to the last bit, which QVariant's own comparison does not ask. Of a NaN, too. The types
+//! must be equal.
+ORVEKQTHOST_EXPORT bool identical(const QVariant& a, const QVariant& b);
+} // namespace orvek::host
