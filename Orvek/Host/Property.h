@@ -78,9 +78,14 @@ struct Property
     bool live = true;
     //! In files and comparisons as well as in panels. Default true; false for what is only shown, such as a frame rate.
     bool stored = true;
+    //! The object holds a float, not a double: files get the shortest decimal that is read back as the same float, and
+    //! ranges are compared as floats. Of vectors it is always so. Default false.
+    bool singlePrecision = false;
+    //! The most characters of a text or file, or elements of a list, that files may have. Default 0: any number.
+    int maximumLength = 0;
 
-    //! Whether its editor is enabled, or its row shown, for the object, of the type that the property belongs to. Empty:
-    //! always. Asked again whenever values may have changed.
+    //! Whether its editor is enabled, or its row shown, for the object, of the type that the property belongs to.
+    //! Empty: always. Asked again whenever values may have changed.
     std::function<bool(const void* object)> enabledWhen;
     std::function<bool(const void* object)> shownWhen;
 
