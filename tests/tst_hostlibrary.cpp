@@ -18,10 +18,11 @@ private Q_SLOTS:
         {
             const auto match = symbol.match(line);
             QVERIFY2(match.hasMatch() && !match.captured(3).startsWith("::Private"), qPrintable(line));
-            // What a host begins with: a constructor, of plain data and of a class without objects a function.
+            // What a host begins with: a constructor, of plain data and of a class without objects a function. Or
+            // it is a function itself.
             const QString rest = match.captured(3);
             if (rest.startsWith("::" + match.captured(2) + '(') || rest.startsWith("::install(") ||
-                rest.startsWith("::displayTitle("))
+                rest.startsWith("::displayTitle(") || rest.startsWith('('))
                 whole << match.captured(2);
         }
         const QStringList classes = QString(ORVEK_HOST_CLASSES).split(' ', Qt::SkipEmptyParts);

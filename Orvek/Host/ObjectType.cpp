@@ -134,7 +134,7 @@ double otherNumber(const Property& property, double value)
         property.maximum};
     for (const double candidate : candidates)
     {
-        if (float(candidate) != float(value) && isInRange(range, candidate))
+        if (toFloat(candidate) != toFloat(value) && isInRange(range, candidate))
             return candidate;
     }
     return std::numeric_limits<double>::quiet_NaN();
@@ -188,7 +188,7 @@ QVariant otherValue(const Property& property, const QVariant& value, int compone
         {
             auto vector = value.value<QVector3D>();
             const double other = otherNumber(property, double(vector[component]));
-            vector[component] = float(other);
+            vector[component] = toFloat(other);
             return std::isnan(other) ? QVariant() : QVariant(vector);
         }
     case PropertyKind::Text:

@@ -1,11 +1,14 @@
 #include <Orvek/Host/PropertyValue.h>
 
+#include <Orvek/Host/ObjectType.h>
+
 #include <QtGui/QColor>
 #include <QtGui/QVector3D>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace orvek::host
 {
@@ -73,11 +76,21 @@ bool hasType(const Property& property, const QVariant& value)
     return false;
 }
 
+float toFloat(double number)
+{
+    constexpr auto Largest = double(std::numeric_limits<float>::max());
+    constexpr double RoundedDown = Largest * (1 + 1.0 / (1 << 25)); // half the way to the float that would be next
+    if (std::abs(number) <= Largest || std::isnan(number))
+        return float(number);
+    const double nearest = std::abs(number) < RoundedDown ? Largest : std::numeric_limits<double>::infinity();
+    return float(std::copysign(nearest, number));
+}
+
 bool isInRange(const Property& property, double number)
 {
     if (property.singlePrecision)
-        return std::isfinite(float(number)) && float(number) >= float(property.minimum) &&
-               float(number) <= float(property.maximum);
+        return std::isfinite(toFloat(number)) && toFloat(number) >= toFloat(property.minimum) &&
+               toFloat(number) <= toFloat(property.maximum);
     return std::isfinite(number) && number >= property.minimum && number <= property.maximum;
 }
 

@@ -21,6 +21,9 @@ bool isValid(const Property& property, const QVariant& value);
 // Whether a number is finite and within the range. Floats are compared as floats: the ends need not be exact as such.
 bool isInRange(const Property& property, double number);
 
+// The nearest float, or infinity beyond the largest.
+float toFloat(double number);
+
 // The components that differ in any bit, as ObjectType::differences() says. Values of different types differ in all.
 unsigned differentComponents(const QVariant& a, const QVariant& b);
 unsigned differentComponents(const QVector3D& a, const QVector3D& b);
