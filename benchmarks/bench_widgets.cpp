@@ -3,13 +3,16 @@
 
 #include "workloads.h"
 
+#include <Orvek/Host/Description.h>
 #include <Orvek/Host/PanelHost.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
 #include <examples/SceneEditor/Looks.h>
 #include <tests/literalsearch.h>
 
+#include <QtGui/QColor>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QVector3D>
 #include <QtWidgets/QUndoStack>
 
 #include <benchmark/benchmark.h>
@@ -17,6 +20,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include <malloc.h>
 
@@ -344,6 +348,111 @@ BENCHMARK_CAPTURE(hostBuild, hosted, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(hostBuild, bare, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(hostIdle, hosted, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(hostIdle, bare, false)->Unit(benchmark::kMillisecond);
+
+// A tenth of the values of an object, and what is equal of them in a selection.
+struct Values
+{
+    float a = 0.1F;
+    float b = 0.2F;
+    float c = 0.3F;
+    double d = 0.4;
+    int e = 5;
+    Qt::PenStyle f = Qt::DashLine;
+    bool g = true;
+    QVector3D h{1, 2, 3};
+    QColor i = Qt::red;
+    QString j = QStringLiteral("steel");
+};
+
+struct SelectedObject
+{
+    Values first;
+    Values second;
+    Values third;
+    Values fourth;
+};
+
+constexpr int SelectedObjects = 1000;
+
+QVector<void*> selection(std::vector<SelectedObject>& objects)
+{
+    QVector<void*> addresses;
+    for (SelectedObject& object : objects)
+        addresses << &object;
+    return addresses;
+}
+
+// All are equal, so that nothing can be left out.
+void compareOurs(benchmark::State& state)
+{
+    using orvek::host::Description;
+    Description<Values> values(QStringLiteral("Values"));
+    values.number("a", &Values::a);
+    values.number("b", &Values::b);
+    values.number("c", &Values::c);
+    values.number("d", &Values::d);
+    values.integer("e", &Values::e);
+    values.choice("f", &Values::f).entry(QStringLiteral("dash"), QString(), Qt::DashLine);
+    values.flag("g", &Values::g);
+    values.vector("h", &Values::h);
+    values.colour("i", &Values::i);
+    values.text("j", &Values::j);
+    Description<SelectedObject> object(QStringLiteral("Object"));
+    object.nested("first", &SelectedObject::first, values.type());
+    object.nested("second", &SelectedObject::second, values.type());
+    object.nested("third", &SelectedObject::third, values.type());
+    object.nested("fourth", &SelectedObject::fourth, values.type());
+    const auto type = object.type();
+    std::vector<SelectedObject> objects(SelectedObjects);
+    const QVector<void*> addresses = selection(objects);
+    unsigned different = 0;
+    for (auto _ : state)
+    {
+        for (int property = 0; property < type->properties().size(); ++property)
+            different |= type->differences(addresses, property);
+        benchmark::DoNotOptimize(different);
+    }
+    if (different != 0 || type->properties().size() != 40)
+        state.SkipWithError("the values are not compared");
+    state.SetItemsProcessed(state.iterations());
+}
+
+void compareFloor(benchmark::State& state)
+{
+    std::vector<SelectedObject> objects(SelectedObjects);
+    const QVector<void*> addresses = selection(objects);
+    bool different[40] = {};
+    for (auto _ : state)
+    {
+        const auto& first = *static_cast<const SelectedObject*>(addresses.first());
+        for (const void* address : addresses)
+        {
+            const auto& object = *static_cast<const SelectedObject*>(address);
+            bool* differs = different;
+            for (const auto part :
+                 {&SelectedObject::first, &SelectedObject::second, &SelectedObject::third, &SelectedObject::fourth})
+            {
+                const Values& mine = object.*part;
+                const Values& other = first.*part;
+                *differs++ |= mine.a != other.a;
+                *differs++ |= mine.b != other.b;
+                *differs++ |= mine.c != other.c;
+                *differs++ |= mine.d != other.d;
+                *differs++ |= mine.e != other.e;
+                *differs++ |= mine.f != other.f;
+                *differs++ |= mine.g != other.g;
+                *differs++ |= mine.h != other.h;
+                *differs++ |= mine.i != other.i;
+                *differs++ |= mine.j != other.j;
+            }
+        }
+        benchmark::DoNotOptimize(different);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(compareOurs)->Unit(benchmark::kMillisecond);
+BENCHMARK(compareFloor)->Unit(benchmark::kMillisecond);
 
 // An engine that does nothing, so that only the way to it is measured.
 class EmptyEngine final : public orvek::crossplatform::DisplaySurfaceManagerInterface,

@@ -56,6 +56,7 @@ TIMED = [
     ("push new values with PanelHost", "1000 editors", "hostPush/hosted", "hostPush/bare", None),
     ("build and show with PanelHost", "50 sections of 20", "hostBuild/hosted", "hostBuild/bare", None),
     ("nothing happens with PanelHost", "50 sections of 20", "hostIdle/hosted", "hostIdle/bare", None),
+    ("compare the values of a selection", "1000 objects of 40", "compareOurs", "compareFloor", None),
     ("frame of an empty engine", "1 frame", "frameOurs", "frameFloor", None),
     ("mouse move to the handler", "1 move", "moveOurs", "moveFloor", None),
 ]
