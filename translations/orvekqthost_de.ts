@@ -122,6 +122,157 @@
     </message>
 </context>
 <context>
+    <name>orvek::host::ObjectFile</name>
+    <message>
+        <source>null</source>
+        <translation>null</translation>
+    </message>
+    <message>
+        <source>an array of %1</source>
+        <translation>ein Array mit %1 Elementen</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>ein Objekt</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>eine Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>a number of at least %1</source>
+        <translation>eine Zahl ab %1</translation>
+    </message>
+    <message>
+        <source>a number of at most %1</source>
+        <translation>eine Zahl bis %1</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>eine Zahl</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>the top level</source>
+        <translation>oberste Ebene</translation>
+    </message>
+    <message>
+        <source>expected %1, found %2</source>
+        <translation>erwartet: %1; gefunden: %2</translation>
+    </message>
+    <message>
+        <source>%1: unknown, ignored</source>
+        <translation>%1: unbekannt, wird ignoriert</translation>
+    </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>eine ganze Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>a power of two from %1 to %2</source>
+        <translation>eine Zweierpotenz von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>one of %1</source>
+        <translation>eines von %1</translation>
+    </message>
+    <message>
+        <source>a colour such as %1</source>
+        <translation>eine Farbe wie %1</translation>
+    </message>
+    <message>
+        <source>an array of three numbers</source>
+        <translation>ein Array mit drei Zahlen</translation>
+    </message>
+    <message>
+        <source>the text is not valid Unicode</source>
+        <translation>der Text ist kein gültiges Unicode</translation>
+    </message>
+    <message>
+        <source>a text of at most %1 characters</source>
+        <translation>ein Text von höchstens %1 Zeichen</translation>
+    </message>
+    <message>
+        <source>a text</source>
+        <translation>ein Text</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true oder false</translation>
+    </message>
+    <message>
+        <source>an array of at most %1</source>
+        <translation>ein Array mit höchstens %1 Elementen</translation>
+    </message>
+    <message>
+        <source>an array</source>
+        <translation>ein Array</translation>
+    </message>
+    <message>
+        <source>%1 refuses the value</source>
+        <translation>%1 nimmt den Wert nicht an</translation>
+    </message>
+    <message>
+        <source>there is no description of the object</source>
+        <translation>für das Objekt gibt es keine Beschreibung</translation>
+    </message>
+    <message>
+        <source>%1 further unknown ones, ignored</source>
+        <translation>%1 weitere unbekannte, werden ignoriert</translation>
+    </message>
+    <message>
+        <source>the value cannot be written exactly</source>
+        <translation>der Wert lässt sich nicht genau speichern</translation>
+    </message>
+    <message>
+        <source>expected at most %1, found %2</source>
+        <translation>erwartet: höchstens %1; gefunden: %2</translation>
+    </message>
+    <message>
+        <source>a property, and a member of the header as well</source>
+        <translation>eine Eigenschaft, aber auch ein Mitglied des Kopfes</translation>
+    </message>
+    <message>
+        <source>is a directory, expected a file</source>
+        <translation>ist ein Ordner; erwartet: eine Datei</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>has more than %1 bytes</source>
+        <translation>hat mehr als %1 Bytes</translation>
+    </message>
+    <message>
+        <source>not valid JSON, %1</source>
+        <translation>kein gültiges JSON, %1</translation>
+    </message>
+    <message>
+        <source>expected an object, found an array</source>
+        <translation>erwartet: ein Objekt; gefunden: ein Array</translation>
+    </message>
+    <message>
+        <source>not saved, has more than %1 bytes</source>
+        <translation>nicht gespeichert, hat mehr als %1 Bytes</translation>
+    </message>
+    <message>
+        <source>cannot be written: %1</source>
+        <translation>kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>not saved, %1</source>
+        <translation>nicht gespeichert, %1</translation>
+    </message>
+</context>
+<context>
     <name>orvek::host::PanelSearch</name>
     <message>
         <source>Nothing matches &quot;%1&quot;</source>

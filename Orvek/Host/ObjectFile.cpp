@@ -248,7 +248,7 @@ struct ObjectFile::Private
     std::optional<QJsonObject> toJson(const void* object);
 
     std::optional<QByteArray> contents(const QString& fileName, QString& problem) const;
-    bool named(const QString& fileName, bool succeeded, const QString& separator = QStringLiteral(": "));
+    bool named(const QString& fileName, bool succeeded);
 
     std::shared_ptr<const ObjectType> type;
     QHash<const ObjectType*, Node> nodes; // each made when it is first needed
@@ -696,10 +696,11 @@ std::optional<QByteArray> ObjectFile::Private::contents(const QString& fileName,
 }
 
 // Puts the name of the file before the error.
-bool ObjectFile::Private::named(const QString& fileName, bool succeeded, const QString& separator)
+bool ObjectFile::Private::named(const QString& fileName, bool succeeded)
 {
     if (!succeeded)
-        error.prepend(QDir::toNativeSeparators(fileName) + (errorHasPlace ? QStringLiteral(":") : separator));
+        error.prepend(QDir::toNativeSeparators(fileName) +
+                      (errorHasPlace ? QStringLiteral(":") : QStringLiteral(": ")));
     return succeeded;
 }
 
@@ -741,7 +742,10 @@ bool ObjectFile::write(const QString& fileName, const void* object)
 {
     const std::optional<QJsonObject> json = toJson(object);
     if (!json)
-        return d->named(fileName, false, Text::tr(": not saved, "));
+    {
+        d->error = Text::tr("not saved, %1").arg(d->error);
+        return d->named(fileName, false);
+    }
     const QByteArray contents = QJsonDocument(*json).toJson();
     QSaveFile file(fileName);
     if (contents.size() > d->maximumSize)
