@@ -1,4 +1,5 @@
 """Writes what the pages say about members, and the descriptions of classes, from the comments in the installed headers.
+Structs of plain data are classes whose members are variables.
 
 A comment (//!) serves the function below it with its overloads and its setter; the first and only one between two blank
 lines serves all functions there. Functions that read or write a property are part of the entry of the property. A page
@@ -6,21 +7,22 @@ fetches the description of its class with `\\include classes.qdocinc NAME`."""
 import itertools
 import re
 
-CLASS = re.compile(r"class (?:\w+_EXPORT )?(\w+)\b(?!.*;)")
+CLASS = re.compile(r"(?:class|struct) (?:\w+_EXPORT )?(\w+)\b(?!.*;)")
 COMMENT = re.compile(r"\s*//! ?(.*)")
 ACCESS = re.compile(r"(public|protected|private|signals|Q_SIGNALS)\b[\w ]*:$")
 PROPERTY = re.compile(r"Q_PROPERTY\(.*?(\w+) READ (\w+)(?: WRITE (\w+))?")
-FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\[\[\w+\]\]) )*(.*?)(~?\w+)\((.*)\)( const)?"
+FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\w+_EXPORT|\[\[\w+\]\]) )*(.*?)(~?\w+)\((.*)\)( const)?"
                       r"(?: noexcept)?(?: override)?(?: = 0| = default)?(?:;| ?\{.*\})$")
+VARIABLE = re.compile(r"(.*?\W)(\w+)(?: = .*)?;$")
 # Qt documents what is overridden; the others are not for hosts.
 EXEMPT = re.compile(r"^[^~]*\boverride\b|= delete|^(friend|using|class|struct|QT_|Q_(?!PROPERTY|INVOKABLE))")
 
 
 def installed_headers(folder):
-    """The headers of the engine's interfaces, and elsewhere those with an exported class."""
+    """The headers of the engine's interfaces, and elsewhere those with an exported class or a struct with exports."""
     return [path for path in sorted(folder.rglob("*.h"))
             if path.relative_to(folder).parts[0] in ("Base", "CrossPlatform")
-            or re.search(r"^class \w+_EXPORT ", path.read_text(encoding="utf-8"), re.M)]
+            or re.search(r"^class \w+_EXPORT |^struct \w+\n(?s:.*)_EXPORT ", path.read_text(encoding="utf-8"), re.M)]
 
 
 def serves_block(lines, first):
@@ -50,7 +52,7 @@ def declarations(path):
         if name and statement and statement[-1] not in ":;})" and statement != "Q_OBJECT":
             continue
         if CLASS.match(line):
-            name, visible = "::".join([*namespaces, CLASS.match(line).group(1)]), False
+            name, visible = "::".join([*namespaces, CLASS.match(line).group(1)]), line.startswith("struct")
             yield number, name, "", comment
         elif line.startswith("namespace "):
             namespaces.append(line.split()[1])
@@ -113,6 +115,9 @@ def write(folder, output):
                 lines, _, names = functions.setdefault(id(comment), ([], comment, []))
                 lines.append(f"\\fn {returns}{name}::{member}({parameters}){const}")
                 names += re.findall(r"(\w+)(?:,|$)", parameters)
+            elif VARIABLE.match(statement):
+                member = VARIABLE.match(statement).group(2)
+                functions.setdefault(id(comment), ([], comment, []))[0].append(f"\\variable {name}::{member}")
             if not comment:
                 missing.append(f"{path}:{number}: no comment for {name}{'::' if member else ''}{member}")
     blocks = []

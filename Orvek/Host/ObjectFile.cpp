@@ -18,6 +18,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace orvek::host
@@ -245,7 +246,7 @@ struct ObjectFile::Private
                       QJsonObject& json);
     bool writeProperty(const ObjectType& objectType, int property, const void* object, const QString& path,
                        QJsonValue& json);
-    std::optional<QJsonObject> toJson(const void* object);
+    bool toJson(const void* object, QJsonObject& target);
 
     std::optional<QByteArray> contents(const QString& fileName, QString& problem) const;
     bool named(const QString& fileName, bool succeeded);
@@ -648,7 +649,7 @@ bool ObjectFile::Private::writeMembers(const ObjectType& objectType, const Node&
     return true;
 }
 
-std::optional<QJsonObject> ObjectFile::Private::toJson(const void* object)
+bool ObjectFile::Private::toJson(const void* object, QJsonObject& target)
 {
     QJsonObject json;
     if (!type)
@@ -665,8 +666,9 @@ std::optional<QJsonObject> ObjectFile::Private::toJson(const void* object)
             merge(json, kept);
     }
     if (!error.isEmpty())
-        return std::nullopt;
-    return json;
+        return false;
+    target = json;
+    return true;
 }
 
 std::optional<QByteArray> ObjectFile::Private::contents(const QString& fileName, QString& problem) const
@@ -740,13 +742,13 @@ bool ObjectFile::fromJson(const QJsonObject& json, void* object)
 
 bool ObjectFile::write(const QString& fileName, const void* object)
 {
-    const std::optional<QJsonObject> json = toJson(object);
-    if (!json)
+    QJsonObject json;
+    if (!toJson(object, &json))
     {
         d->error = Text::tr("not saved, %1").arg(d->error);
         return d->named(fileName, false);
     }
-    const QByteArray contents = QJsonDocument(*json).toJson();
+    const QByteArray contents = QJsonDocument(json).toJson();
     QSaveFile file(fileName);
     if (contents.size() > d->maximumSize)
         d->error = Text::tr("not saved, has more than %1 bytes").arg(d->maximumSize);
@@ -763,10 +765,10 @@ bool ObjectFile::write(const QString& fileName, const void* object)
     return d->named(fileName, d->error.isEmpty());
 }
 
-std::optional<QJsonObject> ObjectFile::toJson(const void* object)
+bool ObjectFile::toJson(const void* object, QJsonObject* json)
 {
     d->begin();
-    return d->toJson(object);
+    return d->toJson(object, *json);
 }
 
 QString ObjectFile::errorString() const

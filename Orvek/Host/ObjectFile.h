@@ -7,7 +7,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace orvek::host
 {
@@ -32,19 +31,21 @@ public:
     explicit ObjectFile(std::shared_ptr<const ObjectType> type);
     ~ObjectFile();
 
-    //! Reads the object from a file. Members that the file does not have keep their values; elements of lists have
-    //! their defaults before they are read. Returns false and leaves the object as it is if anything is wrong.
+    //! Reads the object from the file called fileName. Members that the file does not have keep their values; elements
+    //! of lists have their defaults before they are read. Returns false and leaves the object as it is if anything is
+    //! wrong.
     bool read(const QString& fileName, void* object);
-    //! The same from the contents of a file.
+    //! Reads the object from the contents of a file, and returns the same as read().
     bool fromBytes(const QByteArray& contents, void* object);
-    //! The same from JSON that the host has parsed.
+    //! Reads the object from json, which the host has parsed, and returns the same as read().
     bool fromJson(const QJsonObject& json, void* object);
 
-    //! Writes the object to a file; an old one is replaced when all is written. Returns false, and leaves the file as
-    //! it is, if the object has a value that could not be read again, or the file cannot be written.
+    //! Writes the object to the file called fileName; an old one is replaced when all is written. Returns false, and
+    //! leaves the file as it is, if the object has a value that could not be read again, or the file cannot be written.
     bool write(const QString& fileName, const void* object);
-    //! The object as JSON; empty if it has a value that could not be read again.
-    std::optional<QJsonObject> toJson(const void* object);
+    //! Puts the object into json, which must not be null. Returns false and leaves json as it is if the object has a
+    //! value that could not be read again.
+    bool toJson(const void* object, QJsonObject* json);
 
     //! What was wrong in the last call: "materials[2].roughness: expected a number from 0 to 1, found "abc"", behind
     //! the name of the file if there is one. Empty if it succeeded.
@@ -61,8 +62,9 @@ public:
     QJsonObject header() const;
     void setHeader(const QJsonObject& header);
 
-    //! Called with each name of a file that is read or written, unless it is empty; returns what the object or the file
-    //! gets, for example a name relative to the folder. Empty functions, the default, leave names as they are.
+    //! Called with each name of a file in the object unless it is empty: read returns what the object gets for a name
+    //! in the file, write the opposite, for example a name relative to the folder. Empty functions, the default, leave
+    //! names as they are.
     void setFileNames(std::function<QString(const QString& inFile)> read,
                       std::function<QString(const QString& inObject)> write);
 

@@ -21,6 +21,7 @@ public:
 
     //! Names the type in messages, for example "Material".
     QString name() const { return m_name; }
+    //! In the order shown.
     const QVector<Property>& properties() const { return m_properties; }
     //! The index of the property of this name, -1 if there is none.
     int indexOf(const QString& name) const;
@@ -28,7 +29,8 @@ public:
     //! the name of the type, in words.
     QString sectionTitle(int property) const;
 
-    //! The value in the object's own precision, as PropertyKind says: writing it back changes no bit of the object.
+    //! The value of the property in the object, in its own precision and of the type that PropertyKind says: writing it
+    //! back changes no bit of the object.
     virtual QVariant read(const void* object, int property) const = 0;
     //! Stores the value. Returns false and changes nothing if the object cannot have it: the wrong type, a choice that
     //! does not exist, a read-only property of a QObject. Ranges are not its concern.
@@ -56,23 +58,25 @@ public:
     //! a list without a type, a name that is also that of a nested struct. Empty if all is well.
     QStringList errors() const;
 
-    //! Whether all stored properties of the two objects are equal to the last bit, those of lists too.
+    //! Whether all stored properties of the objects a and b are equal to the last bit, those of lists too.
     bool equal(const void* a, const void* b) const;
-    //! Gives the second object the values of the first in all stored properties. Returns false if the second refused
-    //! one; it has the others then.
+    //! Copies all stored properties from one object to another. Returns false if that refused one; it has the others
+    //! then.
     bool copy(const void* from, void* to) const;
-    //! Changes one stored property after the other, one component of a vector or colour after the other, to another
-    //! valid value, calls visit and puts the old value back. Lists have one element more during the call, and so have
-    //! those that are empty while the members of their elements are changed. With it a test proves that files, copies
-    //! and undo of a host leave out none of them. The path is "layers[0].thickness" or "position[2]". Returns the paths
-    //! of what could not be changed, as there is only one valid value or write() refused the other.
+    //! Changes one stored property of the object after the other, and one component of a vector or colour after the
+    //! other, to another valid value, calls visit and puts the old value back. Lists have one element more during the
+    //! call, and so have those that are empty while the members of their elements are changed. With it a test proves
+    //! that files, copies and undo of a host leave out none of them. The path is "layers[0].thickness" or
+    //! "position[2]". Returns the paths of what could not be changed, as there is only one valid value or write()
+    //! refused the other.
     QStringList changeEach(void* object, const std::function<void(const QString& path)>& visit) const;
 
 protected:
+    //! Has a name for messages, and the properties.
     explicit ObjectType(QString name, QVector<Property> properties = {});
     //! For types that find their properties while they are constructed.
     void setProperties(QVector<Property> properties);
-    //! One more of errors(), for what the derived class finds; it names type and property.
+    //! Adds the message to errors(), for what the derived class finds; it names type and property.
     void addError(const QString& message) { m_errors << message; }
 
 private:

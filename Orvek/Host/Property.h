@@ -34,9 +34,12 @@ enum class PropertyKind
 //! One entry of a choice.
 struct PropertyChoice
 {
-    QString key;   //!< what files say; unique within the property, not translated
-    QString title; //!< what users see
-    int value = 0; //!< unique within the property
+    //! What files say; unique within the property, not translated.
+    QString key;
+    //! What users see.
+    QString title;
+    //! Unique within the property.
+    int value = 0;
 };
 
 //! The description of one property: all that panel, file and undo need to know of it. Plain data.
@@ -51,12 +54,14 @@ struct Property
     //! Title of the section that shows it. Properties of one section need not follow each other. Empty: a section named
     //! like the nested struct, or like the type.
     QString section;
+    //! What sort of value it has. Default PropertyKind::Number.
     PropertyKind kind = PropertyKind::Number;
 
-    //! Ends of the range: of the value, or of each component of a vector. Default 0 to 1 for numbers and colours, 0 to
-    //! 100 for whole numbers, 1 to 4096 for powers of two; vectors have none by default (-infinity to infinity). Other
-    //! kinds ignore them, and choices have their values. The minimum must not exceed the maximum.
+    //! Lower end of the range: of the value, or of each component of a vector. Default 0; Description and QObjectType
+    //! have others, according to the kind. Must not exceed the maximum. Choices have their values, and other kinds
+    //! ignore it.
     double minimum = 0.0;
+    //! Upper end of the range, like minimum. Default 1.
     double maximum = 1.0;
     //! Distance of two slider positions, in the unit of the value. 0, the default, is the editor's own.
     double step = 0.0;
@@ -69,6 +74,7 @@ struct Property
     QVariant defaultValue;
     //! Entries of a choice in the order shown; at least one. Other kinds have none.
     QVector<PropertyChoice> choices;
+    //! Of the row and its parts. Default empty.
     QString toolTip;
     //! Of the dialog of a file: "Meshes (*.obj *.ply)". Default empty: all files.
     QString fileFilter;
@@ -84,9 +90,10 @@ struct Property
     //! The most characters of a text or file, or elements of a list, that files may have. Default 0: any number.
     int maximumLength = 0;
 
-    //! Whether its editor is enabled, or its row shown, for the object, of the type that the property belongs to.
-    //! Empty: always. Asked again whenever values may have changed.
+    //! Whether its editor is enabled for the object, which is of the type that the property belongs to. Empty, the
+    //! default: always. Asked again whenever values may have changed.
     std::function<bool(const void* object)> enabledWhen;
+    //! Whether its row is shown, like enabledWhen.
     std::function<bool(const void* object)> shownWhen;
 
     //! Of a list: the type of its elements, otherwise null.

@@ -437,9 +437,8 @@ bool QObjectType::write(void* object, int property, const QVariant& value) const
     case QMetaType::SChar:
     case QMetaType::UChar:
     {
-        QVariant narrow = value;
-        return narrow.convert(metaProperty.userType()) && narrow.toInt() == value.toInt() &&
-               metaProperty.write(target, narrow);
+        const std::optional<Property> range = describedByType(metaProperty);
+        return value.toInt() >= range->minimum && value.toInt() <= range->maximum && metaProperty.write(target, value);
     }
     default:
         return metaProperty.write(target, value);

@@ -19,10 +19,10 @@ namespace orvek::host
 class ORVEKQTHOST_EXPORT QObjectType : public ObjectType
 {
 public:
-    //! Lists the properties of the class and its bases up to and including first; null, the default, includes all up to
-    //! QObject. If first is not one of them, only the class's own. The values of the sample are the properties'
-    //! defaults unless the class says others; without one, a property has a default only if the class says it. The
-    //! sample is not kept. The meta-object must not be null.
+    //! Lists the properties of the class with that metaObject, which must not be null, and of its bases up to and
+    //! including first; null, the default, includes all up to QObject. If first is not one of them, only the class's
+    //! own. The values of the sample are the properties' defaults unless the class says others; without one, a property
+    //! has a default only if the class says it. The sample is not kept.
     explicit QObjectType(const QMetaObject* metaObject, const QMetaObject* first = nullptr,
                          const QObject* sample = nullptr);
     ~QObjectType() override;

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <memory>
+
+class QDir;
 class QRenderWidget;
 class QSettings;
 class QString;
 class QUndoStack;
 class QWidget;
+struct Material;
 namespace orvek::base
 {
 class BaseMouseHandler;
@@ -13,6 +17,12 @@ namespace orvek::crossplatform
 {
 class DisplaySurfaceManagerInterface;
 }
+
+namespace orvek::host
+{
+class ObjectFile;
+class ObjectType;
+} // namespace orvek::host
 
 // Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The
 // caller owns it.
@@ -43,3 +53,9 @@ void closeAfterLoading(QWidget* form);
 void saveSections(QWidget* panel, QSettings& settings);
 void restoreSections(QWidget* panel, QSettings& settings);
 void followWithUndo(QWidget* panel, QUndoStack* stack);
+bool load(const QString& fileName, Material& material);
+void keepNamesRelative(orvek::host::ObjectFile& file, const QDir& folder);
+bool everythingIsSaved();
+std::shared_ptr<const orvek::host::ObjectType> materialType();
+std::shared_ptr<const orvek::host::ObjectType> fogType();
+std::shared_ptr<const orvek::host::ObjectType> componentType();
