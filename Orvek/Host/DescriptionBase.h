@@ -66,12 +66,13 @@ protected:
     template <typename M>
     static constexpr Storage wholeStorage()
     {
+        constexpr bool IsSigned = std::is_signed<M>::value;
         if constexpr (std::is_enum_v<M>)
             return wholeStorage<std::underlying_type_t<M>>();
         else if constexpr (sizeof(M) == 1)
-            return std::is_signed_v<M> ? Storage::Int8 : Storage::UInt8;
+            return IsSigned ? Storage::Int8 : Storage::UInt8;
         else if constexpr (sizeof(M) == 2)
-            return std::is_signed_v<M> ? Storage::Int16 : Storage::UInt16;
+            return IsSigned ? Storage::Int16 : Storage::UInt16;
         else
             return Storage::Int32;
     }

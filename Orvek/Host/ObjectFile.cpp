@@ -449,7 +449,7 @@ bool ObjectFile::Private::readMembers(const ObjectType& objectType, const Node& 
             QJsonObject inside;
             if (!readMembers(objectType, *member, it.value().toObject(), place, element, unknown ? &inside : nullptr))
                 return false;
-            if (!inside.isEmpty())
+            if (unknown && !inside.isEmpty())
                 unknown->insert(it.key(), inside);
             continue;
         }

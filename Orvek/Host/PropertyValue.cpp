@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 namespace orvek::host
 {
@@ -17,7 +18,13 @@ namespace
 template <typename T>
 bool sameBits(T a, T b)
 {
-    return std::memcmp(&a, &b, sizeof(T)) == 0;
+    using Bits = std::conditional_t<sizeof(T) == sizeof(quint32), quint32, quint64>;
+    Bits first;
+    Bits second;
+    static_assert(sizeof(T) == sizeof(Bits));
+    std::memcpy(&first, &a, sizeof a);
+    std::memcpy(&second, &b, sizeof b);
+    return first == second;
 }
 
 bool isPowerOfTwo(int value)
