@@ -71,7 +71,9 @@ std::shared_ptr<const ObjectType> coatType()
 {
     Description<Coat> coat(QStringLiteral("Coat"));
     coat.flag("on", &Coat::on);
-    coat.number("thickness", &Coat::thickness).range(0.1, 1).enabledWhen([](const Coat& c) { return c.on; });
+    coat.number("thickness", &Coat::thickness)
+        .range(0.1, 1)
+        .enabledWhen([](const Coat& c) { return c.thickness > 0.2F; });
     coat.colour("tint", &Coat::tint).section(QStringLiteral("Tints"));
     return coat.type();
 }
@@ -238,7 +240,7 @@ private Q_SLOTS:
         QCOMPARE(section("coat.tint"), QStringLiteral("Tints"));
         Material material;
         QVERIFY(described("coat.thickness").enabledWhen(&material));
-        material.coat.on = false;
+        material.coat.thickness = 0.15F;
         QVERIFY(!described("coat.thickness").enabledWhen(&material));
     }
 
@@ -495,6 +497,18 @@ private Q_SLOTS:
         QVERIFY(type->equal(&material, &before));
     }
 
+    void whatIsMissingInFiles()
+    {
+        Material material = materialWithLayers();
+        material.roughness = 0.25F;
+        material.layers[0].opacity = 0.5;
+        QVERIFY(ObjectFile(materialType()).fromBytes("{\"layers\": [{}]}", &material));
+        QCOMPARE(material.roughness, 0.25F);
+        // Elements have nothing to do with those that were there.
+        QCOMPARE(material.layers.size(), 1);
+        QCOMPARE(material.layers[0].opacity, 1.0);
+    }
+
     void refusedWriteChangesNothing()
     {
         const Registry registry({ofKind("a", PropertyKind::Number), ofKind("b", PropertyKind::Number)});
@@ -663,7 +677,8 @@ private Q_SLOTS:
                                   })
                      .isEmpty(),
                  "a member did not change");
-        for (const char* address : {"file:///a%20b/c.ies", "https://example.org/c.ies?x=1", "profiles/c.ies", ""})
+        for (const char* address :
+             {"file:///a%20b/c.ies", "file:///c.ies?x=1", "https://example.org/c.ies?x=1", "profiles/c.ies", ""})
         {
             lamp.profile = QUrl(address);
             const int index = type->indexOf("profile");

@@ -575,7 +575,7 @@ QJsonValue ObjectFile::Private::jsonOf(const Property& property, const QVariant&
     switch (value.userType())
     {
     case QMetaType::Double:
-        return property.singlePrecision ? jsonNumber(float(value.toDouble())) : jsonNumber(value.toDouble());
+        return property.singlePrecision ? jsonNumber(toFloat(value.toDouble())) : jsonNumber(value.toDouble());
     case QMetaType::Int:
         for (const PropertyChoice& choice : property.choices)
         {
