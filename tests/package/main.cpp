@@ -2,6 +2,7 @@
 
 #ifdef STRANGER_USES_HOST
 #include <Orvek/Base/BaseMouseHandler.h>
+#include <Orvek/Host/Description.h>
 #include <Orvek/Host/ViewInput.h>
 #endif
 
@@ -55,7 +56,16 @@ bool checkHost(QRenderWidget* view)
     QCoreApplication::sendEvent(view, &press);
     const bool held = handler.held == 1;
     view->hide();
-    return check(held && handler.held == 0, "a view that hides releases the button");
+    bool good = check(held && handler.held == 0, "a view that hides releases the button");
+    struct Fog
+    {
+        float density = 0.5F;
+    };
+    orvek::host::Description<Fog> fog(QStringLiteral("Fog"));
+    fog.number("density", &Fog::density).title(QStringLiteral("Density"));
+    const Fog thick{1.0F};
+    good &= check(fog.type() && fog.type()->read(&thick, 0) == 1.0, "a struct is described");
+    return good;
 }
 #endif
 } // namespace
