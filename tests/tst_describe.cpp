@@ -326,10 +326,12 @@ private Q_SLOTS:
         { return type->write(&material, type->indexOf(QString(name)), value); };
         QVERIFY(!writes("roughness", 1e39) && !writes("roughness", 1) && !writes("priority", 128) &&
                 !writes("seed", -1));
-        QVERIFY(!writes("kind", 1) && !writes("baseColour", QVector3D()) && !writes("emission", QColor(Qt::red)));
+        QVERIFY(!writes("kind", 256) && !writes("kind", 1.0) && !writes("baseColour", QVector3D()) &&
+                !writes("emission", QColor(Qt::red)));
         QVERIFY(!writes("layers", QVariantList()) && type->equal(&material, std::make_unique<Material>().get()));
         // Ranges are not its concern: undo must be able to put back what was there.
-        QVERIFY(writes("roughness", Infinity) && writes("samples", -5) && writes("priority", -128));
+        QVERIFY(writes("roughness", Infinity) && writes("samples", -5) && writes("kind", 1));
+        QVERIFY(writes("priority", -128));
         QCOMPARE(material.priority, static_cast<signed char>(-128));
     }
 
@@ -656,7 +658,9 @@ private Q_SLOTS:
         QCOMPARE(described("profile").fileFilter, QStringLiteral("Profiles (*.ies);;All (*)"));
         QCOMPARE(described("profile").toolTip, QStringLiteral("How it shines"));
         QVERIFY(described("heat").readOnly && !described("heat").stored);
-        QVERIFY(!type->write(&lamp, type->indexOf("heat"), 5.0) && !type->write(&lamp, type->indexOf("shape"), 2));
+        QVERIFY(!type->write(&lamp, type->indexOf("heat"), 5.0) && type->write(&lamp, type->indexOf("shape"), 2));
+        QCOMPARE(type->read(&lamp, type->indexOf("shape")), QVariant(2));
+        lamp.shape = Lamp::Tube;
         QVERIFY(!type->write(&lamp, type->indexOf("priority"), 40000));
 
         QCOMPARE(type->notifier(&lamp, 0), &lamp);

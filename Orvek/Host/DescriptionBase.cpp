@@ -212,11 +212,8 @@ public:
 
     bool write(void* object, int property, const QVariant& value) const override
     {
-        const Property& described = properties()[property];
-        const bool accepted =
-            described.kind == PropertyKind::Choice ? isValid(described, value) : hasType(described, value);
         const Member& member = m_members[property];
-        return accepted && store(at(object, member.offset), member.storage, value);
+        return hasType(properties()[property], value) && store(at(object, member.offset), member.storage, value);
     }
 
     unsigned differences(const QVector<void*>& objects, int property) const override

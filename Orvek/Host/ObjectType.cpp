@@ -365,7 +365,7 @@ bool ObjectType::copy(const void* from, void* to) const
         if (property.kind != PropertyKind::List)
         {
             const QVariant value = read(from, i);
-            // A value that is none of the choices cannot be written, but it may be there already.
+            // What cannot be written may be there already.
             all = (identical(read(to, i), value) || write(to, i, value)) && all;
             continue;
         }

@@ -32,8 +32,9 @@ public:
     //! The value of the property in the object, in its own precision and of the type that PropertyKind says: writing it
     //! back changes no bit of the object.
     virtual QVariant read(const void* object, int property) const = 0;
-    //! Stores the value. Returns false and changes nothing if the object cannot have it: the wrong type, a choice that
-    //! does not exist, a read-only property of a QObject. Ranges are not its concern.
+    //! Stores the value. Returns false and changes nothing if the object cannot hold it: the wrong type, a number that
+    //! does not fit its member, a read-only property of a QObject. Ranges and choices are not its concern, as undo must
+    //! be able to put back whatever was there.
     virtual bool write(void* object, int property, const QVariant& value) const = 0;
 
     //! Which components of the property differ among the objects: bit 0 for a number, a text, a flag and the first

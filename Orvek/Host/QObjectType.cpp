@@ -411,11 +411,8 @@ QVariant QObjectType::read(const void* object, int property) const
 
 bool QObjectType::write(void* object, int property, const QVariant& value) const
 {
-    const Property& described = properties().at(property);
     const QMetaProperty& metaProperty = d->metaProperties.at(property);
-    if (!metaProperty.isWritable() || !hasType(described, value))
-        return false;
-    if (described.kind == PropertyKind::Choice && !isValid(described, value))
+    if (!metaProperty.isWritable() || !hasType(properties().at(property), value))
         return false;
     auto* target = static_cast<QObject*>(object);
     switch (metaProperty.userType())
