@@ -16,6 +16,7 @@ template <typename T, typename Value = void>
 class DescribedProperty
 {
 public:
+    //! Each sets the member of Property that has its name, and returns the property for the next.
     DescribedProperty title(const QString& text) { return set(&Property::title, text); }
     DescribedProperty section(const QString& title) { return set(&Property::section, title); }
     DescribedProperty units(const QString& text) { return set(&Property::units, text); }
@@ -29,6 +30,7 @@ public:
     DescribedProperty maximumLength(int length) { return set(&Property::maximumLength, length); }
     //! In place of the value in the sample; of the type that PropertyKind says. An invalid one takes the default away.
     DescribedProperty defaultValue(const QVariant& value) { return set(&Property::defaultValue, value); }
+    //! Both ends of the range, in the unit of the value.
     DescribedProperty range(double minimum, double maximum)
     {
         return set(&Property::minimum, minimum).set(&Property::maximum, maximum);
@@ -42,13 +44,14 @@ public:
         property().choices.append({key, title, static_cast<int>(value)});
         return *this;
     }
-    //! Called with the object: bool (const T&).
+    //! When its editor is enabled: a function bool(const T&), called with the object.
     template <typename F>
     DescribedProperty enabledWhen(F condition)
     {
         property().enabledWhen = onStruct(std::move(condition));
         return *this;
     }
+    //! When its row is shown, likewise.
     template <typename F>
     DescribedProperty shownWhen(F condition)
     {
@@ -130,6 +133,7 @@ public:
                       "a power of two is a whole number of at most 32 bits");
         return added(PropertyKind::PowerOfTwo, name, member, wholeStorage<M>());
     }
+    //! Three numbers, of any size unless a range is set.
     template <typename B>
     DescribedProperty<T> vector(const char* name, QVector3D B::*member)
     {
@@ -142,6 +146,7 @@ public:
         static_assert(std::is_same_v<M, QColor> || std::is_same_v<M, QVector3D>, "a colour is a QColor or QVector3D");
         return added(PropertyKind::Colour, name, member, std::is_same_v<M, QColor> ? Storage::Colour : Storage::Vector);
     }
+    //! A colour that may be transparent.
     template <typename B>
     DescribedProperty<T> colourWithAlpha(const char* name, QColor B::*member)
     {
@@ -159,6 +164,7 @@ public:
     {
         return added(PropertyKind::File, name, member, textStorage<M>());
     }
+    //! True or false.
     template <typename B>
     DescribedProperty<T> flag(const char* name, bool B::*member)
     {
