@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Orvek/Host/Expression.h>
+
 #include <QtCore/QObject>
 
 class QWidget;
@@ -21,5 +23,8 @@ Q_SIGNALS:
     //! Until ended() all changes are one act of the user: a dialog is open, for example.
     void begun(QWidget* editor);
     void ended(QWidget* editor);
+    //! The user has typed an edit of the value that is there into one of the editor's fields, counted by component.
+    //! Whoever knows more values behind the editor than the one in it changes them and sets isDone.
+    void relativeEdit(QWidget* editor, int component, const orvek::host::Relative& edit, bool* isDone);
 };
 } // namespace orvek::host

@@ -1,6 +1,7 @@
 #include <Orvek/Host/EditorInput.h>
 
 #include <Orvek/Host/Editor.h>
+#include <Orvek/Host/EditorActs.h>
 #include <Orvek/Host/EditorTree.h>
 #include <Orvek/Host/Expression.h>
 
@@ -171,6 +172,8 @@ private:
     bool focusLost(int index, QFocusEvent* event);
     void finish(int index, bool leaving);
     bool commit(int index, const QString& text);
+    std::optional<Relative> relativeOf(int index, const QString& text) const;
+    void commitRelative(int index, const Relative& edit);
     QString textToCommit(int index, const QString& text) const;
     QString withoutUnits(int index, const QString& text) const;
     QString storedText(int index) const;
@@ -326,7 +329,8 @@ void Row::mark(int index)
     const bool wasInvalid = field.edit->property("invalid").toBool();
     const bool isInvalid = acts() && m_switches.checksText && isTouched(field) &&
                            textToCommit(index, field.edit->text()).isNull() &&
-                           !(m_switches.copiesWhole && withComponents(field.edit->text()).isKnown);
+                           !(m_switches.copiesWhole && withComponents(field.edit->text()).isKnown) &&
+                           !relativeOf(index, field.edit->text());
     if (isInvalid == wasInvalid)
         return;
     field.edit->setProperty("invalid", isInvalid ? QVariant(true) : QVariant());
@@ -414,6 +418,11 @@ void Row::finish(int index, bool leaving)
             field.edit->setModified(false);
         return;
     }
+    if (const std::optional<Relative> edit = relativeOf(index, typed))
+    {
+        commitRelative(index, *edit);
+        return;
+    }
     if ((m_switches.copiesWhole && setComponents(typed)) || commit(index, typed))
         return;
     if (m_switches.checksText)
@@ -446,6 +455,49 @@ bool Row::commit(int index, const QString& text)
     edit->setModified(false);
     mark(index);
     return true;
+}
+
+// Nothing if the text is not one, or the editor has names. What is added is in the units shown, a factor is not.
+std::optional<Relative> Row::relativeOf(int index, const QString& text) const
+{
+    const std::optional<RelativeText> typed = m_switches.evaluates ? relativeText(text) : std::nullopt;
+    if (!typed || !isNumber() || !m_editor->property("enums").toStringList().isEmpty())
+        return {};
+    std::optional<double> operand = evaluate(withoutUnits(index, typed->operand));
+    const bool adds = typed->operation == '+' || typed->operation == '-';
+    if (operand && adds && !isInteger(m_editor))
+    {
+        const Reading reading = readByEditor(m_editor, exactText(*operand, false));
+        if (reading.isValue)
+            operand = reading.number;
+    }
+    if (!operand || (typed->operation == '/' && *operand == 0.0))
+        return {};
+    return Relative{typed->operation, *operand};
+}
+
+void Row::commitRelative(int index, const Relative& edit)
+{
+    const QPointer<Row> alive(this);
+    bool isDone = false;
+    Q_EMIT EditorActs::instance()->relativeEdit(m_editor, index, edit, &isDone);
+    if (!alive || !m_editor)
+        return;
+    EditorValue value = readValue(m_editor);
+    if (!isDone && index < value.numbers.size())
+    {
+        const double number = edit.of(value.numbers[index]);
+        constexpr std::numeric_limits<int> range;
+        value.numbers[index] =
+            isInteger(m_editor) ? qBound(double(range.min()), std::round(number), double(range.max())) : number;
+        if (std::isfinite(number))
+            change(value);
+        if (!alive || !m_editor)
+            return;
+        if (QLineEdit* edited = m_fields[index].edit)
+            edited->setText(storedText(index));
+    }
+    mark(index);
 }
 
 // What to hand to the editor for a text that was typed; null if the text is no value.

@@ -46,8 +46,9 @@ class ORVEKQTHOST_EXPORT EditorInput : public QObject
     //! number could not be stored as it is, out of range for example, shows what was stored.
     Q_PROPERTY(bool checksText READ checksText WRITE setChecksText)
     //! Whether arithmetic in a number's field is computed on commit, in the units shown: "3*2", "1/3", "sqrt(2)",
-    //! "2pi", with the functions of muParser and the point as in C. Whole numbers are rounded. Also lets an editor's
-    //! units be typed, and the names of a QIntSliderEdit's values, in any case of letters.
+    //! "2pi", with the functions of muParser and the point as in C. Whole numbers are rounded. "+=2", "-=2", "*=2" and
+    //! "/=2" change the value that is there. Also lets an editor's units be typed, and the names of a QIntSliderEdit's
+    //! values, in any case of letters.
     Q_PROPERTY(bool evaluates READ evaluates WRITE setEvaluates)
     //! Whether whole values are copied and pasted: Copy without a selection in a number's field; Paste of three or four
     //! numbers, or "#rrggbb" for a colour, in a field of a vector or colour, as one change; and a menu on the title.

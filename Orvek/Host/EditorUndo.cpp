@@ -152,8 +152,8 @@ struct EditorUndo::Private
     void begin(EditorFollower* by, Kind what, QObject* with);
     void endSoon();
     void changed(EditorFollower* by);
-    void push(QWidget* editor, const Value& before, const Value& after);
-    void restore(QWidget* editor, const QVariant& stepContext, const Value& value);
+    void push(const EditorFollower& of, const Value& before, const Value& after);
+    void restore(QWidget* editor, Source* source, const QVariant& stepContext, const Value& value);
 
     EditorUndo* const q;
     const QPointer<QUndoStack> stack;
@@ -178,13 +178,23 @@ class EditorFollower final : public QObject
 {
     Q_OBJECT
 public:
-    EditorFollower(QWidget* widget, EditorUndo::Private* undo);
+    EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorUndo::Source> behind);
 
-    Value read() const { return m_read(editor); }
-    void remember() { before = read(); }
+    Value read() const { return source ? Value{{}, source->state()} : m_read(editor); }
+    bool isSame(const Value& a, const Value& b) const
+    {
+        return source ? source->isSame(a.other, b.other) : a == b;
+    }
+    // A source still has its old state when the editor has changed.
+    void remember()
+    {
+        if (!source)
+            before = read();
+    }
     void finishTyping();
 
     QWidget* const editor;
+    const std::shared_ptr<EditorUndo::Source> source; // null for most
     Value before;               // of the next change
     std::optional<Value> start; // of the act between beginAct() and endAct()
 
@@ -211,10 +221,11 @@ private:
 class EditorUndo::Step : public QUndoCommand
 {
 public:
-    Step(EditorUndo* undo, QWidget* editor, Value before, Value after)
-        : QUndoCommand(EditorUndo::tr("Change of %1").arg(titleOfAny(editor))),
+    Step(EditorUndo* undo, const EditorFollower& of, Value before, Value after)
+        : QUndoCommand(EditorUndo::tr("Change of %1").arg(of.source ? of.source->title() : titleOfAny(of.editor))),
           m_undo(undo),
-          m_editor(editor),
+          m_editor(of.editor),
+          m_source(of.source),
           m_context(undo->d->context),
           m_before(std::move(before)),
           m_after(std::move(after)),
@@ -225,14 +236,13 @@ public:
     int id() const override { return stepId; }
     void undo() override
     {
-        if (m_editor && m_undo)
-            m_undo->d->restore(m_editor, m_context, m_before);
+        restore(m_before);
     }
     void redo() override
     {
         // The stack redoes each new step; the user has done this one already.
-        if (m_done && m_editor && m_undo)
-            m_undo->d->restore(m_editor, m_context, m_after);
+        if (m_done)
+            restore(m_after);
         m_done = true;
     }
     bool mergeWith(const QUndoCommand* command) override
@@ -241,13 +251,20 @@ public:
         if (next->m_undo != m_undo || next->m_act != m_act || next->m_editor != m_editor)
             return false;
         m_after = next->m_after;
-        setObsolete(m_before == m_after);
+        setObsolete(m_source ? m_source->isSame(m_before.other, m_after.other) : m_before == m_after);
         return true;
     }
 
 private:
+    void restore(const Value& value)
+    {
+        if (m_undo && (m_editor || m_source))
+            m_undo->d->restore(m_editor, m_source.get(), m_context, value);
+    }
+
     const QPointer<EditorUndo> m_undo;
     const QPointer<QWidget> m_editor;
+    const std::shared_ptr<Source> m_source;
     const QVariant m_context;
     const Value m_before;
     Value m_after;
@@ -255,8 +272,8 @@ private:
     bool m_done = false;
 };
 
-EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo)
-    : editor(widget), m_read(readerFor(widget)), m_undo(undo)
+EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorUndo::Source> behind)
+    : editor(widget), source(std::move(behind)), m_read(readerFor(widget)), m_undo(undo)
 {
     remember();
     if (auto* button = qobject_cast<QAbstractButton*>(editor))
@@ -422,22 +439,27 @@ void EditorUndo::follow(QWidget* root)
 
 bool EditorUndo::add(QWidget* editor)
 {
+    return d->find(editor) || add(editor, nullptr);
+}
+
+bool EditorUndo::add(QWidget* editor, std::shared_ptr<Source> source)
+{
     if (!editor)
         return false;
     d->removed.remove(editor);
-    if (d->find(editor))
-        return true;
+    d->followers.erase(editor);
     const auto* button = qobject_cast<const QAbstractButton*>(editor);
     const char* missing = nullptr;
     if (button)
         missing = button->isCheckable() ? nullptr : "is a button that cannot be checked";
     else if (editor->metaObject()->indexOfSignal("valueChanged()") < 0)
         missing = "has no signal valueChanged()";
+    const bool hasSource = source != nullptr;
     std::unique_ptr<EditorFollower> follower;
     if (!missing)
     {
-        follower = std::make_unique<EditorFollower>(editor, d.get());
-        if (!follower->before.known.isKnown && !follower->before.other.isValid())
+        follower = std::make_unique<EditorFollower>(editor, d.get(), std::move(source));
+        if (!hasSource && !follower->before.known.isKnown && !follower->before.other.isValid())
             missing = "has no property \"value\" or \"filename\"";
     }
     if (missing)
@@ -477,7 +499,7 @@ void EditorUndo::beginAct(QWidget* editor)
     if (!follower || follower->start)
         return;
     d->begin(follower, Private::Other, nullptr);
-    follower->start = follower->before;
+    follower->start = follower->read();
 }
 
 void EditorUndo::endAct(QWidget* editor)
@@ -487,8 +509,9 @@ void EditorUndo::endAct(QWidget* editor)
         return;
     const Value start = *std::exchange(follower->start, std::nullopt);
     d->begin(follower, Private::Other, nullptr);
-    if (follower->before != start)
-        d->push(editor, start, follower->before);
+    const Value end = follower->read();
+    if (!follower->isSame(start, end))
+        d->push(*follower, start, end);
 }
 
 int EditorUndo::repeatInterval() const
@@ -567,58 +590,68 @@ void EditorUndo::Private::endSoon()
 void EditorUndo::Private::changed(EditorFollower* by)
 {
     const QPointer<EditorFollower> alive(by);
+    const QPointer<EditorUndo> self(q);
     QWidget* editor = by->editor;
-    const Value before = by->before;
-    if (by->read() != before)
+    const std::shared_ptr<Source> source = by->source;
+    const Value before = source ? by->read() : by->before;
+    if (source || by->read() != before)
     {
         const bool isTheirs = follower == by && kind != Other;
         if (isTheirs && kind == UntouchedCommit && keepsUntouched)
         {
-            writeAny(editor, before);
+            if (source)
+                source->show();
+            else
+                writeAny(editor, before);
             return;
         }
         if (!isTheirs)
             ++act;
-        const QPointer<EditorUndo> self(q);
-        Q_EMIT q->edited(editor);
+        if (source)
+            source->take();
+        if (!self || !alive)
+            return;
+        if (!source || !by->isSame(before, by->read()))
+            Q_EMIT q->edited(editor);
         if (!self || !alive)
             return;
     }
     by->finishTyping();
-    by->remember();
-    if (by->before == before || by->start)
+    const Value after = by->read(); // a slot of the stack's signals may delete the follower
+    by->before = source ? Value() : after;
+    if (by->isSame(before, after) || by->start)
         return;
-    const Value after = by->before; // a slot of the stack's signals may delete the follower
     if (kind == KeyStep && follower == by)
     {
         keyAct = act;
         sinceKeyStep.start();
     }
-    push(editor, before, after);
+    push(*by, before, after);
 }
 
-void EditorUndo::Private::push(QWidget* editor, const Value& before, const Value& after)
+void EditorUndo::Private::push(const EditorFollower& of, const Value& before, const Value& after)
 {
     if (stack)
-        stack->push(new Step(q, editor, before, after));
+        stack->push(new Step(q, of, before, after));
 }
 
-void EditorUndo::Private::restore(QWidget* editor, const QVariant& stepContext, const Value& value)
+void EditorUndo::Private::restore(QWidget* editor, Source* source, const QVariant& stepContext, const Value& value)
 {
     const QPointer<QWidget> alive(editor);
     const QPointer<EditorUndo> self(q);
     keyAct = 0;
     Q_EMIT q->aboutToRestore(editor, stepContext);
-    if (!alive)
-        return;
-    writeAny(editor, value);
-    if (!self)
+    if (source)
+        source->restore(value.other);
+    else if (alive)
+        writeAny(editor, value);
+    if (!self || !alive)
         return;
     if (EditorFollower* followed = find(editor))
     {
         followed->remember();
         if (followed->start)
-            followed->start = followed->before;
+            followed->start = followed->read();
     }
     Q_EMIT q->edited(editor);
 }

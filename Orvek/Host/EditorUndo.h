@@ -35,8 +35,28 @@ class ORVEKQTHOST_EXPORT EditorUndo : public QObject
     Q_PROPERTY(bool passesUndoKeys READ passesUndoKeys WRITE setPassesUndoKeys)
 
 public:
+    //! Where the value behind an editor lies if it is not the editor itself: in several objects, for example. Derive
+    //! from it and hand it to add(). Steps keep its states in place of the editor's value, and keep the source alive.
+    class Source
+    {
+    public:
+        virtual ~Source() = default;
+        //! What the texts of its steps call it.
+        virtual QString title() const = 0;
+        //! All that an act on the editor can change, as it is now. Asked around each change, not while nothing happens.
+        virtual QVariant state() const = 0;
+        //! Whether two of its states are the same, to the last bit.
+        virtual bool isSame(const QVariant& a, const QVariant& b) const = 0;
+        //! The user has changed the editor: stores what it shows now. May be called twice for one change.
+        virtual void take() = 0;
+        //! Lets the editor show what is stored.
+        virtual void show() = 0;
+        //! Stores the state again, and shows it if the editor still exists.
+        virtual void restore(const QVariant& state) = 0;
+    };
+
     //! The stack is not owned; if it is null or destroyed, nothing is recorded. Steps that outlive this object or their
-    //! editor do nothing.
+    //! editor do nothing, unless they have a Source.
     explicit EditorUndo(QUndoStack* stack, QObject* parent = nullptr);
     ~EditorUndo() override;
 
@@ -48,6 +68,9 @@ public:
     //! "filename", a QColourEdit, or a check box or other checkable button. A value of a type that is not known here is
     //! compared as a QVariant. Anything else is refused with a warning that names it. Returns whether it is followed.
     bool add(QWidget* editor);
+    //! The same for an editor that only shows what the source has, which takes the place of one given before. Its steps
+    //! work also after the editor is destroyed.
+    bool add(QWidget* editor, std::shared_ptr<Source> source);
     //! Leaves the editor alone from now on, also where it is below a root that is followed.
     void remove(QWidget* editor);
 
@@ -75,7 +98,7 @@ Q_SIGNALS:
     //! another before it returns, and the step takes that one.
     void edited(QWidget* editor);
     //! A step of the editor is about to be undone or redone: time to let the editors show again what they showed then,
-    //! which the context tells.
+    //! which the context tells. The editor is null if a step of a source has outlived it.
     void aboutToRestore(QWidget* editor, const QVariant& context);
 
 private:

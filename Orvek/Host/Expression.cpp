@@ -66,4 +66,27 @@ std::optional<double> evaluate(const QString& text)
     }
     return {};
 }
+
+double Relative::of(double value) const
+{
+    switch (operation)
+    {
+    case '+':
+        return value + operand;
+    case '-':
+        return value - operand;
+    case '*':
+        return value * operand;
+    default:
+        return value / operand;
+    }
+}
+
+std::optional<RelativeText> relativeText(const QString& text)
+{
+    const QString trimmed = text.trimmed();
+    if (trimmed.size() < 3 || trimmed[1] != QLatin1Char('=') || !QStringLiteral("+-*/").contains(trimmed[0]))
+        return {};
+    return RelativeText{trimmed[0].toLatin1(), trimmed.mid(2).trimmed()};
+}
 } // namespace orvek::host

@@ -9,4 +9,20 @@ namespace orvek::host
 //! The number of an arithmetic expression: "3*2", "1/3", "sqrt(2)", "2pi", with the point of the C locale. Nothing if
 //! it is not an expression or its result is not finite. Private.
 std::optional<double> evaluate(const QString& text);
+
+//! An edit of the value that is there: "+=2", "-=1/3", "*=2", "/=4". Private.
+struct Relative
+{
+    char operation = '+'; // + - * /
+    double operand = 0.0;
+
+    double of(double value) const;
+};
+//! The operation and what stands behind its sign; nothing if the text does not begin with one.
+struct RelativeText
+{
+    char operation = '+';
+    QString operand;
+};
+std::optional<RelativeText> relativeText(const QString& text);
 } // namespace orvek::host
