@@ -181,10 +181,7 @@ public:
     EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorUndo::Source> behind);
 
     Value read() const { return source ? Value{{}, source->state()} : m_read(editor); }
-    bool isSame(const Value& a, const Value& b) const
-    {
-        return source ? source->isSame(a.other, b.other) : a == b;
-    }
+    bool isSame(const Value& a, const Value& b) const { return source ? source->isSame(a.other, b.other) : a == b; }
     // A source still has its old state when the editor has changed.
     void remember()
     {
@@ -195,8 +192,8 @@ public:
 
     QWidget* const editor;
     const std::shared_ptr<EditorUndo::Source> source; // null for most
-    Value before;               // of the next change
-    std::optional<Value> start; // of the act between beginAct() and endAct()
+    Value before;                                     // of the next change
+    std::optional<Value> start;                       // of the act between beginAct() and endAct()
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -234,10 +231,7 @@ public:
     }
 
     int id() const override { return stepId; }
-    void undo() override
-    {
-        restore(m_before);
-    }
+    void undo() override { restore(m_before); }
     void redo() override
     {
         // The stack redoes each new step; the user has done this one already.

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Orvek/Host/Selection.h>
+
+#include <QtCore/QPointer>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QAccordion;
+class QVBoxLayout;
+
+namespace orvek::host
+{
+class InspectorRow;
+
+// A section of an inspector and what it shows. Its rows are built when they are first seen. Private.
+class InspectorSection final
+{
+public:
+    struct Entry
+    {
+        SharedProperty property;
+        QPointer<QWidget> hostRow; // in place of a property; owned by the inspector
+    };
+    //! What the inspector does for its sections.
+    struct Maker
+    {
+        std::function<std::shared_ptr<InspectorRow>(const Property& property, const QString& path)> makeRow;
+        bool opensSections = true;
+    };
+
+    //! The title is the object name, too. The path comes before the names of its properties, "lights[0]." for example.
+    InspectorSection(const Maker& maker, const QString& title, QString path, QVector<Entry> entries);
+    ~InspectorSection();
+    Q_DISABLE_COPY(InspectorSection)
+
+    QAccordion* widget() const { return m_section; }
+    //! The objects have the same properties each time.
+    void bind(std::shared_ptr<Selection> selection);
+    //! Shows what has changed; nothing while it is closed. False if an editor is being used, and has to wait.
+    bool refresh();
+    //! Builds the rows if one of them, or the section itself, has the text in its title.
+    void search(const QString& text);
+    //! The row of this property, built if need be; null if it is not here.
+    InspectorRow* row(const QString& path);
+    //! Calls visit with each row that is built.
+    void forEachRow(const std::function<void(const InspectorRow&)>& visit) const;
+
+private:
+    struct List
+    {
+        SharedProperty property;
+        QVBoxLayout* layout; // of the section
+        std::vector<std::unique_ptr<InspectorSection>> elements;
+    };
+
+    bool isMatch(const QString& text) const;
+    void fill();
+    void follow(List& list);
+    bool refreshRows();
+
+    const Maker& m_maker;
+    const QPointer<QAccordion> m_section;
+    const QString m_path;
+    const QVector<Entry> m_entries;
+    QPointer<QWidget> m_contents;
+    QMetaObject::Connection m_opened;
+    std::shared_ptr<Selection> m_selection;
+    bool m_isFilled = false;
+    std::vector<std::shared_ptr<InspectorRow>> m_rows;
+    std::vector<List> m_lists;
+};
+} // namespace orvek::host

@@ -1,0 +1,285 @@
+#include <Orvek/Host/PropertyEditors.h>
+
+#include <Orvek/Host/Editor.h>
+
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QLabelEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
+
+#include <QtCore/QSignalBlocker>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QSlider>
+
+namespace orvek::host
+{
+namespace
+{
+// As in the editors' forms.
+constexpr int rowHeight = 24;
+constexpr int rowMargin = 2;
+constexpr int resetWidth = 14;
+constexpr int titleGap = 1;
+
+QPushButton* createReset(QWidget* parent)
+{
+    auto* reset = new QPushButton(parent);
+    reset->setObjectName(QStringLiteral("reset"));
+    reset->setFixedWidth(resetWidth);
+    reset->setAutoDefault(false);
+    reset->setEnabled(false);
+    return reset;
+}
+
+// For a vector, whose default cannot be switched off. Its place stays.
+void hideReset(QWidget* editor)
+{
+    QPushButton* reset = partsOf(editor).reset;
+    if (!reset)
+        return;
+    QSizePolicy policy = reset->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    reset->setSizePolicy(policy);
+    reset->hide();
+}
+
+void describeSlider(QSliderEdit* editor, const Property& property, bool all)
+{
+    editor->setMinimum(property.minimum);
+    editor->setMaximum(property.maximum);
+    editor->setLogarithmic(property.logarithmic);
+    if (property.step > 0.0)
+        editor->setStep(property.step);
+    editor->setLiveUpdate(property.live);
+    if (property.defaultValue.isValid())
+        editor->setDefaultValue(property.defaultValue.toDouble());
+    if (all)
+        editor->setUnits(property.units);
+}
+
+void describeInteger(QIntSliderEdit* editor, const Property& property, bool all)
+{
+    if (property.kind == PropertyKind::Choice)
+    {
+        editor->setMinimum(0);
+        setChoices(editor, property, QString());
+        for (int i = 0; i < property.choices.size(); ++i)
+            if (property.defaultValue.isValid() && property.choices[i].value == property.defaultValue.toInt())
+                editor->setDefaultValue(i);
+        // A name is not a number to the editor itself.
+        editor->setReadOnlyText(true);
+        return;
+    }
+    editor->setMaximum(int(property.maximum));
+    editor->setMinimum(int(property.minimum));
+    editor->setPowerOfTwo(property.kind == PropertyKind::PowerOfTwo);
+    if (property.step > 0.0)
+        editor->setProperty("step", property.step);
+    if (property.defaultValue.isValid())
+        editor->setDefaultValue(property.defaultValue.toInt());
+    if (all)
+        editor->setUnits(property.units);
+}
+
+void describeVector(QVectorEdit* editor, const Property& property, bool all)
+{
+    editor->setColourEdit(property.kind != PropertyKind::Vector);
+    if (property.step > 0.0)
+        editor->setProperty("step", property.step);
+    if (all)
+        editor->setUnits(property.units);
+    const QVariant& value = property.defaultValue;
+    if (value.userType() == QMetaType::QColor)
+    {
+        const auto colour = value.value<QColor>();
+        editor->setDefaultValue(QVector3D(float(colour.redF()), float(colour.greenF()), float(colour.blueF())));
+    }
+    else if (value.isValid())
+        editor->setDefaultValue(value.value<QVector3D>());
+    else
+        hideReset(editor);
+}
+
+void setReadOnly(QWidget* editor)
+{
+    const EditorParts parts = partsOf(editor);
+    const bool isColour = editor->property("colourEdit").toBool() || qobject_cast<QColourEdit*>(editor);
+    if (editor->metaObject()->indexOfProperty("readOnly") >= 0)
+        editor->setProperty("readOnly", true);
+    else if (parts.fields.isEmpty() || isColour || qobject_cast<QIntSliderEdit*>(editor))
+        editor->setEnabled(false);
+    else
+    {
+        // The numbers can be copied.
+        for (QLineEdit* field : parts.fields)
+            field->setReadOnly(true);
+        if (parts.slider)
+            parts.slider->setEnabled(false);
+        if (auto* slider = qobject_cast<QSliderEdit*>(editor))
+            slider->setShowDefaultButton(false);
+        else
+            hideReset(editor);
+    }
+}
+
+void setTitle(QWidget* editor, const QString& title)
+{
+    const char* property = editor->metaObject()->indexOfProperty("title") >= 0 ? "title" : "label";
+    if (editor->metaObject()->indexOfProperty(property) >= 0)
+        editor->setProperty(property, title);
+    else if (auto* button = qobject_cast<QAbstractButton*>(editor))
+        button->setText(title);
+    if (editor->windowTitle() != title)
+        editor->setWindowTitle(title);
+}
+} // namespace
+
+FlagRow createFlagRow(const Property& property)
+{
+    FlagRow made;
+    made.row = new QWidget;
+    made.row->setWindowTitle(property.displayTitle());
+    made.row->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    made.row->setMinimumHeight(rowHeight);
+    auto* layout = new QHBoxLayout(made.row);
+    layout->setContentsMargins(rowMargin, rowMargin, rowMargin, rowMargin);
+    layout->setSpacing(titleGap);
+    auto* label = new QLabel(property.displayTitle());
+    label->setObjectName(QStringLiteral("label"));
+    label->setTextFormat(Qt::PlainText);
+    layout->addWidget(label);
+    made.box = new QCheckBox;
+    made.box->setObjectName(property.name);
+    made.box->setAccessibleName(property.displayTitle());
+    label->setBuddy(made.box);
+    layout->addWidget(made.box, 1);
+    layout->addWidget(createReset(made.row));
+    return made;
+}
+
+void alignFlagRow(const QWidget* row, const QWidget* panel, int position)
+{
+    // Above all the title can be read.
+    if (auto* label = row->findChild<QLabel*>(QStringLiteral("label"), Qt::FindDirectChildrenOnly))
+        label->setFixedWidth(
+            qMax(position - label->mapTo(panel, QPoint()).x(), label->minimumSizeHint().width() + rowMargin));
+}
+
+QWidget* createEditor(const Property& property)
+{
+    switch (property.kind)
+    {
+    case PropertyKind::Number:
+        return new QSliderEdit;
+    case PropertyKind::Integer:
+    case PropertyKind::Choice:
+    case PropertyKind::PowerOfTwo:
+        return new QIntSliderEdit;
+    case PropertyKind::Vector:
+    case PropertyKind::Colour:
+    {
+        auto* editor = new QVectorEdit;
+        editor->setMinimumHeight(0); // from its form it is much higher than a row
+        return editor;
+    }
+    case PropertyKind::ColourWithAlpha:
+    {
+        auto* editor = new QColourEdit;
+        auto* grid = qobject_cast<QGridLayout*>(editor->layout());
+        if (grid && property.defaultValue.isValid())
+            grid->addWidget(createReset(editor), 0, grid->columnCount());
+        return editor;
+    }
+    case PropertyKind::Text:
+        return new QLabelEdit;
+    case PropertyKind::File:
+        return new QFileEdit;
+    case PropertyKind::Flag:
+    case PropertyKind::List:
+        break;
+    }
+    return nullptr;
+}
+
+bool fits(const QWidget* editor, PropertyKind kind)
+{
+    if (qobject_cast<const QAbstractButton*>(editor))
+        return kind == PropertyKind::Flag && qobject_cast<const QCheckBox*>(editor);
+    const EditorValue value = readValue(editor);
+    if (!value.isKnown)
+        return false;
+    const int count = int(value.numbers.size());
+    switch (kind)
+    {
+    case PropertyKind::Vector:
+        return count == 3;
+    case PropertyKind::Colour:
+    case PropertyKind::ColourWithAlpha:
+        return count >= 3;
+    case PropertyKind::Text:
+    case PropertyKind::File:
+        return count == 0;
+    case PropertyKind::List:
+        return false;
+    default:
+        return count == 1;
+    }
+}
+
+void describe(QWidget* editor, const Property& property, bool describesAll)
+{
+    const QSignalBlocker silence(editor);
+    if (describesAll)
+        setTitle(editor, property.displayTitle());
+    if (auto* slider = qobject_cast<QSliderEdit*>(editor))
+        describeSlider(slider, property, describesAll);
+    else if (auto* integer = qobject_cast<QIntSliderEdit*>(editor))
+        describeInteger(integer, property, describesAll);
+    else if (auto* vector = qobject_cast<QVectorEdit*>(editor))
+        describeVector(vector, property, describesAll);
+    else if (auto* text = qobject_cast<QLabelEdit*>(editor))
+    {
+        text->setDefaultValue(property.defaultValue.toString());
+        text->setShowDefaultButton(property.defaultValue.isValid());
+        if (describesAll)
+            text->setUnits(property.units);
+    }
+    else if (auto* file = qobject_cast<QFileEdit*>(editor))
+    {
+        file->setDefaultFilename(property.defaultValue.toString());
+        file->setShowDefaultButton(property.defaultValue.isValid());
+        file->setFilter(property.fileFilter);
+    }
+    const bool isText = property.kind == PropertyKind::Text || property.kind == PropertyKind::File;
+    if (isText && property.maximumLength > 0)
+        for (QLineEdit* field : partsOf(editor).fields)
+            field->setMaxLength(property.maximumLength);
+    if (!property.toolTip.isEmpty())
+        editor->setToolTip(property.toolTip);
+    if (property.readOnly)
+        setReadOnly(editor);
+}
+
+void setChoices(QWidget* editor, const Property& property, const QString& more)
+{
+    auto* integer = qobject_cast<QIntSliderEdit*>(editor);
+    if (!integer)
+        return;
+    QStringList names;
+    for (const PropertyChoice& choice : property.choices)
+        names << (choice.title.isEmpty() ? choice.key : choice.title);
+    if (!more.isNull())
+        names << more;
+    const QSignalBlocker silence(editor);
+    integer->setEnums(names);
+    integer->setMaximum(names.size() - 1);
+}
+} // namespace orvek::host

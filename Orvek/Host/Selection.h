@@ -1,0 +1,91 @@
+#pragma once
+
+#include <Orvek/Host/Inspector.h>
+
+#include <QtCore/QPointer>
+
+#include <memory>
+#include <vector>
+
+namespace orvek::host
+{
+// A property that all objects of a selection have: its index in the type of each group.
+using SharedProperty = QVector<int>;
+
+// Objects of one or several types whose values are shown and changed together. Steps of undo keep the one they changed,
+// so it outlives what an inspector shows, and looks for its objects again before it writes to them. Private.
+class Selection final
+{
+public:
+    struct Keys
+    {
+        Inspector::KeyOf of;
+        Inspector::ObjectOf object;
+    };
+    // The values of one property in all objects, in the order of the groups.
+    struct State
+    {
+        std::shared_ptr<Selection> selection;
+        SharedProperty property;
+        QString path; // names it in Inspector::edited()
+        QVector<QVariant> values;
+    };
+
+    //! Groups of null pointers alone are left out.
+    Selection(const QVector<Inspector::Objects>& objects, const Keys& keys);
+    //! The elements of that index of a list.
+    Selection(std::shared_ptr<Selection> owner, SharedProperty list, int index);
+
+    bool isEmpty() const { return m_groups.empty(); }
+    //! Of the groups, in their order.
+    QVector<const ObjectType*> types() const;
+    //! All objects; those that own the elements if it has elements of a list.
+    QVector<void*> roots() const;
+    //! The properties of the first type that all others have too, with the same name and kind.
+    QVector<SharedProperty> shared() const;
+    const Property& description(const SharedProperty& property) const;
+    QString sectionTitle(const SharedProperty& property) const;
+
+    //! Finds the objects again: the elements of a list, those that are known by keys, those that are destroyed.
+    void resolve();
+    //! Whether some are not there any more, and what is left.
+    bool hasGaps() const;
+    QVector<Inspector::Objects> remaining() const;
+    //! Of the first object.
+    QVariant first(const SharedProperty& property) const;
+    unsigned differences(const SharedProperty& property) const;
+    //! Calls visit(type, index, object) for each object that is there until it returns false.
+    template <typename Visit>
+    void forEach(const SharedProperty& property, Visit visit) const
+    {
+        for (std::size_t i = 0; i < m_groups.size(); ++i)
+            for (void* object : m_groups[i].objects)
+                if (object && !visit(*m_groups[i].type, property[int(i)], object))
+                    return;
+    }
+    QVector<QVariant> values(const SharedProperty& property) const;
+    void write(const SharedProperty& property, const QVector<QVariant>& values) const;
+    //! The length of the shortest list.
+    int count(const SharedProperty& list) const;
+    //! The objects behind them that are QObjects; null for the others.
+    QVector<QObject*> notifiers() const;
+
+private:
+    struct Group
+    {
+        std::shared_ptr<const ObjectType> type;
+        QVector<void*> objects;            // null for those that are not there any more
+        QVector<QPointer<QObject>> guards; // of the objects if they are QObjects, otherwise empty
+        QVariantList keys;                 // of the objects if the host has given some, otherwise empty
+    };
+
+    std::vector<Group> m_groups;
+    Keys m_keys;
+    // Of elements only:
+    std::shared_ptr<Selection> m_owner;
+    SharedProperty m_list;
+    int m_index = 0;
+};
+} // namespace orvek::host
+
+Q_DECLARE_METATYPE(std::shared_ptr<const orvek::host::Selection::State>)
