@@ -3,6 +3,7 @@
 #include <Orvek/Host/ColumnAligner.h>
 #include <Orvek/Host/Editor.h>
 #include <Orvek/Host/EditorActs.h>
+#include <Orvek/Host/EditorTree.h>
 #include <Orvek/Host/EditorUndo.h>
 #include <Orvek/Host/InspectorRow.h>
 #include <Orvek/Host/InspectorSection.h>
@@ -132,6 +133,7 @@ struct Inspector::Private
     const QPointer<QUndoStack> stack;
     QPointer<QBoxLayout> column;
     std::shared_ptr<PanelHost> host; // of the panel
+    std::shared_ptr<EditorTree> tree;
     EditorUndo unrecorded{nullptr};  // takes what the user does if there is no stack
     Selection::Keys keys;
     InspectorSection::Maker maker;
@@ -155,6 +157,11 @@ Inspector::Private::Private(Inspector* inspector, QWidget* root, QUndoStack* und
     : q(inspector), panel(root), stack(undoStack)
 {
     maker.makeRow = [this](const Property& property, const QString& path) { return makeRow(property, path); };
+    maker.rowsBuilt = [this]
+    {
+        if (tree)
+            tree->takeIn();
+    };
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, q, [this] { refresh(); });
     QObject::connect(EditorActs::instance(), &EditorActs::relativeEdit, q,
@@ -174,6 +181,7 @@ Inspector::Private::Private(Inspector* inspector, QWidget* root, QUndoStack* und
         QObject::connect(propertyPanel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText), q,
                          [this] { search(); });
     host = std::make_shared<PanelHost>(panel, undoStack);
+    tree = EditorTree::of(panel);
     QObject::connect(host->columns(), &ColumnAligner::aligned, q, [this] { alignFlags(); });
 }
 
@@ -250,9 +258,9 @@ QStringList Inspector::bind(QWidget* form)
     }
     for (const SharedProperty& property : std::as_const(d->shared))
     {
-        const QString name = d->selection->description(property).name;
-        if (!found.contains(formName(name)))
-            missing << tr("Form %1: there is no editor for the property %2").arg(form->objectName(), name);
+        const Property& described = d->selection->description(property);
+        if (described.kind != PropertyKind::List && !found.contains(formName(described.name)))
+            missing << tr("Form %1: there is no editor for the property %2").arg(form->objectName(), described.name);
     }
     for (const QString& message : std::as_const(missing))
         qWarning("%s", qPrintable(message));
@@ -324,7 +332,7 @@ bool Inspector::Private::setObjects(const QVector<Objects>& given)
 {
     const auto next = std::make_shared<Selection>(given, keys);
     const bool isSame = !isStale && selection && next->types() == selection->types();
-    bool isValid = true;
+    bool isValid = std::all_of(given.cbegin(), given.cend(), [](const Objects& group) { return group.type; });
     if (!isSame)
     {
         QSet<const ObjectType*> asked;

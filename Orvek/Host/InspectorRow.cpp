@@ -8,6 +8,7 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
 
+#include <QtCore/QScopedValueRollback>
 #include <QtGui/QColor>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
@@ -248,7 +249,7 @@ bool InspectorRow::isSame(const QVariant& a, const QVariant& b) const
 
 void InspectorRow::take()
 {
-    if (!m_editor || !m_selection)
+    if (!m_editor || !m_selection || m_isShowing)
         return;
     const std::shared_ptr<Selection> selection = m_selection;
     selection->resolve();
@@ -319,7 +320,10 @@ void InspectorRow::reset()
         Q_EMIT m_box->clicked(value.toBool());
         return;
     }
-    writeValue(m_editor, editorValue(value, 0));
+    {
+        const QScopedValueRollback<bool> guard(m_isShowing, true);
+        writeValue(m_editor, editorValue(value, 0));
+    }
     QMetaObject::invokeMethod(m_editor, "valueChanged", Qt::DirectConnection);
 }
 
@@ -453,6 +457,7 @@ bool InspectorRow::isShowing(const QVariant& value, unsigned mixed, const Editor
 
 void InspectorRow::show(const QVariant& value, unsigned mixed)
 {
+    const QScopedValueRollback<bool> guard(m_isShowing, true);
     m_isShown = true;
     m_value = value;
     m_mixed = mixed;
@@ -497,7 +502,7 @@ void InspectorRow::mark()
         if (!field || !((m_mixed | m_marked) & bit))
             continue;
         if (m_mixed & bit && m_description.kind != PropertyKind::Choice)
-            field->clear();
+            field->setText(QString()); // clear() would count as typed
         field->setPlaceholderText(m_mixed & bit ? QString(dash) : QString());
         setMark(field, m_mixed & bit);
     }

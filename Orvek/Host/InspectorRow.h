@@ -78,6 +78,7 @@ private:
     bool m_isHidden = false; // as shownWhen says
     // What the editor shows:
     bool m_isShown = false;
+    bool m_isShowing = false; // just now; what the editor announces is not an edit
     QVariant m_value;
     unsigned m_mixed = 0;
     unsigned m_marked = 0;

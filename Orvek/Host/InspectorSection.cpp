@@ -187,6 +187,7 @@ void InspectorSection::fill()
         row->bind(m_selection, entry.property);
         m_rows.push_back(row);
     }
+    m_maker.rowsBuilt();
 }
 
 // A section for each element.

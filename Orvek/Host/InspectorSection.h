@@ -28,6 +28,7 @@ public:
     struct Maker
     {
         std::function<std::shared_ptr<InspectorRow>(const Property& property, const QString& path)> makeRow;
+        std::function<void()> rowsBuilt; // by whoever follows the panel's editors they are known from then on
         bool opensSections = true;
     };
 

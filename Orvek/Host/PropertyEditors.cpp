@@ -278,8 +278,12 @@ void setChoices(QWidget* editor, const Property& property, const QString& more)
         names << (choice.title.isEmpty() ? choice.key : choice.title);
     if (!more.isNull())
         names << more;
+    // A handle that the new end moves would emit valueChanged().
+    const int last = int(names.size()) - 1;
+    if (integer->value().toInt() > last)
+        integer->setValue(last);
     const QSignalBlocker silence(editor);
     integer->setEnums(names);
-    integer->setMaximum(names.size() - 1);
+    integer->setMaximum(last);
 }
 } // namespace orvek::host
