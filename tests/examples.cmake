@@ -2,7 +2,7 @@
 
 # The small ones: each opens its window, saves a picture of it and ends by itself. Qt names what is wrong with a widget,
 # a connection or a painter in a warning.
-foreach(example IN ITEMS OneEditor PanelFromCode DerivedEditor TrivialEngine)
+foreach(example IN ITEMS OneEditor PanelFromCode ObjectInspector DerivedEditor TrivialEngine)
     if(TARGET ${example})
         add_test(NAME example_${example} COMMAND ${example} --screenshot ${CMAKE_CURRENT_BINARY_DIR}/${example}.png)
         set_tests_properties(example_${example} PROPERTIES TIMEOUT 60

@@ -241,7 +241,14 @@ void ColourButton::paintEvent(QPaintEvent*)
     if (!isEnabled())
         painter.setOpacity(0.4);
     const QRectF frame = QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0);
-    if (d->editor)
+    const QVector<double> numbers = d->editor ? readValue(d->editor).numbers : QVector<double>();
+    if (std::any_of(numbers.cbegin(), numbers.cend(), [](double number) { return std::isnan(number); }))
+    {
+        painter.setPen(QPen(palette().color(QPalette::WindowText), 1.0));
+        const QPointF half(frame.width() / 5.0, 0.0);
+        painter.drawLine(frame.center() - half, frame.center() + half);
+    }
+    else if (d->editor)
     {
         const QColor chosen = colour();
         painter.setPen(Qt::NoPen);

@@ -15,7 +15,8 @@ namespace orvek::host
 //!
 //! It serves a QVectorEdit or another editor with a QVector3D "value" (red, green and blue, 0 to 1), and a QColourEdit,
 //! whose alpha it shows on a pattern of checks while the editor shows the alpha field. It follows the value however it
-//! is set. Components beyond 0 and 1, of a light for example, are shown as the nearest colour.
+//! is set. Components beyond 0 and 1, of a light for example, are shown as the nearest colour; one that is not a number
+//! makes it a dash, as for objects of different colours.
 //!
 //! While the dialog is open each choice is the editor's value at once, announced by its valueChanged(); a component
 //! that the choice leaves alone keeps all its digits. Cancel brings the value back to the last bit. With an EditorUndo

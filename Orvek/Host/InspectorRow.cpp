@@ -33,19 +33,15 @@ QString blankText()
     return QString(dash) + QChar(0x200B);
 }
 
-QVector<double> numbersOf(const QVariant& value)
+// With all digits.
+QVector<double> exactNumbers(const QVariant& value)
 {
-    if (value.userType() == QMetaType::QVector3D)
-    {
-        const auto vector = value.value<QVector3D>();
-        return {double(vector.x()), double(vector.y()), double(vector.z())};
-    }
     if (value.userType() == QMetaType::QColor)
     {
         const auto colour = value.value<QColor>();
         return {double(colour.redF()), double(colour.greenF()), double(colour.blueF()), double(colour.alphaF())};
     }
-    return {value.toDouble()};
+    return shownNumbers(value);
 }
 
 double clamped(const Property& property, double number)
@@ -367,7 +363,7 @@ QVariant InspectorRow::changed(const QVariant& old, const EditorValue& now, unsi
         break;
     }
     QVariant value = old;
-    const int count = int(numbersOf(old).size());
+    const int count = int(shownNumbers(old).size());
     for (int i = 0; i < now.numbers.size() && i < count; ++i)
         if (components & (1U << i))
             value = withNumber(m_description, value, i, now.numbers[i]);
@@ -376,7 +372,7 @@ QVariant InspectorRow::changed(const QVariant& old, const EditorValue& now, unsi
 
 QVariant InspectorRow::related(const QVariant& old) const
 {
-    const QVector<double> numbers = numbersOf(old);
+    const QVector<double> numbers = exactNumbers(old);
     if (m_change->component >= numbers.size())
         return old;
     return withNumber(m_description, old, m_change->component, m_change->edit.of(numbers[m_change->component]));
@@ -419,15 +415,15 @@ EditorValue InspectorRow::editorValue(const QVariant& value, unsigned mixed)
     }
     case PropertyKind::Number:
         if (mixed && !qobject_cast<QSliderEdit*>(m_editor))
-            return {numbersOf(unlikeDefault()), QString()};
+            return {shownNumbers(unlikeDefault()), QString()};
         break;
     case PropertyKind::Integer:
     case PropertyKind::PowerOfTwo:
-        return {numbersOf(mixed ? unlikeDefault() : value), QString()};
+        return {shownNumbers(mixed ? unlikeDefault() : value), QString()};
     default:
         break;
     }
-    EditorValue shown{numbersOf(value), QString()};
+    EditorValue shown{shownNumbers(value), QString()};
     for (int i = 0; i < shown.numbers.size(); ++i)
         if (mixed & (1U << i))
             shown.numbers[i] = blank;
@@ -445,7 +441,7 @@ bool InspectorRow::isShowing(const QVariant& value, unsigned mixed, const Editor
         return false;
     if (now.numbers.isEmpty())
         return !mixed && now.text == value.toString();
-    const QVector<double> numbers = numbersOf(value);
+    const QVector<double> numbers = shownNumbers(value);
     for (int i = 0; i < now.numbers.size() && i < numbers.size(); ++i)
     {
         const bool isMixed = mixed & (1U << i);

@@ -10,6 +10,7 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
 
 #include <QtCore/QSignalBlocker>
+#include <QtGui/QColor>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QGridLayout>
@@ -18,6 +19,8 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
+
+#include <cmath>
 
 namespace orvek::host
 {
@@ -97,13 +100,9 @@ void describeVector(QVectorEdit* editor, const Property& property, bool all)
     if (all)
         editor->setUnits(property.units);
     const QVariant& value = property.defaultValue;
-    if (value.userType() == QMetaType::QColor)
-    {
-        const auto colour = value.value<QColor>();
-        editor->setDefaultValue(QVector3D(float(colour.redF()), float(colour.greenF()), float(colour.blueF())));
-    }
-    else if (value.isValid())
-        editor->setDefaultValue(value.value<QVector3D>());
+    const QVector<double> numbers = shownNumbers(value);
+    if (numbers.size() >= 3)
+        editor->setDefaultValue(QVector3D(float(numbers[0]), float(numbers[1]), float(numbers[2])));
     else
         hideReset(editor);
 }
@@ -140,6 +139,38 @@ void setTitle(QWidget* editor, const QString& title)
     if (editor->windowTitle() != title)
         editor->setWindowTitle(title);
 }
+
+QWidget* newEditor(const Property& property)
+{
+    switch (property.kind)
+    {
+    case PropertyKind::Number:
+        return new QSliderEdit;
+    case PropertyKind::Integer:
+    case PropertyKind::Choice:
+    case PropertyKind::PowerOfTwo:
+        return new QIntSliderEdit;
+    case PropertyKind::Vector:
+    case PropertyKind::Colour:
+        return new QVectorEdit;
+    case PropertyKind::ColourWithAlpha:
+    {
+        auto* editor = new QColourEdit;
+        auto* grid = qobject_cast<QGridLayout*>(editor->layout());
+        if (grid && property.defaultValue.isValid())
+            grid->addWidget(createReset(editor), 0, grid->columnCount());
+        return editor;
+    }
+    case PropertyKind::Text:
+        return new QLabelEdit;
+    case PropertyKind::File:
+        return new QFileEdit;
+    case PropertyKind::Flag:
+    case PropertyKind::List:
+        break;
+    }
+    return nullptr;
+}
 } // namespace
 
 FlagRow createFlagRow(const Property& property)
@@ -175,38 +206,30 @@ void alignFlagRow(const QWidget* row, const QWidget* panel, int position)
 
 QWidget* createEditor(const Property& property)
 {
-    switch (property.kind)
+    QWidget* editor = newEditor(property);
+    // From their forms they are of different heights, and some much higher than a row.
+    if (editor)
+        editor->setMinimumHeight(rowHeight);
+    return editor;
+}
+
+QVector<double> shownNumbers(const QVariant& value)
+{
+    if (value.userType() == QMetaType::QVector3D)
     {
-    case PropertyKind::Number:
-        return new QSliderEdit;
-    case PropertyKind::Integer:
-    case PropertyKind::Choice:
-    case PropertyKind::PowerOfTwo:
-        return new QIntSliderEdit;
-    case PropertyKind::Vector:
-    case PropertyKind::Colour:
+        const auto vector = value.value<QVector3D>();
+        return {double(vector.x()), double(vector.y()), double(vector.z())};
+    }
+    if (value.userType() == QMetaType::QColor)
     {
-        auto* editor = new QVectorEdit;
-        editor->setMinimumHeight(0); // from its form it is much higher than a row
-        return editor;
+        const auto colour = value.value<QColor>();
+        QVector<double> numbers{double(colour.redF()), double(colour.greenF()), double(colour.blueF()),
+                                double(colour.alphaF())};
+        for (double& number : numbers)
+            number = std::round(number * 1e4) / 1e4;
+        return numbers;
     }
-    case PropertyKind::ColourWithAlpha:
-    {
-        auto* editor = new QColourEdit;
-        auto* grid = qobject_cast<QGridLayout*>(editor->layout());
-        if (grid && property.defaultValue.isValid())
-            grid->addWidget(createReset(editor), 0, grid->columnCount());
-        return editor;
-    }
-    case PropertyKind::Text:
-        return new QLabelEdit;
-    case PropertyKind::File:
-        return new QFileEdit;
-    case PropertyKind::Flag:
-    case PropertyKind::List:
-        break;
-    }
-    return nullptr;
+    return {value.toDouble()};
 }
 
 bool fits(const QWidget* editor, PropertyKind kind)

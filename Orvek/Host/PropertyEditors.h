@@ -20,6 +20,8 @@ FlagRow createFlagRow(const Property& property);
 void alignFlagRow(const QWidget* row, const QWidget* panel, int position);
 //! Null for flags and lists.
 QWidget* createEditor(const Property& property);
+//! The components of a value as editors show them: those of a QColor, which have 16 bits, with four decimals.
+QVector<double> shownNumbers(const QVariant& value);
 //! Whether the editor can show such a property.
 bool fits(const QWidget* editor, PropertyKind kind);
 //! Gives the editor what the description says, without a signal; title and units only if it describesAll.

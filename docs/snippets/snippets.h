@@ -20,6 +20,7 @@ class DisplaySurfaceManagerInterface;
 
 namespace orvek::host
 {
+class Inspector;
 class ObjectFile;
 class ObjectType;
 } // namespace orvek::host
@@ -41,6 +42,7 @@ QWidget* viewWithoutNativeAncestors();
 QWidget* shading();
 QWidget* baseColour();
 QWidget* materialPanel();
+QWidget* lightInspector(QUndoStack& undoStack);
 
 bool translate(const QString& folder);
 bool translateHost(const QString& folder);
@@ -52,6 +54,7 @@ void keepBorderedLook(QWidget* section);
 void closeAfterLoading(QWidget* form);
 void saveSections(QWidget* panel, QSettings& settings);
 void restoreSections(QWidget* panel, QSettings& settings);
+void inspectObject(orvek::host::Inspector* inspector, QWidget* window, QWidget* form);
 void followWithUndo(QWidget* panel, QUndoStack* stack);
 bool load(const QString& fileName, Material& material);
 void keepNamesRelative(orvek::host::ObjectFile& file, const QDir& folder);
