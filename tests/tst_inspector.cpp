@@ -421,6 +421,35 @@ private Q_SLOTS:
         QCOMPARE(lamps.lamps[0].position.x(), 0.0F);
     }
 
+    // Selected objects and what is always there; a change of one group leaves the rows of the other alone.
+    void groupsAreShownOneAfterTheOther()
+    {
+        Description<Filter> filter("Filter");
+        filter.number("weight", &Filter::weight).range(0, 10);
+        const std::shared_ptr<const ObjectType> filterType = filter.type();
+        Lamps lamps;
+        Filter scene;
+        const QVector<Inspector::Objects> always{{filterType, {&scene}}};
+        QVERIFY(lamps.inspector.setGroups({{{lamps.type, {&lamps.lamps[0], &lamps.lamps[1]}}}, always}));
+        QCoreApplication::processEvents();
+        const QPointer<QWidget> weight = lamps.inspector.editor("weight");
+        const auto isBelow = [&]
+        { return weight->mapTo(&lamps.panel, QPoint()).y() > lamps.field("power")->mapTo(&lamps.panel, QPoint()).y(); };
+        QVERIFY(isMixed(lamps.field("power")));
+        QVERIFY(isBelow());
+        QSignalSpy edited(&lamps.inspector, &Inspector::edited);
+        lamps.type_(lamps.field("weight"), "4");
+        QCOMPARE(edited.last().first().value<QVector<void*>>(), QVector<void*>{&scene});
+        QVERIFY(lamps.inspector.setGroups({{}, always}));
+        QVERIFY(!lamps.inspector.editor("power"));
+        QCOMPARE(lamps.inspector.editor("weight"), weight.data());
+        lamps.stack.undo();
+        QCOMPARE(scene.weight, 1.0F);
+        QVERIFY(lamps.inspector.setGroups({{{lamps.type, {&lamps.lamps[0]}}}, always}));
+        QCoreApplication::processEvents();
+        QVERIFY(isBelow());
+    }
+
     void objectsThatMoveAreFoundByTheirKeys()
     {
         QPropertyPanel panel;

@@ -103,10 +103,30 @@ struct Inspector::Private
 {
     Private(Inspector* inspector, QWidget* root, QUndoStack* undoStack);
 
-    bool setObjects(const QVector<Objects>& objects);
-    void build();
-    std::vector<std::unique_ptr<InspectorSection>> makeSections();
+    // What is shown together: shared properties, mixed values, one step.
+    struct Group
+    {
+        QVector<Objects> objects;
+        std::shared_ptr<Selection> selection;
+        QVector<SharedProperty> shared;
+        std::vector<std::unique_ptr<InspectorSection>> sections;
+    };
+
+    bool setGroups(const QVector<QVector<Objects>>& given);
+    bool setObjects(std::size_t index, const QVector<Objects>& given);
+    void build(std::size_t index);
+    std::vector<std::unique_ptr<InspectorSection>> makeSections(const Group& group, bool isLast) const;
     void listen();
+    template <typename Visit>
+    void forEachSection(Visit visit) const
+    {
+        for (const Group& group : groups)
+            for (const auto& section : group.sections)
+                visit(*section);
+    }
+    // The groups' shared properties by a name made of theirs; of two of one name the first.
+    QHash<QString, std::pair<std::shared_ptr<Selection>, SharedProperty>>
+        namedProperties(QString (*nameOf)(QString)) const;
     void search();
     std::shared_ptr<InspectorRow> makeRow(const Property& property, const QString& path);
     std::shared_ptr<InspectorRow> makeRow(const Property& property, const QString& path, QWidget* editor, QWidget* row,
@@ -134,7 +154,7 @@ struct Inspector::Private
     QPointer<QBoxLayout> column;
     std::shared_ptr<PanelHost> host; // of the panel
     std::shared_ptr<EditorTree> tree;
-    EditorUndo unrecorded{nullptr};  // takes what the user does if there is no stack
+    EditorUndo unrecorded{nullptr}; // takes what the user does if there is no stack
     Selection::Keys keys;
     InspectorSection::Maker maker;
     QHash<QString, EditorFactory> factories;
@@ -144,10 +164,7 @@ struct Inspector::Private
     QTimer timer;
     int frameInterval = 16;
 
-    QVector<Objects> objects;
-    std::shared_ptr<Selection> selection;
-    QVector<SharedProperty> shared;
-    std::vector<std::unique_ptr<InspectorSection>> sections;
+    std::vector<Group> groups;
     QHash<QWidget*, std::weak_ptr<InspectorRow>> rows; // by their editors
     std::vector<Form> forms;
     std::unique_ptr<InspectorListener> listener;
@@ -194,7 +211,7 @@ Inspector::~Inspector()
 {
     if (d->host)
         d->host->columns()->disconnect(this);
-    d->sections.clear();
+    d->groups.clear();
     for (const Private::HostRow& row : d->hostRows)
         if (row.row && !row.row->parentWidget())
             delete row.row;
@@ -202,17 +219,25 @@ Inspector::~Inspector()
 
 bool Inspector::setObjects(const QVector<Objects>& objects)
 {
-    return d->setObjects(objects);
+    return d->setGroups({objects});
 }
 
 bool Inspector::setObjects(std::shared_ptr<const ObjectType> type, const QVector<void*>& objects)
 {
-    return d->setObjects({{std::move(type), objects}});
+    return d->setGroups({{{std::move(type), objects}}});
+}
+
+bool Inspector::setGroups(const QVector<QVector<Objects>>& groups)
+{
+    return d->setGroups(groups);
 }
 
 QVector<void*> Inspector::objects() const
 {
-    return d->selection ? d->selection->roots() : QVector<void*>();
+    QVector<void*> objects;
+    for (const Private::Group& group : d->groups)
+        objects << group.selection->roots();
+    return objects;
 }
 
 void Inspector::setKeys(KeyOf keyOf, ObjectOf objectOf)
@@ -225,9 +250,7 @@ QStringList Inspector::bind(QWidget* form)
     QStringList missing;
     if (!form)
         return missing;
-    QHash<QString, SharedProperty> properties;
-    for (const SharedProperty& property : std::as_const(d->shared))
-        properties.insert(formName(d->selection->description(property).name), property);
+    const auto properties = d->namedProperties(formName);
     const bool isInPanel = d->panel && (d->panel == form || d->panel->isAncestorOf(form));
     Private::Form bound{isInPanel ? d->host : std::make_shared<PanelHost>(form, d->stack), {}};
     QSet<QString> found;
@@ -244,7 +267,7 @@ QStringList Inspector::bind(QWidget* form)
                 << tr("Form %1: there is no property for the editor %2").arg(form->objectName(), widget->objectName());
             continue;
         }
-        const Property& described = d->selection->description(*property);
+        const Property& described = property->first->description(property->second);
         if (!fits(widget, described.kind))
         {
             missing << tr("Form %1: the editor %2 cannot show a property of this kind")
@@ -256,12 +279,14 @@ QStringList Inspector::bind(QWidget* form)
         bound.rows.emplace_back(described.name,
                                 d->makeRow(described, described.name, widget, widget, bound.host.get()));
     }
-    for (const SharedProperty& property : std::as_const(d->shared))
-    {
-        const Property& described = d->selection->description(property);
-        if (described.kind != PropertyKind::List && !found.contains(formName(described.name)))
-            missing << tr("Form %1: there is no editor for the property %2").arg(form->objectName(), described.name);
-    }
+    for (const Private::Group& group : d->groups)
+        for (const SharedProperty& property : group.shared)
+        {
+            const Property& described = group.selection->description(property);
+            if (described.kind != PropertyKind::List && !found.contains(formName(described.name)))
+                missing
+                    << tr("Form %1: there is no editor for the property %2").arg(form->objectName(), described.name);
+        }
     for (const QString& message : std::as_const(missing))
         qWarning("%s", qPrintable(message));
     d->forms.push_back(std::move(bound));
@@ -292,9 +317,10 @@ void Inspector::addRow(QWidget* row, const QString& section, const QString& prop
 
 QWidget* Inspector::editor(const QString& property)
 {
-    for (const auto& section : d->sections)
-        if (const InspectorRow* row = section->row(property))
-            return row->editor();
+    for (const Private::Group& group : d->groups)
+        for (const auto& section : group.sections)
+            if (const InspectorRow* row = section->row(property))
+                return row->editor();
     return nullptr;
 }
 
@@ -328,11 +354,24 @@ void Inspector::refresh()
     d->refresh();
 }
 
-bool Inspector::Private::setObjects(const QVector<Objects>& given)
+bool Inspector::Private::setGroups(const QVector<QVector<Objects>>& given)
 {
+    groups.resize(std::size_t(given.size()));
+    bool areValid = true;
+    for (int i = 0; i < given.size(); ++i)
+        areValid = setObjects(std::size_t(i), given[i]) && areValid;
+    isStale = false;
+    bindForms();
+    listen();
+    return areValid;
+}
+
+bool Inspector::Private::setObjects(std::size_t index, const QVector<Objects>& given)
+{
+    Group& group = groups[index];
     const auto next = std::make_shared<Selection>(given, keys);
-    const bool isSame = !isStale && selection && next->types() == selection->types();
-    bool isValid = std::all_of(given.cbegin(), given.cend(), [](const Objects& group) { return group.type; });
+    const bool isSame = !isStale && group.selection && next->types() == group.selection->types();
+    bool isValid = std::all_of(given.cbegin(), given.cend(), [](const Objects& some) { return some.type; });
     if (!isSame)
     {
         QSet<const ObjectType*> asked;
@@ -344,65 +383,65 @@ bool Inspector::Private::setObjects(const QVector<Objects>& given)
             isValid = isValid && errors.isEmpty();
         }
     }
-    objects = isValid ? given : QVector<Objects>();
-    selection = isValid ? next : std::make_shared<Selection>(objects, keys);
+    group.objects = isValid ? given : QVector<Objects>();
+    group.selection = isValid ? next : std::make_shared<Selection>(group.objects, keys);
     if (isSame)
-        for (const auto& section : sections)
-            section->bind(selection);
+        for (const auto& section : group.sections)
+            section->bind(group.selection);
     else
-        build();
-    bindForms();
-    listen();
+        build(index);
     return isValid;
 }
 
-void Inspector::Private::build()
+void Inspector::Private::build(std::size_t index)
 {
-    isStale = false;
-    shared = selection->shared();
-    sections.clear();
+    Group& group = groups[index];
+    group.shared = group.selection->shared();
+    group.sections.clear();
     for (auto row = rows.begin(); row != rows.end();)
         row = row->expired() ? rows.erase(row) : std::next(row);
     if (!column)
         return;
-    sections = makeSections();
-    int position = 0;
-    for (const auto& section : sections)
+    group.sections = makeSections(group, index + 1 == groups.size());
+    std::size_t position = 0;
+    for (std::size_t before = 0; before < index; ++before)
+        position += groups[before].sections.size();
+    for (const auto& section : group.sections)
     {
-        column->insertWidget(position++, section->widget());
-        section->bind(selection);
+        column->insertWidget(int(position++), section->widget());
+        section->bind(group.selection);
     }
     search();
 }
 
-// In the order in which the properties first name them.
-std::vector<std::unique_ptr<InspectorSection>> Inspector::Private::makeSections()
+// In the order in which the properties first name them. Rows of the host's for other sections come behind the last
+// group.
+std::vector<std::unique_ptr<InspectorSection>> Inspector::Private::makeSections(const Group& group, bool isLast) const
 {
     QStringList titles;
     QHash<QString, QVector<InspectorSection::Entry>> entries;
-    const auto entriesOf = [&](const QString& title) -> QVector<InspectorSection::Entry>&
+    const auto addTo = [&](const QString& title, const InspectorSection::Entry& entry)
     {
         if (!entries.contains(title))
             titles << title;
-        return entries[title];
+        entries[title] << entry;
     };
-    for (const SharedProperty& property : std::as_const(shared))
+    QSet<const QWidget*> placed;
+    for (const SharedProperty& property : group.shared)
     {
-        const QString title = selection->sectionTitle(property);
-        entriesOf(title) << InspectorSection::Entry{property, nullptr};
+        const QString title = group.selection->sectionTitle(property);
+        addTo(title, {property, nullptr});
         for (const HostRow& row : hostRows)
-            if (row.row && row.section == title && row.property == selection->description(property).name)
-                entriesOf(title) << InspectorSection::Entry{{}, row.row};
+            if (row.row && row.section == title && row.property == group.selection->description(property).name)
+            {
+                addTo(title, {{}, row.row});
+                placed.insert(row.row);
+            }
     }
-    if (!shared.isEmpty())
-        for (const HostRow& row : hostRows)
-        {
-            const auto& known = entriesOf(row.section);
-            const bool isPlaced = std::any_of(known.cbegin(), known.cend(),
-                                              [&row](const auto& entry) { return entry.hostRow == row.row; });
-            if (row.row && !isPlaced)
-                entriesOf(row.section) << InspectorSection::Entry{{}, row.row};
-        }
+    for (const HostRow& row : hostRows)
+        if (row.row && !placed.contains(row.row) && !group.shared.isEmpty() &&
+            (entries.contains(row.section) || (isLast && !row.row->parentWidget())))
+            addTo(row.section, {{}, row.row});
     std::vector<std::unique_ptr<InspectorSection>> made;
     for (const QString& title : std::as_const(titles))
         made.push_back(std::make_unique<InspectorSection>(maker, title, QString(), entries.value(title)));
@@ -413,30 +452,24 @@ void Inspector::Private::listen()
 {
     listener = std::make_unique<InspectorListener>([this] { refreshSoon(frameInterval); });
     const QMetaMethod slot = listener->metaObject()->method(listener->metaObject()->indexOfSlot("notice()"));
-    QSet<QObject*> known;
-    for (const Objects& group : std::as_const(objects))
-    {
-        if (!group.type)
-            continue;
-        QVector<QMetaMethod> signalsOfType;
-        for (int i = 0; i < group.type->properties().size(); ++i)
+    for (const Group& group : groups)
+        for (const Objects& some : group.objects)
         {
-            const QMetaMethod signal = group.type->notifySignal(i);
-            if (signal.isValid() && !signalsOfType.contains(signal))
-                signalsOfType << signal;
+            QVector<QMetaMethod> signalsOfType;
+            for (int i = 0; some.type && i < some.type->properties().size(); ++i)
+            {
+                const QMetaMethod signal = some.type->notifySignal(i);
+                if (signal.isValid() && !signalsOfType.contains(signal))
+                    signalsOfType << signal;
+            }
+            for (void* object : some.objects)
+                for (const QMetaMethod& signal : std::as_const(signalsOfType))
+                    if (QObject* notifier = object ? some.type->notifier(object, 0) : nullptr)
+                        QObject::connect(notifier, signal, listener.get(), slot);
         }
-        if (signalsOfType.isEmpty())
-            continue;
-        for (void* object : group.objects)
-        {
-            QObject* notifier = object ? group.type->notifier(object, 0) : nullptr;
-            for (const QMetaMethod& signal : std::as_const(signalsOfType))
-                if (notifier)
-                    QObject::connect(notifier, signal, listener.get(), slot);
-        }
-    }
-    for (QObject* object : selection->notifiers())
-        QObject::connect(object, &QObject::destroyed, listener.get(), &InspectorListener::notice);
+    for (const Group& group : groups)
+        for (QObject* object : group.selection->notifiers())
+            QObject::connect(object, &QObject::destroyed, listener.get(), &InspectorListener::notice);
 }
 
 void Inspector::Private::search()
@@ -445,8 +478,7 @@ void Inspector::Private::search()
         panel ? panel->findChild<QLineEdit*>(QStringLiteral("search"), Qt::FindDirectChildrenOnly) : nullptr;
     if (!field || field->text().isEmpty())
         return;
-    for (const auto& section : sections)
-        section->search(field->text());
+    forEachSection([field](InspectorSection& section) { section.search(field->text()); });
 }
 
 std::shared_ptr<InspectorRow> Inspector::Private::makeRow(const Property& property, const QString& path)
@@ -506,17 +538,16 @@ void Inspector::Private::alignFlags()
 {
     int position = -1;
     QVector<const QWidget*> flags;
-    for (const auto& section : sections)
-        section->forEachRow(
-            [&](const InspectorRow& row)
-            {
-                if (!row.widget() || !row.widget()->isVisible())
-                    return;
-                if (row.widget() != row.editor())
-                    flags << row.widget();
-                else if (const QLabel* label = position < 0 ? partsOf(row.editor()).label : nullptr)
-                    position = label->mapTo(panel, QPoint(label->width(), 0)).x();
-            });
+    const auto look = [&](const InspectorRow& row)
+    {
+        if (!row.widget() || !row.widget()->isVisible())
+            return;
+        if (row.widget() != row.editor())
+            flags << row.widget();
+        else if (const QLabel* label = position < 0 ? partsOf(row.editor()).label : nullptr)
+            position = label->mapTo(panel, QPoint(label->width(), 0)).x();
+    };
+    forEachSection([&look](const InspectorSection& section) { section.forEachRow(look); });
     if (position < 0)
         return;
     for (const QWidget* flag : std::as_const(flags))
@@ -531,17 +562,22 @@ void Inspector::Private::refreshSoon(int interval)
 
 void Inspector::Private::refresh()
 {
-    if (!selection)
-        return;
-    selection->resolve();
-    if (selection->hasGaps())
+    bool hasGaps = false;
+    QVector<QVector<Objects>> remaining;
+    for (const Group& group : groups)
     {
-        setObjects(selection->remaining());
+        group.selection->resolve();
+        hasGaps = hasGaps || group.selection->hasGaps();
+        remaining << group.selection->remaining();
+    }
+    // Without those that are destroyed.
+    if (hasGaps)
+    {
+        setGroups(remaining);
         return;
     }
     bool all = true;
-    for (const auto& section : sections)
-        all = section->refresh() && all;
+    forEachSection([&all](InspectorSection& section) { all = section.refresh() && all; });
     for (const Form& form : forms)
         for (const auto& row : form.rows)
             all = row.second->refresh() && all;
@@ -549,17 +585,30 @@ void Inspector::Private::refresh()
         refreshSoon(retryInterval);
 }
 
+QHash<QString, std::pair<std::shared_ptr<Selection>, SharedProperty>>
+Inspector::Private::namedProperties(QString (*nameOf)(QString)) const
+{
+    QHash<QString, std::pair<std::shared_ptr<Selection>, SharedProperty>> named;
+    for (const Group& group : groups)
+        for (const SharedProperty& property : group.shared)
+        {
+            const QString name = nameOf(group.selection->description(property).name);
+            if (!named.contains(name))
+                named.insert(name, {group.selection, property});
+        }
+    return named;
+}
+
 void Inspector::Private::bindForms()
 {
-    QHash<QString, SharedProperty> properties;
-    if (!forms.empty())
-        for (const SharedProperty& property : std::as_const(shared))
-            properties.insert(selection->description(property).name, property);
+    if (forms.empty())
+        return;
+    const auto properties = namedProperties([](QString name) { return name; });
     for (const Form& form : forms)
         for (const auto& row : form.rows)
         {
-            const bool isShared = properties.contains(row.first);
-            row.second->bind(isShared ? selection : nullptr, properties.value(row.first));
+            const auto property = properties.value(row.first);
+            row.second->bind(property.first, property.second);
             row.second->refresh();
         }
 }

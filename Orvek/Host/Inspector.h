@@ -65,6 +65,11 @@ public:
     //! warning for each: the panel is empty then, and the result false.
     bool setObjects(const QVector<Objects>& objects);
     bool setObjects(std::shared_ptr<const ObjectType> type, const QVector<void*>& objects);
+    //! Several groups in one panel, the objects that are selected and the scene that they are in for example, each as
+    //! setObjects() shows one: nothing is shared between them. The sections of the first group come first. Those of a
+    //! group whose types are the same as before stay as they are; an empty group has none. setObjects() shows one
+    //! group.
+    bool setGroups(const QVector<QVector<Objects>>& groups);
     //! All objects that are shown.
     QVector<void*> objects() const;
     //! For objects that move in memory, or are removed and come back as others: steps find them by their keys. Takes
@@ -89,8 +94,8 @@ public:
     //! with the next setObjects().
     void addRow(QWidget* row, const QString& section, const QString& property = QString());
 
-    //! The editor or check box of a property, also "lights[0].power" of an element; builds its section first if need
-    //! be. Null if it is not shown.
+    //! The editor or check box of a property, of the first group that has it, also "lights[0].power" of an element;
+    //! builds its section first if need be. Null if it is not shown.
     QWidget* editor(const QString& property);
     //! What serves the panel; null without one.
     PanelHost* host() const;

@@ -21,6 +21,7 @@
 #include <QtWidgets/QSlider>
 
 #include <cmath>
+#include <limits>
 
 namespace orvek::host
 {
@@ -42,20 +43,32 @@ QPushButton* createReset(QWidget* parent)
     return reset;
 }
 
-// For a vector, whose default cannot be switched off. Its place stays.
+void hideInPlace(QWidget* part)
+{
+    QSizePolicy policy = part->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    part->setSizePolicy(policy);
+    part->hide();
+}
+
+// For a vector, whose default cannot be switched off.
 void hideReset(QWidget* editor)
 {
-    QPushButton* reset = partsOf(editor).reset;
-    if (!reset)
-        return;
-    QSizePolicy policy = reset->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    reset->setSizePolicy(policy);
-    reset->hide();
+    if (QPushButton* reset = partsOf(editor).reset)
+        hideInPlace(reset);
+}
+
+// Of a number without ends. Its place stays, so that the fields keep their column.
+void hideSlider(QWidget* editor)
+{
+    if (QSlider* slider = partsOf(editor).slider)
+        hideInPlace(slider);
 }
 
 void describeSlider(QSliderEdit* editor, const Property& property, bool all)
 {
+    if (!std::isfinite(property.maximum - property.minimum))
+        hideSlider(editor);
     editor->setMinimum(property.minimum);
     editor->setMaximum(property.maximum);
     editor->setLogarithmic(property.logarithmic);
@@ -81,6 +94,8 @@ void describeInteger(QIntSliderEdit* editor, const Property& property, bool all)
         editor->setReadOnlyText(true);
         return;
     }
+    if (property.maximum - property.minimum >= std::numeric_limits<int>::max())
+        hideSlider(editor);
     editor->setMaximum(int(property.maximum));
     editor->setMinimum(int(property.minimum));
     editor->setPowerOfTwo(property.kind == PropertyKind::PowerOfTwo);
