@@ -4,6 +4,7 @@
 #include "workloads.h"
 
 #include <Orvek/Host/Description.h>
+#include <Orvek/Host/Inspector.h>
 #include <Orvek/Host/PanelHost.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
@@ -382,8 +383,7 @@ QVector<void*> selection(std::vector<SelectedObject>& objects)
     return addresses;
 }
 
-// All are equal, so that nothing can be left out.
-void compareOurs(benchmark::State& state)
+std::shared_ptr<const orvek::host::ObjectType> selectedType()
 {
     using orvek::host::Description;
     Description<Values> values(QStringLiteral("Values"));
@@ -402,7 +402,13 @@ void compareOurs(benchmark::State& state)
     object.nested("second", &SelectedObject::second, values.type());
     object.nested("third", &SelectedObject::third, values.type());
     object.nested("fourth", &SelectedObject::fourth, values.type());
-    const auto type = object.type();
+    return object.type();
+}
+
+// All are equal, so that nothing can be left out.
+void compareOurs(benchmark::State& state)
+{
+    const auto type = selectedType();
     std::vector<SelectedObject> objects(SelectedObjects);
     const QVector<void*> addresses = selection(objects);
     unsigned different = 0;
@@ -453,6 +459,152 @@ void compareFloor(benchmark::State& state)
 
 BENCHMARK(compareOurs)->Unit(benchmark::kMillisecond);
 BENCHMARK(compareFloor)->Unit(benchmark::kMillisecond);
+
+// Another selection of as many objects with other values in an inspector that shows one already.
+void inspectorSelect(benchmark::State& state)
+{
+    QPropertyPanel panel;
+    QUndoStack stack;
+    orvek::host::Inspector inspector(&panel, &stack);
+    const auto type = selectedType();
+    std::vector<SelectedObject> objects[2] = {std::vector<SelectedObject>(SelectedObjects),
+                                              std::vector<SelectedObject>(SelectedObjects)};
+    for (SelectedObject& object : objects[1])
+        object.first.a = object.second.d = object.third.e = 7;
+    const QVector<void*> selections[2] = {selection(objects[0]), selection(objects[1])};
+    inspector.setObjects(type, selections[0]);
+    panel.resize(400, 900);
+    panel.show();
+    paint();
+    std::size_t turn = 0;
+    for (auto _ : state)
+    {
+        turn = 1 - turn;
+        inspector.setObjects(type, selections[turn]);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(inspectorSelect)->Unit(benchmark::kMillisecond);
+
+// As many numbers as one likes, in sections of 50.
+class Numbers final : public orvek::host::ObjectType
+{
+public:
+    explicit Numbers(int count) : ObjectType(QStringLiteral("Numbers"), described(count)) {}
+    QVariant read(const void* object, int property) const override
+    {
+        return static_cast<const double*>(object)[property];
+    }
+    bool write(void* object, int property, const QVariant& value) const override
+    {
+        static_cast<double*>(object)[property] = value.toDouble();
+        return true;
+    }
+
+    static constexpr int sectionSize = 50;
+
+private:
+    static QVector<orvek::host::Property> described(int count)
+    {
+        QVector<orvek::host::Property> properties(count);
+        for (int i = 0; i < count; ++i)
+        {
+            properties[i].name = QStringLiteral("number%1").arg(i);
+            properties[i].title = titleOf(i);
+            properties[i].section = QStringLiteral("Section %1").arg(i / sectionSize);
+        }
+        return properties;
+    }
+};
+
+struct InspectorTree
+{
+    InspectorTree(const std::shared_ptr<const Numbers>& type, std::vector<double>& numbers, bool open)
+    {
+        inspector.setOpensSections(open);
+        inspector.setObjects(type, {numbers.data()});
+        panel.resize(400, 900);
+        panel.show();
+        paint();
+    }
+    QPropertyPanel panel;
+    QUndoStack stack;
+    orvek::host::Inspector inspector{&panel, &stack};
+};
+
+// Built and shown with closed sections, and with all of its rows.
+void inspectorBuild(benchmark::State& state, bool open)
+{
+    const int count = int(state.range(0));
+    const auto type = std::make_shared<const Numbers>(count);
+    std::vector<double> numbers(std::size_t(count), 0.5);
+    for (auto _ : state)
+    {
+        auto tree = std::make_unique<InspectorTree>(type, numbers, open);
+        state.PauseTiming();
+        tree.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+void numbers(benchmark::internal::Benchmark* build)
+{
+    build->Args({10000, Numbers::sectionSize})->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(inspectorBuild, closed, false)->Apply(numbers);
+BENCHMARK_CAPTURE(inspectorBuild, all, true)->Apply(numbers);
+
+// One of the sections is opened for the first time; beside it the panel of a host that has built that section alone.
+void inspectorOpen(benchmark::State& state)
+{
+    const int count = int(state.range(0));
+    const auto type = std::make_shared<const Numbers>(count);
+    std::vector<double> numbers(std::size_t(count), 0.5);
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        auto tree = std::make_unique<InspectorTree>(type, numbers, false);
+        auto* section = tree->panel.findChild<QAccordion*>();
+        state.ResumeTiming();
+        section->setOpen(true);
+        paint();
+        state.PauseTiming();
+        tree.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+void inspectorOpenFloor(benchmark::State& state)
+{
+    for (auto _ : state)
+    {
+        auto tree = std::make_unique<PanelTree>(Numbers::sectionSize, Numbers::sectionSize, false);
+        QUndoStack stack;
+        auto host = std::make_unique<orvek::host::PanelHost>(tree->panel.get(), &stack);
+        tree->panel->show();
+        paint();
+        state.PauseTiming();
+        host.reset();
+        tree.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(inspectorOpen)->Apply(numbers);
+BENCHMARK(inspectorOpenFloor)->Unit(benchmark::kMillisecond);
+
+void inspectorRefresh(benchmark::State& state)
+{
+    std::vector<double> values(PushedRows);
+    for (int i = 0; i < PushedRows; ++i)
+        values[std::size_t(i)] = pushedValue(i, 0);
+    InspectorTree tree(std::make_shared<const Numbers>(PushedRows), values, true);
+    for (auto _ : state)
+        tree.inspector.refresh();
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(inspectorRefresh)->Unit(benchmark::kMillisecond);
 
 // An engine that does nothing, so that only the way to it is measured.
 class EmptyEngine final : public orvek::crossplatform::DisplaySurfaceManagerInterface,

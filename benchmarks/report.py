@@ -57,6 +57,11 @@ TIMED = [
     ("build and show with PanelHost", "50 sections of 20", "hostBuild/hosted", "hostBuild/bare", None),
     ("nothing happens with PanelHost", "50 sections of 20", "hostIdle/hosted", "hostIdle/bare", None),
     ("compare the values of a selection", "1000 objects of 40", "compareOurs", "compareFloor", None),
+    ("show a selection in an Inspector", "1000 objects of 40", "inspectorSelect", "compareFloor", None),
+    ("refresh an Inspector, nothing new", "1000 values", "inspectorRefresh", "pushFloor/same", None),
+    ("closed Inspector beside one with all rows", "200 sections of 50", "inspectorBuild/closed/10000/50",
+     "inspectorBuild/all/10000/50", None),
+    ("open a section of an Inspector", "50 rows of 10000", "inspectorOpen/10000/50", "inspectorOpenFloor", None),
     ("frame of an empty engine", "1 frame", "frameOurs", "frameFloor", None),
     ("mouse move to the handler", "1 move", "moveOurs", "moveFloor", None),
 ]

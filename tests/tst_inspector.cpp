@@ -396,6 +396,38 @@ private Q_SLOTS:
         QCOMPARE(power->value().toDouble(), 100.0);
     }
 
+    // More than what a search builds before it paints.
+    void longSearchGoesOn()
+    {
+        class Many final : public ObjectType
+        {
+        public:
+            Many() : ObjectType("Many", {})
+            {
+                QVector<Property> properties(1000);
+                for (int i = 0; i < 1000; ++i)
+                {
+                    properties[i].name = QString("number%1").arg(i);
+                    properties[i].section = QString("Section ") + QChar(0x61 + i / 100);
+                }
+                setProperties(properties);
+            }
+            QVariant read(const void*, int property) const override { return property / 1000.0; }
+            bool write(void*, int, const QVariant&) const override { return false; }
+        };
+        QPropertyPanel panel;
+        Inspector inspector(&panel);
+        inspector.setOpensSections(false);
+        inspector.setObjects(std::make_shared<Many>(), {this});
+        hostsupport::showActive(panel);
+        child<QLineEdit>(panel, "search")->setText("9");
+        QVERIFY(!panel.findChild<QWidget*>("number999"));
+        QTRY_VERIFY(panel.findChild<QWidget*>("number999"));
+        QTRY_VERIFY(panel.findChild<QWidget*>("number999")->isVisible());
+        QVERIFY(panel.findChild<QWidget*>("number998")->isVisible());
+        QVERIFY(!panel.findChild<QWidget*>("number888")->isVisible());
+    }
+
     void objectsOfSeveralKindsShowWhatTheyShare()
     {
         struct Mesh

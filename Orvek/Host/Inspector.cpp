@@ -32,6 +32,7 @@ namespace orvek::host
 namespace
 {
 constexpr int retryInterval = 100; // milliseconds, while an editor is being used
+constexpr int rowsAtOnce = 300;    // that a search builds before what it has found is painted
 
 // The layout that the sections go into.
 QBoxLayout* sectionsOf(QWidget* panel)
@@ -162,6 +163,7 @@ struct Inspector::Private
     std::vector<HostRow> hostRows;
     bool isStale = false; // other rows have to be built although the types are the same
     QTimer timer;
+    QTimer searchTimer; // goes on with what the last text finds
     int frameInterval = 16;
 
     std::vector<Group> groups;
@@ -180,6 +182,8 @@ Inspector::Private::Private(Inspector* inspector, QWidget* root, QUndoStack* und
             tree->takeIn();
     };
     timer.setSingleShot(true);
+    searchTimer.setSingleShot(true);
+    QObject::connect(&searchTimer, &QTimer::timeout, q, [this] { search(); });
     QObject::connect(&timer, &QTimer::timeout, q, [this] { refresh(); });
     QObject::connect(EditorActs::instance(), &EditorActs::relativeEdit, q,
                      [this](QWidget* editor, int component, const Relative& edit, bool* isDone)
@@ -478,7 +482,15 @@ void Inspector::Private::search()
         panel ? panel->findChild<QLineEdit*>(QStringLiteral("search"), Qt::FindDirectChildrenOnly) : nullptr;
     if (!field || field->text().isEmpty())
         return;
-    forEachSection([field](InspectorSection& section) { section.search(field->text()); });
+    int built = 0;
+    forEachSection(
+        [&built, field](InspectorSection& section)
+        {
+            if (built < rowsAtOnce)
+                built += section.search(field->text());
+        });
+    if (built >= rowsAtOnce)
+        searchTimer.start(0);
 }
 
 std::shared_ptr<InspectorRow> Inspector::Private::makeRow(const Property& property, const QString& path)

@@ -12,7 +12,6 @@
 #include <QtGui/QColor>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QSlider>
 #include <QtWidgets/QStyle>
 
 #include <algorithm>
@@ -132,9 +131,10 @@ InspectorRow::InspectorRow(const Property& description, QString path, QWidget* e
       m_box(qobject_cast<QCheckBox*>(editor)),
       m_edited(std::move(edited))
 {
-    const QVector<QLineEdit*> fields = partsOf(editor).fields;
-    for (QLineEdit* field : fields)
+    const EditorParts parts = partsOf(editor);
+    for (QLineEdit* field : parts.fields)
         m_fields << field;
+    m_slider = parts.slider;
     if (m_box || qobject_cast<QColourEdit*>(editor))
         m_reset = row->findChild<QPushButton*>(QStringLiteral("reset"), Qt::FindDirectChildrenOnly);
     if (m_reset)
@@ -148,9 +148,12 @@ InspectorRow::~InspectorRow()
 
 void InspectorRow::bind(std::shared_ptr<Selection> selection, const SharedProperty& property)
 {
+    const bool wasBound = bool(m_selection);
     m_selection = std::move(selection);
     m_property = property;
-    m_isShown = false;
+    // What was typed was for the other objects.
+    if (std::any_of(m_fields.cbegin(), m_fields.cend(), [](const auto& field) { return field && field->isModified(); }))
+        m_isShown = false;
     m_hasEnabledWhen = m_hasShownWhen = false;
     if (!m_selection)
     {
@@ -158,16 +161,14 @@ void InspectorRow::bind(std::shared_ptr<Selection> selection, const SharedProper
             m_editor->setEnabled(false);
         return;
     }
-    if (m_editor && !m_description.readOnly)
+    if (m_editor && !wasBound && !m_description.readOnly)
         m_editor->setEnabled(true);
-    m_selection->forEach(m_property,
-                         [this](const ObjectType& type, int index, void*)
-                         {
-                             const Property& described = type.properties().at(index);
-                             m_hasEnabledWhen = m_hasEnabledWhen || described.enabledWhen;
-                             m_hasShownWhen = m_hasShownWhen || described.shownWhen;
-                             return true;
-                         });
+    m_selection->forEachDescription(m_property,
+                                    [this](const Property& described)
+                                    {
+                                        m_hasEnabledWhen = m_hasEnabledWhen || described.enabledWhen;
+                                        m_hasShownWhen = m_hasShownWhen || described.shownWhen;
+                                    });
 }
 
 bool InspectorRow::refresh()
@@ -180,7 +181,7 @@ bool InspectorRow::refresh()
     const unsigned mixed = m_selection->differences(m_property);
     if (m_isShown && mixed == m_mixed && identical(value, m_value))
         return true;
-    if (isUsed())
+    if (m_isShown && isUsed())
         return false;
     show(value, mixed);
     return true;
@@ -213,8 +214,7 @@ bool InspectorRow::isUsed() const
     for (const QPointer<QLineEdit>& field : m_fields)
         if (field && field->isModified() && field->window()->focusWidget() == field)
             return true;
-    const QSlider* slider = partsOf(m_editor).slider;
-    if (slider && slider->isSliderDown())
+    if (m_slider && m_slider->isSliderDown())
         return true;
     const auto* swatch = m_editor->findChild<ColourButton*>(QString(), Qt::FindDirectChildrenOnly);
     return (swatch && swatch->dialog()) || isAround(m_editor, QApplication::activePopupWidget()) ||

@@ -9,6 +9,7 @@
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QSlider>
 #include <QtWidgets/QWidget>
 
 #include <optional>
@@ -67,6 +68,7 @@ private:
     const QPointer<QWidget> m_row;
     const QPointer<QCheckBox> m_box; // the editor if it is one
     QVector<QPointer<QLineEdit>> m_fields;
+    QPointer<QSlider> m_slider;
     QPointer<QPushButton> m_reset; // of a row whose editor has none itself
     QMetaObject::Connection m_resetting;
     const Edited m_edited;

@@ -102,15 +102,21 @@ bool InspectorSection::refreshRows()
     return all;
 }
 
-void InspectorSection::search(const QString& text)
+int InspectorSection::search(const QString& text)
 {
     if (!m_section || (!m_isFilled && !isMatch(text)))
-        return;
-    fill();
-    refreshRows();
+        return 0;
+    int built = 0;
+    if (!m_isFilled)
+    {
+        fill();
+        refreshRows();
+        built = int(m_rows.size());
+    }
     for (const List& list : m_lists)
         for (const auto& element : list.elements)
-            element->search(text);
+            built += element->search(text);
+    return built;
 }
 
 bool InspectorSection::isMatch(const QString& text) const

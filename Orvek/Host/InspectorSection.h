@@ -42,8 +42,8 @@ public:
     void bind(std::shared_ptr<Selection> selection);
     //! Shows what has changed; nothing while it is closed. False if an editor is being used, and has to wait.
     bool refresh();
-    //! Builds the rows if one of them, or the section itself, has the text in its title.
-    void search(const QString& text);
+    //! Builds the rows if one of them, or the section itself, has the text in its title. Returns how many it has built.
+    int search(const QString& text);
     //! The row of this property, built if need be; null if it is not here.
     InspectorRow* row(const QString& path);
     //! Calls visit with each row that is built.

@@ -101,6 +101,7 @@ void Selection::resolve()
 {
     if (m_owner)
         m_owner->resolve();
+    m_hasGaps = false;
     for (std::size_t i = 0; i < m_groups.size(); ++i)
     {
         Group& group = m_groups[i];
@@ -118,14 +119,9 @@ void Selection::resolve()
                 group.objects[j] = m_keys.object(group.keys[j]);
             else if (!group.guards.isEmpty() && !group.guards[j])
                 group.objects[j] = nullptr;
+            m_hasGaps = m_hasGaps || !group.objects[j];
         }
     }
-}
-
-bool Selection::hasGaps() const
-{
-    return std::any_of(m_groups.cbegin(), m_groups.cend(),
-                       [](const Group& group) { return group.objects.contains(nullptr); });
 }
 
 QVector<Inspector::Objects> Selection::remaining() const
@@ -158,7 +154,7 @@ unsigned Selection::differences(const SharedProperty& property) const
     for (std::size_t i = 0; i < m_groups.size(); ++i)
     {
         const Group& group = m_groups[i];
-        if (group.objects.contains(nullptr))
+        if (m_hasGaps && group.objects.contains(nullptr))
             continue;
         if (group.objects.size() > 1)
             different |= group.type->differences(group.objects, property[int(i)]);

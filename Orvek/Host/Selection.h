@@ -49,7 +49,7 @@ public:
     //! Finds the objects again: the elements of a list, those that are known by keys, those that are destroyed.
     void resolve();
     //! Whether some are not there any more, and what is left.
-    bool hasGaps() const;
+    bool hasGaps() const { return m_hasGaps; }
     QVector<Inspector::Objects> remaining() const;
     //! Of the first object.
     QVariant first(const SharedProperty& property) const;
@@ -62,6 +62,13 @@ public:
             for (void* object : m_groups[i].objects)
                 if (object && !visit(*m_groups[i].type, property[int(i)], object))
                     return;
+    }
+    //! One for each type.
+    template <typename Visit>
+    void forEachDescription(const SharedProperty& property, Visit visit) const
+    {
+        for (std::size_t i = 0; i < m_groups.size(); ++i)
+            visit(m_groups[i].type->properties().at(property[int(i)]));
     }
     QVector<QVariant> values(const SharedProperty& property) const;
     void write(const SharedProperty& property, const QVector<QVariant>& values) const;
@@ -80,6 +87,7 @@ private:
     };
 
     std::vector<Group> m_groups;
+    bool m_hasGaps = false;
     Keys m_keys;
     // Of elements only:
     std::shared_ptr<Selection> m_owner;
