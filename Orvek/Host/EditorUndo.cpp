@@ -153,7 +153,7 @@ struct EditorUndo::Private
     void endSoon();
     void changed(EditorFollower* by);
     void push(const EditorFollower& of, const Value& before, const Value& after);
-    void restore(QWidget* editor, Source* source, const QVariant& stepContext, const Value& value);
+    void restore(QWidget* editor, EditorSource* source, const QVariant& stepContext, const Value& value);
 
     EditorUndo* const q;
     const QPointer<QUndoStack> stack;
@@ -178,7 +178,7 @@ class EditorFollower final : public QObject
 {
     Q_OBJECT
 public:
-    EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorUndo::Source> behind);
+    EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorSource> behind);
 
     Value read() const { return source ? Value{{}, source->state()} : m_read(editor); }
     bool isSame(const Value& a, const Value& b) const { return source ? source->isSame(a.other, b.other) : a == b; }
@@ -191,9 +191,9 @@ public:
     void finishTyping();
 
     QWidget* const editor;
-    const std::shared_ptr<EditorUndo::Source> source; // null for most
-    Value before;                                     // of the next change
-    std::optional<Value> start;                       // of the act between beginAct() and endAct()
+    const std::shared_ptr<EditorSource> source; // null for most
+    Value before;                               // of the next change
+    std::optional<Value> start;                 // of the act between beginAct() and endAct()
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -258,7 +258,7 @@ private:
 
     const QPointer<EditorUndo> m_undo;
     const QPointer<QWidget> m_editor;
-    const std::shared_ptr<Source> m_source;
+    const std::shared_ptr<EditorSource> m_source;
     const QVariant m_context;
     const Value m_before;
     Value m_after;
@@ -266,7 +266,7 @@ private:
     bool m_done = false;
 };
 
-EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorUndo::Source> behind)
+EditorFollower::EditorFollower(QWidget* widget, EditorUndo::Private* undo, std::shared_ptr<EditorSource> behind)
     : editor(widget), source(std::move(behind)), m_read(readerFor(widget)), m_undo(undo)
 {
     remember();
@@ -436,7 +436,7 @@ bool EditorUndo::add(QWidget* editor)
     return d->find(editor) || add(editor, nullptr);
 }
 
-bool EditorUndo::add(QWidget* editor, std::shared_ptr<Source> source)
+bool EditorUndo::add(QWidget* editor, std::shared_ptr<EditorSource> source)
 {
     if (!editor)
         return false;
@@ -586,7 +586,7 @@ void EditorUndo::Private::changed(EditorFollower* by)
     const QPointer<EditorFollower> alive(by);
     const QPointer<EditorUndo> self(q);
     QWidget* editor = by->editor;
-    const std::shared_ptr<Source> source = by->source;
+    const std::shared_ptr<EditorSource> source = by->source;
     const Value before = source ? by->read() : by->before;
     if (source || by->read() != before)
     {
@@ -629,7 +629,8 @@ void EditorUndo::Private::push(const EditorFollower& of, const Value& before, co
         stack->push(new Step(q, of, before, after));
 }
 
-void EditorUndo::Private::restore(QWidget* editor, Source* source, const QVariant& stepContext, const Value& value)
+void EditorUndo::Private::restore(QWidget* editor, EditorSource* source, const QVariant& stepContext,
+                                  const Value& value)
 {
     const QPointer<QWidget> alive(editor);
     const QPointer<EditorUndo> self(q);

@@ -14,6 +14,28 @@ namespace orvek::host
 {
 class EditorFollower;
 
+//! Where the value behind an editor lies if it is not the editor itself: in several objects, for example. Derive
+//! from it and hand it to EditorUndo::add(). Steps keep its states in place of the editor's value, and keep the source
+//! alive.
+class EditorSource
+{
+public:
+    //! Steps may keep it longer than the editor lives.
+    virtual ~EditorSource() = default;
+    //! What the texts of its steps call it.
+    virtual QString title() const = 0;
+    //! All that an act on the editor can change, as it is now. Asked around each change, not while nothing happens.
+    virtual QVariant state() const = 0;
+    //! Returns whether a and b, states of this source, are the same to the last bit.
+    virtual bool isSame(const QVariant& a, const QVariant& b) const = 0;
+    //! The user has changed the editor: stores what it shows now. May be called twice for one change.
+    virtual void take() = 0;
+    //! Lets the editor show what is stored.
+    virtual void show() = 0;
+    //! Stores the state again, and shows it if the editor still exists.
+    virtual void restore(const QVariant& state) = 0;
+};
+
 //! Puts what the user does to editors and check boxes on an undo stack: one step for one act.
 //!
 //! A press of the mouse is one step until its release, however often it changes the value: a drag with the left or the
@@ -35,28 +57,8 @@ class ORVEKQTHOST_EXPORT EditorUndo : public QObject
     Q_PROPERTY(bool passesUndoKeys READ passesUndoKeys WRITE setPassesUndoKeys)
 
 public:
-    //! Where the value behind an editor lies if it is not the editor itself: in several objects, for example. Derive
-    //! from it and hand it to add(). Steps keep its states in place of the editor's value, and keep the source alive.
-    class Source
-    {
-    public:
-        virtual ~Source() = default;
-        //! What the texts of its steps call it.
-        virtual QString title() const = 0;
-        //! All that an act on the editor can change, as it is now. Asked around each change, not while nothing happens.
-        virtual QVariant state() const = 0;
-        //! Whether two of its states are the same, to the last bit.
-        virtual bool isSame(const QVariant& a, const QVariant& b) const = 0;
-        //! The user has changed the editor: stores what it shows now. May be called twice for one change.
-        virtual void take() = 0;
-        //! Lets the editor show what is stored.
-        virtual void show() = 0;
-        //! Stores the state again, and shows it if the editor still exists.
-        virtual void restore(const QVariant& state) = 0;
-    };
-
     //! The stack is not owned; if it is null or destroyed, nothing is recorded. Steps that outlive this object or their
-    //! editor do nothing, unless they have a Source.
+    //! editor do nothing, unless they have an EditorSource.
     explicit EditorUndo(QUndoStack* stack, QObject* parent = nullptr);
     ~EditorUndo() override;
 
@@ -70,7 +72,7 @@ public:
     bool add(QWidget* editor);
     //! The same for an editor that only shows what the source has, which takes the place of one given before. Its steps
     //! work also after the editor is destroyed.
-    bool add(QWidget* editor, std::shared_ptr<Source> source);
+    bool add(QWidget* editor, std::shared_ptr<EditorSource> source);
     //! Leaves the editor alone from now on, also where it is below a root that is followed.
     void remove(QWidget* editor);
 

@@ -267,14 +267,14 @@ QStringList Inspector::bind(QWidget* form)
         const auto property = properties.constFind(widget->objectName());
         if (property == properties.cend())
         {
-            missing
-                << tr("Form %1: there is no property for the editor %2").arg(form->objectName(), widget->objectName());
+            missing << QStringLiteral("Form %1: there is no property for the editor %2")
+                           .arg(form->objectName(), widget->objectName());
             continue;
         }
         const Property& described = property->first->description(property->second);
         if (!fits(widget, described.kind))
         {
-            missing << tr("Form %1: the editor %2 cannot show a property of this kind")
+            missing << QStringLiteral("Form %1: the editor %2 cannot show a property of this kind")
                            .arg(form->objectName(), widget->objectName());
             continue;
         }
@@ -288,8 +288,8 @@ QStringList Inspector::bind(QWidget* form)
         {
             const Property& described = group.selection->description(property);
             if (described.kind != PropertyKind::List && !found.contains(formName(described.name)))
-                missing
-                    << tr("Form %1: there is no editor for the property %2").arg(form->objectName(), described.name);
+                missing << QStringLiteral("Form %1: there is no editor for the property %2")
+                               .arg(form->objectName(), described.name);
         }
     for (const QString& message : std::as_const(missing))
         qWarning("%s", qPrintable(message));

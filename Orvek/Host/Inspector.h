@@ -17,6 +17,15 @@ namespace orvek::host
 {
 class PanelHost;
 
+//! Objects of one type, for an Inspector.
+struct InspectedObjects
+{
+    //! Must not be null.
+    std::shared_ptr<const ObjectType> type;
+    //! Not owned. Null pointers are left out.
+    QVector<void*> objects;
+};
+
 //! Fills a panel with editors for the properties of objects, and keeps both equal.
 //!
 //! It shows one object or many, also of several types: then the properties that all of them have, by name and kind.
@@ -40,12 +49,8 @@ class ORVEKQTHOST_EXPORT Inspector : public QObject
     Q_PROPERTY(int frameInterval READ frameInterval WRITE setFrameInterval)
 
 public:
-    //! Objects of one type. The pointers are not owned.
-    struct Objects
-    {
-        std::shared_ptr<const ObjectType> type;
-        QVector<void*> objects;
-    };
+    //! Objects of one type.
+    using Objects = InspectedObjects;
     //! Makes an editor for the property; the row it gets into owns it. Null leaves the property to the library.
     using EditorFactory = std::function<QWidget*(const Property& property)>;
     //! What identifies an object for good, and the object that has this key now; null if there is none.
@@ -68,12 +73,13 @@ public:
     //! Several groups in one panel, the objects that are selected and the scene that they are in for example, each as
     //! setObjects() shows one: nothing is shared between them. The sections of the first group come first. Those of a
     //! group whose types are the same as before stay as they are; an empty group has none. setObjects() shows one
-    //! group.
+    //! group. Returns false if one of them is refused.
     bool setGroups(const QVector<QVector<Objects>>& groups);
     //! All objects that are shown.
     QVector<void*> objects() const;
-    //! For objects that move in memory, or are removed and come back as others: steps find them by their keys. Takes
-    //! effect with the next setObjects().
+    //! For objects that move in memory, or are removed and come back as others: steps find them by their keys. The
+    //! function keyOf names an object when it is given to setObjects(), objectOf returns the one with that key, or
+    //! null. Takes effect with the next setObjects().
     void setKeys(KeyOf keyOf, ObjectOf objectOf);
 
     //! Binds the editors in the form that are named like properties of the objects that are shown, with "_" for each

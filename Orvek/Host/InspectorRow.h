@@ -18,7 +18,7 @@ namespace orvek::host
 {
 // One property and the editor that shows it: both ways between the objects of a selection and the editor. Steps of undo
 // keep it; without its editor it only serves them. Private.
-class InspectorRow final : public EditorUndo::Source
+class InspectorRow final : public EditorSource
 {
 public:
     using Edited = std::function<void(const QVector<void*>& objects, const QString& path)>;

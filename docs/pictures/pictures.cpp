@@ -8,6 +8,7 @@
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QUndoStack>
 
 #include <memory>
 
@@ -88,6 +89,9 @@ int main(int argc, char** argv)
          });
     take(renderWidget(), 270, "qrenderwidget.png");
     take(renderWidgetWithoutEngine(), 120, "qrenderwidget-message.png");
+
+    QUndoStack stack;
+    take(lightInspector(stack), 380, "inspector.png");
 
     // The guide "An Hour in a Panel". The accessible names come first: from the second picture of them on, all widgets
     // have them.
