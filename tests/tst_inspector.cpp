@@ -9,6 +9,7 @@
 
 #include <QtGui/QClipboard>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QColorDialog>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QUndoStack>
 
@@ -241,6 +242,15 @@ private Q_SLOTS:
                 return now.position == QVector3D(before.position.x(), before.position.y(), before.position.z() * 3.0F);
             });
         add(
+            "arrow key",
+            [](Lamps& l)
+            {
+                l.field("samples")->setFocus();
+                QTest::keyClick(l.field("samples"), Qt::Key_Up);
+                QTest::keyClick(l.field("samples"), Qt::Key_Up);
+            },
+            [](const Lamp& now, const Lamp& before, int) { return now.samples == before.samples + 2; });
+        add(
             "/= of equal ones", [](Lamps& l) { l.type_(l.field("falloff"), "/=4"); },
             [](const Lamp& now, const Lamp&, int) { return now.falloff == 0.5F; });
     }
@@ -294,6 +304,45 @@ private Q_SLOTS:
         QCOMPARE(lamps.stack.count(), 0);
         lamps.type_(lamps.field("power"), "+=x");
         QVERIFY(lamps.field("power")->property("invalid").toBool());
+        QVERIFY(lamps.equals(before));
+    }
+
+    void cancelledDialogPutsEachBack()
+    {
+        Lamps lamps;
+        Lamp before[5];
+        std::copy(std::begin(lamps.lamps), std::end(lamps.lamps), before);
+        auto* button = lamps.inspector.editor("colour")->findChild<ColourButton*>();
+        button->openDialog();
+        button->dialog()->setCurrentColor(Qt::red);
+        QCOMPARE(lamps.lamps[2].colour, QVector3D(1.0F, 0.0F, 0.0F));
+        button->dialog()->reject();
+        QVERIFY(lamps.equals(before));
+        QCOMPARE(lamps.stack.count(), 0);
+        QVERIFY(isMixed(lamps.field("colour", 1)));
+        button->openDialog();
+        button->dialog()->setCurrentColor(Qt::red);
+        button->dialog()->accept();
+        QCOMPARE(lamps.stack.count(), 1);
+        lamps.stack.undo();
+        QVERIFY(lamps.equals(before));
+        // So does one that is open at the end.
+        auto inspector = std::make_unique<Inspector>(nullptr, &lamps.stack);
+        QWidget form;
+        auto* colour = new QVectorEdit(&form);
+        colour->setObjectName("colour");
+        colour->setColourEdit(true);
+        QVERIFY(inspector->setObjects(lamps.type, {&lamps.lamps[0], &lamps.lamps[2]}));
+        for (int i = 0; i < 10; ++i)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no editor for the property"));
+        inspector->bind(&form);
+        WarningWatch::count() = 0;
+        hostsupport::showActive(form);
+        auto* swatch = form.findChild<ColourButton*>();
+        swatch->openDialog();
+        swatch->dialog()->setCurrentColor(Qt::red);
+        QVERIFY(!lamps.equals(before));
+        inspector.reset();
         QVERIFY(lamps.equals(before));
     }
 

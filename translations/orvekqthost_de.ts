@@ -98,6 +98,10 @@
         <comment>value and units</comment>
         <translation>%1 %2</translation>
     </message>
+    <message>
+        <source>different values</source>
+        <translation>verschiedene Werte</translation>
+    </message>
 </context>
 <context>
     <name>orvek::host::EditorInput</name>

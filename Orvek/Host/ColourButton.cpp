@@ -336,8 +336,9 @@ void ColourButton::Private::choose(const QColor& colour)
     const QVector<int> chosen = components(colour);
     const QVector<int> before = components(startColour);
     const qreal exact[] = {colour.redF(), colour.greenF(), colour.blueF(), colour.alphaF()};
+    // Of a red, green or blue that is not a number nothing is left to keep.
     for (int i = 0; i < value.numbers.size(); ++i)
-        if (chosen[i] != before[i])
+        if (chosen[i] != before[i] || (i < 3 && std::isnan(value.numbers[i])))
             value.numbers[i] = double(exact[i]);
     isChanged = true;
     writeValue(editor, value);

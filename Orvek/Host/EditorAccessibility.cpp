@@ -332,6 +332,8 @@ public:
         const bool isDescription = kind == QAccessible::Description && Named::text(kind).isEmpty();
         if (!isValue && !isDescription)
             return Named::text(kind);
+        if (editor()->property("mixed").toBool())
+            return EditorAccessibility::tr("different values");
         const QString value = textsOfValue(editor()).value(0);
         const QLabel* units = partsOf(editor()).units;
         const bool hasUnits = units && !units->text().isEmpty();

@@ -180,6 +180,7 @@ private:
     bool isStored(int index, const QString& text) const;
     double stepsOf(const QKeyEvent* event) const;
     void step(int index, double count);
+    void stepEach(int index, double count);
     double stepped(double number, double count) const;
     void change(const EditorValue& value);
     void copy() const;
@@ -587,6 +588,11 @@ void Row::step(int index, double count)
         finish(index, true);
     if (!alive || !m_editor)
         return;
+    if (m_fields[index].edit->property("mixed").toBool())
+    {
+        stepEach(index, count);
+        return;
+    }
     EditorValue value = readValue(m_editor);
     if (index >= value.numbers.size())
         return;
@@ -595,6 +601,20 @@ void Row::step(int index, double count)
     value.numbers[index] = QString::number(number, 'g', value.numbers.size() == 3 ? 7 : 15).toDouble();
     if (std::isfinite(number))
         change(value);
+}
+
+// Of several values behind a blank field.
+void Row::stepEach(int index, double count)
+{
+    const double minimum = m_editor->property("minimum").toDouble();
+    const bool isFactor =
+        m_editor->property("powerOfTwo").toBool() ||
+        (m_editor->property("logarithmic").toBool() && minimum > 0.0 && !(m_editor->property("step").toDouble() > 0.0));
+    constexpr double base = 1024.0; // a power of two that can be stepped both ways
+    const Relative edit{isFactor ? '*' : '+', isFactor ? stepped(base, count) / base : stepped(0.0, count)};
+    bool isDone = false;
+    if (std::isfinite(edit.operand))
+        Q_EMIT EditorActs::instance()->relativeEdit(m_editor, index, edit, &isDone);
 }
 
 double Row::stepped(double number, double count) const

@@ -185,6 +185,16 @@ Inspector::Private::Private(Inspector* inspector, QWidget* root, QUndoStack* und
     searchTimer.setSingleShot(true);
     QObject::connect(&searchTimer, &QTimer::timeout, q, [this] { search(); });
     QObject::connect(&timer, &QTimer::timeout, q, [this] { refresh(); });
+    const auto withRow = [this](void (InspectorRow::*act)())
+    {
+        return [this, act](QWidget* editor)
+        {
+            if (const auto row = rows.value(editor).lock())
+                (row.get()->*act)();
+        };
+    };
+    QObject::connect(EditorActs::instance(), &EditorActs::begun, q, withRow(&InspectorRow::beginAct));
+    QObject::connect(EditorActs::instance(), &EditorActs::ended, q, withRow(&InspectorRow::endAct));
     QObject::connect(EditorActs::instance(), &EditorActs::relativeEdit, q,
                      [this](QWidget* editor, int component, const Relative& edit, bool* isDone)
                      {
@@ -215,6 +225,10 @@ Inspector::~Inspector()
 {
     if (d->host)
         d->host->columns()->disconnect(this);
+    // While everything is there: a dialog that is open puts back what it has found.
+    d->forms.clear();
+    d->host.reset();
+    EditorActs::instance()->disconnect(this);
     d->groups.clear();
     for (const Private::HostRow& row : d->hostRows)
         if (row.row && !row.row->parentWidget())
@@ -298,15 +312,15 @@ QStringList Inspector::bind(QWidget* form)
     return missing;
 }
 
-void Inspector::setEditorFactory(const QString& property, EditorFactory factory)
+void Inspector::setEditorFactory(const QString& property, const EditorFactory& factory)
 {
-    d->factories.insert(property, std::move(factory));
+    d->factories.insert(property, factory);
     d->isStale = true;
 }
 
-void Inspector::setEditorFactory(PropertyKind kind, EditorFactory factory)
+void Inspector::setEditorFactory(PropertyKind kind, const EditorFactory& factory)
 {
-    d->kindFactories.insert(int(kind), std::move(factory));
+    d->kindFactories.insert(int(kind), factory);
     d->isStale = true;
 }
 
@@ -379,7 +393,8 @@ bool Inspector::Private::setObjects(std::size_t index, const QVector<Objects>& g
     if (!isSame)
     {
         QSet<const ObjectType*> asked;
-        for (const ObjectType* type : next->types())
+        const QVector<const ObjectType*> types = next->types();
+        for (const ObjectType* type : types)
         {
             const QStringList errors = errorsOf(*type, asked);
             for (const QString& error : errors)
@@ -472,8 +487,11 @@ void Inspector::Private::listen()
                         QObject::connect(notifier, signal, listener.get(), slot);
         }
     for (const Group& group : groups)
-        for (QObject* object : group.selection->notifiers())
+    {
+        const QVector<QObject*> notifiers = group.selection->notifiers();
+        for (QObject* object : notifiers)
             QObject::connect(object, &QObject::destroyed, listener.get(), &InspectorListener::notice);
+    }
 }
 
 void Inspector::Private::search()
@@ -531,14 +549,14 @@ std::shared_ptr<InspectorRow> Inspector::Private::makeRow(const Property& proper
                                                           QWidget* editor, QWidget* row, PanelHost* server)
 {
     const QPointer<Inspector> alive(q);
-    const auto made = std::make_shared<InspectorRow>(property, path, editor, row,
-                                                     [this, alive](const QVector<void*>& roots, const QString& name)
-                                                     {
-                                                         if (!alive)
-                                                             return;
-                                                         refreshSoon(frameInterval);
-                                                         Q_EMIT alive->edited(roots, name);
-                                                     });
+    auto made = std::make_shared<InspectorRow>(property, path, editor, row,
+                                               [this, alive](const QVector<void*>& roots, const QString& name)
+                                               {
+                                                   if (!alive)
+                                                       return;
+                                                   refreshSoon(frameInterval);
+                                                   Q_EMIT alive->edited(roots, name);
+                                               });
     EditorUndo* undo = server && server->undo() ? server->undo() : &unrecorded;
     undo->add(editor, made);
     rows.insert(editor, made);

@@ -93,8 +93,8 @@ public:
     //! editor has a signal valueChanged() and a property "value", "filename" or, for flags, is a check box; values are
     //! those of the library's editor for the kind, for a choice the index of the entry. Takes effect with the next
     //! rows.
-    void setEditorFactory(const QString& property, EditorFactory factory);
-    void setEditorFactory(PropertyKind kind, EditorFactory factory);
+    void setEditorFactory(const QString& property, const EditorFactory& factory);
+    void setEditorFactory(PropertyKind kind, const EditorFactory& factory);
     //! Puts a row of the host's into the section of that title, behind the row of the property or, if there is none,
     //! at the end; a search finds it by its window title. Takes ownership. Shown whenever the section is; takes effect
     //! with the next setObjects().

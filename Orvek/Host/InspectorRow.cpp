@@ -254,6 +254,12 @@ void InspectorRow::take()
         now.numbers << (m_box->checkState() == Qt::Unchecked ? 0.0 : 1.0);
     else
         now = readValue(m_editor);
+    // Each object gets its own value back, with the digits that the editor has not.
+    if (m_start.isValid() && now == m_startShown)
+    {
+        restore(QVariant(m_start));
+        return;
+    }
     const unsigned components = editedComponents(now);
     bool isChanged = false;
     selection->forEach(m_property,
@@ -302,6 +308,12 @@ void InspectorRow::change(int component, const Relative& edit)
     m_change = Change{component, edit};
     QMetaObject::invokeMethod(m_editor, "valueChanged", Qt::DirectConnection);
     m_change.reset();
+}
+
+void InspectorRow::beginAct()
+{
+    m_start = state();
+    m_startShown = m_shown;
 }
 
 // Through the editor, so that it is a step as any other edit.

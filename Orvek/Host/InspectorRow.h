@@ -30,8 +30,8 @@ public:
     Q_DISABLE_COPY(InspectorRow)
 
     const QString& path() const { return m_path; }
-    QWidget* editor() const { return m_editor; }
-    QWidget* widget() const { return m_row; }
+    QWidget* editor() const { return m_editor.data(); }
+    QWidget* widget() const { return m_row.data(); }
 
     //! Shows a property of these objects from the next refresh() on. Without a selection the editor is disabled.
     void bind(std::shared_ptr<Selection> selection, const SharedProperty& property);
@@ -39,6 +39,9 @@ public:
     bool refresh();
     //! Changes one component of each object by itself.
     void change(int component, const Relative& edit);
+    //! Between these a dialog shows its choice at once, and puts back what it has found when it is cancelled.
+    void beginAct();
+    void endAct() { m_start.clear(); }
     //! The default for all objects.
     void reset();
 
@@ -92,5 +95,7 @@ private:
         Relative edit;
     };
     std::optional<Change> m_change; // while it is being made
+    QVariant m_start;               // of an act
+    EditorValue m_startShown;
 };
 } // namespace orvek::host

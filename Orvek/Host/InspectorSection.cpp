@@ -208,7 +208,8 @@ void InspectorSection::follow(List& list)
         const int index = int(list.elements.size());
         const auto selection = std::make_shared<Selection>(m_selection, list.property, index);
         QVector<Entry> entries;
-        for (const SharedProperty& shared : selection->shared())
+        const QVector<SharedProperty> properties = selection->shared();
+        for (const SharedProperty& shared : properties)
             entries << Entry{shared, nullptr};
         const QString path = QStringLiteral("%1%2[%3]").arg(m_path, property.name).arg(index);
         list.elements.push_back(std::make_unique<InspectorSection>(

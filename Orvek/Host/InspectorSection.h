@@ -37,7 +37,7 @@ public:
     ~InspectorSection();
     Q_DISABLE_COPY(InspectorSection)
 
-    QAccordion* widget() const { return m_section; }
+    QAccordion* widget() const { return m_section.data(); }
     //! The objects have the same properties each time.
     void bind(std::shared_ptr<Selection> selection);
     //! Shows what has changed; nothing while it is closed. False if an editor is being used, and has to wait.

@@ -297,8 +297,9 @@ void describe(QWidget* editor, const Property& property, bool describesAll)
         file->setFilter(property.fileFilter);
     }
     const bool isText = property.kind == PropertyKind::Text || property.kind == PropertyKind::File;
+    const QVector<QLineEdit*> fields = partsOf(editor).fields;
     if (isText && property.maximumLength > 0)
-        for (QLineEdit* field : partsOf(editor).fields)
+        for (QLineEdit* field : fields)
             field->setMaxLength(property.maximumLength);
     if (!property.toolTip.isEmpty())
         editor->setToolTip(property.toolTip);
