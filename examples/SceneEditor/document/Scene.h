@@ -2,48 +2,33 @@
 
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
-#include <QtCore/QVector>
 #include <QtGui/QColor>
 #include <QtGui/QVector3D>
 
+#include <vector>
+
 namespace sceneeditor
 {
-//! The closed interval that a number of the scene lies in. A file with a number outside is refused, an editor clamps.
+//! A closed interval.
 struct Range
 {
     double minimum;
     double maximum;
-    bool logarithmic = false; //!< equal ratios deserve equal distances on a slider
 
-    constexpr bool contains(double value) const { return value >= minimum && value <= maximum; }
     constexpr double clamp(double value) const
     {
         return value < minimum ? minimum : (value > maximum ? maximum : value);
     }
 };
 
+//! What the mouse in a view keeps to, too. All others stand in the description of the scene alone.
 namespace ranges
 {
-constexpr Range coordinate{-1.0e6, 1.0e6};         //!< each component of a position or target, metres
-constexpr Range rotation{-360.0, 360.0};           //!< each component, degrees
-constexpr Range scale{0.001, 1000.0, true};        //!< each component, factor
-constexpr Range unit{0.0, 1.0};                    //!< roughness, metallic
-constexpr Range emission{0.0, 100.0};              //!< factor on the emission colour
-constexpr Range cameraDistance{0.01, 1.0e5, true}; //!< metres
-constexpr Range fieldOfView{5.0, 120.0};           //!< degrees, vertical
-constexpr Range azimuth{-360.0, 360.0};            //!< degrees
-constexpr Range cameraElevation{-89.0, 89.0};      //!< degrees; the poles have no up direction
-constexpr Range lightElevation{-90.0, 90.0};       //!< degrees
-constexpr Range lightIntensity{0.01, 100.0, true}; //!< factor
-constexpr Range lightDistance{0.1, 1000.0, true};  //!< metres, point light only
-constexpr Range ambient{0.0, 4.0};                 //!< factor on the environment's light
-constexpr Range exposure{0.01, 100.0, true};       //!< factor on the linear colours
-constexpr Range gridCellSize{0.001, 1000.0, true}; //!< metres
-constexpr Range turntableSpeed{-360.0, 360.0};     //!< degrees per second
-constexpr int shadowMapSizeMinimum = 16;           //!< texels along an edge, a power of two
-constexpr int shadowMapSizeMaximum = 4096;
-constexpr int gridExtentMinimum = 1; //!< cells from the centre to an edge, a power of two
-constexpr int gridExtentMaximum = 1024;
+constexpr Range coordinate{-1.0e6, 1.0e6};    //!< each component of a position or target, metres
+constexpr Range cameraDistance{0.01, 1.0e5};  //!< metres
+constexpr Range fieldOfView{5.0, 120.0};      //!< degrees, vertical
+constexpr Range azimuth{-360.0, 360.0};       //!< degrees
+constexpr Range cameraElevation{-89.0, 89.0}; //!< degrees; the poles have no up direction
 } // namespace ranges
 
 //! Looks at the target from outside a sphere around it. Y is up, azimuth 0 looks along -Z.
@@ -144,43 +129,18 @@ struct Scene
     Light light;
     View view;
     Animation animation;
-    QVector<Object> objects;
+    //! Not implicitly shared: the panel writes into the objects through pointers, and copies must not see that.
+    std::vector<Object> objects;
 };
 
-// All comparisons are exact: a scene is unmodified only when saving it would write the same file.
+// All comparisons are exact, and of all that a file has: they come from the description of the scene.
 bool operator==(const Camera& a, const Camera& b);
 bool operator==(const Light& a, const Light& b);
-bool operator==(const Material& a, const Material& b);
 bool operator==(const Object& a, const Object& b);
-bool operator==(const Animation& a, const Animation& b);
-bool operator==(const View& a, const View& b);
 bool operator==(const Scene& a, const Scene& b);
 
-inline bool operator!=(const Object& a, const Object& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const Camera& a, const Camera& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const Light& a, const Light& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const Material& a, const Material& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const Animation& a, const Animation& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const View& a, const View& b)
-{
-    return !(a == b);
-}
-inline bool operator!=(const Scene& a, const Scene& b)
+template <typename T>
+bool operator!=(const T& a, const T& b)
 {
     return !(a == b);
 }

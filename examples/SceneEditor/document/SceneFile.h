@@ -10,7 +10,6 @@ namespace sceneeditor
 {
 //! Files beyond this size (bytes) are refused before they are parsed.
 constexpr qint64 maximumSceneFileSize = qint64(16) * 1024 * 1024;
-constexpr int maximumObjectCount = 10000;
 
 //! Reads a scene. Nothing on failure; then the error, of one line, names the file, the place in it (line and column of
 //! a syntax error, otherwise a path such as objects[1].material.roughness) and what was expected there. Members that

@@ -213,6 +213,20 @@ struct GpuMesh
 };
 } // namespace
 
+// What the shadow map was drawn for.
+struct Caster
+{
+    MeshPointer mesh;
+    QVector3D position;
+    QVector3D rotation;
+    QVector3D scale;
+
+    bool operator==(const Caster& other) const
+    {
+        return mesh == other.mesh && position == other.position && rotation == other.rotation && scale == other.scale;
+    }
+};
+
 struct SceneRenderer::Graphics
 {
     QOpenGLFunctions_3_3_Core* gl = nullptr; // owned by the context
@@ -237,7 +251,7 @@ struct SceneRenderer::Graphics
     // What the shadow map shows: moving the camera leaves it as it is.
     bool shadowValid = false;
     Light shadowLight;
-    QVector<Object> shadowObjects;
+    std::vector<Caster> shadowCasters;
     double shadowTurntable = 0.0;
     QVector3D shadowAxis;
 
@@ -586,9 +600,9 @@ int SceneRenderer::objectAt(const QPoint& position, const QSize& viewport) const
 
     int found = -1;
     float nearest = std::numeric_limits<float>::infinity();
-    for (int i = 0; i < m_scene.objects.size(); ++i)
+    for (int i = 0; i < int(m_scene.objects.size()); ++i)
     {
-        const Object& object = m_scene.objects.at(i);
+        const Object& object = m_scene.objects[size_t(i)];
         const MeshPointer mesh = m_meshes.value(object.meshFile);
         if (!object.visible || !mesh)
             continue;
@@ -698,12 +712,16 @@ void SceneRenderer::drawShadowMap()
 
     const Light& light = m_scene.light;
     const QVector3D axis(m_scene.camera.target.x(), 0.0f, m_scene.camera.target.z());
-    if (g.shadowValid && g.shadowLight == light && g.shadowObjects == m_scene.objects &&
-        g.shadowTurntable == m_turntable && (g.shadowAxis == axis || m_turntable == 0.0))
+    std::vector<Caster> casting;
+    for (const Object& object : std::as_const(m_scene.objects))
+        if (const MeshPointer mesh = m_meshes.value(object.meshFile); mesh && object.visible)
+            casting.push_back({mesh, object.position, object.rotation, object.scale});
+    if (g.shadowValid && g.shadowLight == light && g.shadowCasters == casting && g.shadowTurntable == m_turntable &&
+        (g.shadowAxis == axis || m_turntable == 0.0))
         return;
     g.shadowValid = true;
     g.shadowLight = light;
-    g.shadowObjects = m_scene.objects;
+    g.shadowCasters = std::move(casting);
     g.shadowTurntable = m_turntable;
     g.shadowAxis = axis;
 
@@ -782,9 +800,9 @@ void SceneRenderer::drawObjects(const QMatrix4x4& viewProjection, const QSize& s
     program.setUniformValue("u_lightColour", linear(light.colour) * float(light.intensity));
     const QVector2D noOutline(0.0f, 0.0f);
 
-    for (int i = 0; i < m_scene.objects.size(); ++i)
+    for (int i = 0; i < int(m_scene.objects.size()); ++i)
     {
-        const Object& object = m_scene.objects.at(i);
+        const Object& object = m_scene.objects[size_t(i)];
         if (!object.visible)
             continue;
         const QMatrix4x4 model = objectMatrix(object);
@@ -829,9 +847,9 @@ void SceneRenderer::drawObjects(const QMatrix4x4& viewProjection, const QSize& s
     }
 
     // Last, so that the outline lies over the neighbours it passes in front of.
-    if (m_selected < 0 || m_selected >= m_scene.objects.size() || !m_scene.view.highlightSelection)
+    if (m_selected < 0 || m_selected >= int(m_scene.objects.size()) || !m_scene.view.highlightSelection)
         return;
-    const Object& object = m_scene.objects.at(m_selected);
+    const Object& object = m_scene.objects[size_t(m_selected)];
     const auto mesh = g.meshes.constFind(object.meshFile);
     if (!object.visible || mesh == g.meshes.constEnd())
         return;
