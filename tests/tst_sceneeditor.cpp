@@ -3,7 +3,9 @@
 #include <examples/SceneEditor/document/SceneFile.h>
 #include <examples/SceneEditor/MainWindow.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
@@ -42,9 +44,6 @@ void answer(QMessageBox::StandardButton button)
                                box->button(button)->click();
                        });
 }
-
-using BadFiles = Table<QByteArray, QStringList>;           // contents, parts of the message
-using CommandLines = Table<QStringList, int, QStringList>; // arguments, exit code, parts of the message
 } // namespace
 
 class tst_SceneEditor : public QObject
@@ -57,8 +56,10 @@ private Q_SLOTS:
     void cleanup();
     void typedSavedUndoneAndReopened();
     void undoSelectsTheObjectThatWasEdited();
+    void severalObjectsAreEditedInOneStep();
     void objectsAreAddedRenamedHiddenAndRemoved();
     void cameraFollowsTheMouseAndTheEditors();
+    void valuesOutsideOfTheScenesRangesAreClamped_data();
     void valuesOutsideOfTheScenesRangesAreClamped();
     void searchShowsWhatMatches();
     void sectionsStayFoldedInTheNextRun();
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void secondViewCanBeClosed();
     void commandLine_data();
     void commandLine();
+    void withoutDisplayItSaysSo();
 
 private:
     void start();
@@ -82,6 +84,8 @@ private:
         return child<T>(*m_window, name);
     }
 
+    sceneeditor::Document& document() { return m_window->document(); }
+    const Scene& scene() { return document().scene(); }
     void type(const char* editor, const char* field, const char* text);
     void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
@@ -130,7 +134,9 @@ void tst_SceneEditor::open(const QString& fileName)
 
 void tst_SceneEditor::type(const char* editor, const char* field, const char* text)
 {
-    auto* line = child<QLineEdit>(*find<QWidget>(editor), field);
+    // The scene has a name, too.
+    QWidget* panel = qstrcmp(editor, "name") == 0 ? find<QAccordion>("Object") : find<QWidget>("propertyPanel");
+    auto* line = child<QLineEdit>(*child<QWidget>(*panel, editor), field);
     line->setFocus();
     line->selectAll();
     QTest::keyClicks(line, QLatin1String(text));
@@ -139,17 +145,17 @@ void tst_SceneEditor::type(const char* editor, const char* field, const char* te
 
 void tst_SceneEditor::typedSavedUndoneAndReopened()
 {
-    const Scene before = m_window->scene();
+    const Scene before = scene();
     QVERIFY(before.objects.size() >= 3);
-    type("roughness", "lineEdit", "0.125");
+    type("material.roughness", "lineEdit", "0.125");
     type("position", "y", "1.5");
-    type("baseColour", "x", "0.5");
-    type("lightColour", "green", "0.25");
-    type("gridExtent", "lineEdit", "64");
-    type("nameEdit", "lineEdit", "Stand");
-    QTest::mouseClick(child<QPushButton>(*find<QWidget>("lightIntensity"), "increment"), Qt::LeftButton);
-    find<QCheckBox>("shadows")->click();
-    const Scene edited = m_window->scene();
+    type("material.baseColour", "x", "0.5");
+    type("light.colour", "y", "0.25");
+    type("view.gridExtent", "lineEdit", "64");
+    type("name", "lineEdit", "Stand");
+    type("light.intensity", "lineEdit", "+=0.5");
+    find<QCheckBox>("light.shadows")->click();
+    const Scene edited = scene();
     QCOMPARE(edited.objects[0].material.roughness, 0.125);
     QCOMPARE(edited.objects[0].position.y(), 1.5f);
     QCOMPARE(edited.objects[0].material.baseColour,
@@ -167,79 +173,112 @@ void tst_SceneEditor::typedSavedUndoneAndReopened()
     QVERIFY(!m_window->isWindowModified());
     for (int i = 0; i < 8; ++i)
         trigger("actionUndo");
-    QVERIFY(m_window->scene() == before);
+    QVERIFY(scene() == before);
     QVERIFY(!find<QAction>("actionUndo")->isEnabled());
     QVERIFY(m_window->isWindowModified());
     open(file);
-    QVERIFY(m_window->scene() == edited);
-    QCOMPARE(m_window->fileName(), file);
+    QVERIFY(scene() == edited);
+    QCOMPARE(document().fileName(), file);
 }
 
 void tst_SceneEditor::undoSelectsTheObjectThatWasEdited()
 {
-    const Scene before = m_window->scene();
-    m_window->selectObject(2);
+    const Scene before = scene();
+    document().setSelection({2});
     type("scale", "z", "3");
-    m_window->selectObject(1);
-    QCOMPARE(child<QLineEdit>(*find<QWidget>("nameEdit"), "lineEdit")->text(), before.objects[1].name);
-    type("lightAzimuth", "lineEdit", "5");
+    document().setSelection({1});
+    QCOMPARE(child<QLineEdit>(*child<QWidget>(*find<QAccordion>("Object"), "name"), "lineEdit")->text(), before.objects[1].name);
+    type("light.azimuth", "lineEdit", "5");
     trigger("actionUndo");
-    QCOMPARE(m_window->selectedObject(), 1);
+    QCOMPARE(document().selection().value(0, -1), 1);
     trigger("actionUndo");
-    QCOMPARE(m_window->selectedObject(), 2);
-    QVERIFY(m_window->scene() == before);
+    QCOMPARE(document().selection().value(0, -1), 2);
+    QVERIFY(scene() == before);
     // Choosing another object is no step.
     QVERIFY(!find<QAction>("actionUndo")->isEnabled());
+}
+
+void tst_SceneEditor::severalObjectsAreEditedInOneStep()
+{
+    const Scene before = scene();
+    auto* list = find<QListWidget>("objectList");
+    for (const int row : {1, 2})
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, row == 1 ? Qt::NoModifier : Qt::ControlModifier,
+                          list->visualItemRect(list->item(row)).center());
+    QCOMPARE(document().selection(), (QVector<int>{1, 2}));
+    auto* roughness = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
+    QCOMPARE(roughness->text(), QString());
+    type("material.roughness", "lineEdit", "*=0.5");
+    for (const size_t i : {1U, 2U})
+        QCOMPARE(scene().objects[i].material.roughness, before.objects[i].material.roughness * 0.5);
+    // A move of the mouse is one step, however often it moves.
+    document().beginMove();
+    for (const float x : {0.25F, 0.5F})
+        document().moveSelection(QVector3D(x, 0.0F, 0.0F));
+    document().endMove();
+    QCOMPARE(scene().objects[2].position.x(), before.objects[2].position.x() + 0.5F);
+    trigger("actionUndo");
+    trigger("actionUndo");
+    QVERIFY(scene() == before);
+    QVERIFY(!find<QAction>("actionUndo")->isEnabled());
+    document().reorder({2, 0, 1, 3, 4, 5});
+    QCOMPARE(list->item(0)->text(), before.objects[2].name);
+    QCOMPARE(document().selection(), (QVector<int>{0, 2}));
+    document().setSelection({1});
+    trigger("actionDuplicate");
+    trigger("actionDuplicate");
+    QCOMPARE(scene().objects[3].name, before.objects[0].name + QStringLiteral(" 3"));
 }
 
 void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
 {
     auto* list = find<QListWidget>("objectList");
-    const Scene before = m_window->scene();
-    QVector<Scene> states{before};
-    m_window->importMesh(QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj")));
-    QTRY_COMPARE(m_window->scene().objects.size(), before.objects.size() + 1);
-    QCOMPARE(m_window->selectedObject(), before.objects.size());
-    states << m_window->scene();
+    const Scene before = scene();
+    std::vector<Scene> states{before};
+    m_window->importMeshes({QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj"))});
+    QTRY_COMPARE(scene().objects.size(), before.objects.size() + 1);
+    QCOMPARE(document().selection(), QVector<int>{int(before.objects.size())});
+    states.push_back(scene());
     type("position", "x", "-2");
-    states << m_window->scene();
+    states.push_back(scene());
     QTest::mouseClick(find<QPushButton>("duplicateButton"), Qt::LeftButton);
-    QVERIFY(m_window->scene().objects.last().name != m_window->scene().objects[before.objects.size()].name);
-    states << m_window->scene();
+    QVERIFY(scene().objects.back().name != scene().objects[before.objects.size()].name);
+    states.push_back(scene());
     list->item(1)->setText(QStringLiteral("Renamed"));
-    QCOMPARE(m_window->scene().objects[1].name, QStringLiteral("Renamed"));
-    states << m_window->scene();
+    QCOMPARE(scene().objects[1].name, QStringLiteral("Renamed"));
+    states.push_back(scene());
     list->item(0)->setCheckState(Qt::Unchecked);
-    QVERIFY(!m_window->scene().objects[0].visible);
-    states << m_window->scene();
-    m_window->selectObject(0);
+    QVERIFY(!scene().objects[0].visible);
+    states.push_back(scene());
+    document().setSelection({0});
     list->setFocus();
     QTest::keyClick(list, Qt::Key_Delete);
-    QCOMPARE(m_window->scene().objects.size(), before.objects.size() + 1);
-    states << m_window->scene();
-    for (int i = states.size() - 2; i >= 0; --i)
+    QCOMPARE(scene().objects.size(), before.objects.size() + 1);
+    states.push_back(scene());
+    for (size_t i = states.size() - 1; i-- > 0;)
     {
         trigger("actionUndo");
-        QVERIFY(m_window->scene() == states[i]);
-        QCOMPARE(list->count(), states[i].objects.size());
+        QVERIFY(scene() == states[i]);
+        QCOMPARE(list->count(), int(states[i].objects.size()));
     }
-    for (int i = 1; i < states.size(); ++i)
+    for (size_t i = 1; i < states.size(); ++i)
     {
         trigger("actionRedo");
-        QVERIFY(m_window->scene() == states[i]);
+        QVERIFY(scene() == states[i]);
     }
 
     // Down to nothing, which disables what needs an object.
-    while (!m_window->scene().objects.isEmpty())
+    while (!scene().objects.empty())
         QTest::mouseClick(find<QPushButton>("removeButton"), Qt::LeftButton);
-    QVERIFY(!find<QWidget>("roughness")->isEnabled());
+    QVERIFY(!m_window->findChild<QWidget*>(QStringLiteral("material.roughness")));
+    QVERIFY(!m_window->findChild<QWidget*>(QStringLiteral("mesh")));
     QVERIFY(!find<QAction>("actionDelete")->isEnabled());
 }
 
 void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
 {
     auto* view = find<QRenderWidget>("renderView");
-    auto* azimuth = find<QSliderEdit>("cameraAzimuth");
+    auto* azimuth = find<QSliderEdit>("camera.azimuth");
     const double before = azimuth->value().toDouble();
     QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
     for (int x = 110; x <= 160; x += 10)
@@ -249,106 +288,123 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     }
     QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(160, 100));
     QVERIFY(azimuth->value().toDouble() != before);
-    QCOMPARE(m_window->scene().camera.azimuth, azimuth->value().toDouble());
-    QVERIFY(!m_window->isWindowModified());
+    QCOMPARE(scene().camera.azimuth, azimuth->value().toDouble());
+    // No step, but quitting would lose it.
+    QVERIFY(m_window->isWindowModified() && !find<QAction>("actionUndo")->isEnabled());
 
-    const double orbited = m_window->scene().camera.azimuth;
-    type("cameraDistance", "lineEdit", "3");
-    QCOMPARE(m_window->scene().camera.distance, 3.0);
+    const double orbited = scene().camera.azimuth;
+    type("camera.distance", "lineEdit", "3");
+    QCOMPARE(scene().camera.distance, 3.0);
     QVERIFY(m_window->isWindowModified());
     trigger("actionUndo");
-    QCOMPARE(m_window->scene().camera.azimuth, orbited);
+    QCOMPARE(scene().camera.azimuth, orbited);
     trigger("actionResetCamera");
     QCOMPARE(azimuth->value().toDouble(), before);
 }
 
+void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped_data()
+{
+    QTest::addColumn<QByteArray>("editor");
+    QTest::addColumn<QByteArray>("field");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("kept");
+    const auto row = [](const char* name, const char* editor, const char* field, const char* text, const char* kept)
+    { QTest::newRow(name) << QByteArray(editor) << QByteArray(field) << QByteArray(text) << QByteArray(kept); };
+    row("position", "position", "x", "1e9", "1e+06");
+    row("infinite", "scale", "z", "1e99", "1");
+    row("not a number", "scale", "y", "nan", "1");
+    row("colour", "material.baseColour", "y", "-1", "0");
+    row("roughness", "material.roughness", "lineEdit", "7", "1");
+    row("no power of two", "light.shadowMapSize", "lineEdit", "99999", "4096");
+}
+
 void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped()
 {
-    const struct
-    {
-        const char *editor, *field, *text, *kept;
-    } rows[] = {{"position", "x", "1e9", "1e+06"},
-                {"scale", "z", "1e99", "1000"},
-                {"scale", "y", "nan", "1"},
-                {"baseColour", "y", "-1", "0"},
-                {"lightColour", "blue", "7", "1"}};
-    for (const auto& row : rows)
-    {
-        type(row.editor, row.field, row.text);
-        auto* line = child<QLineEdit>(*find<QWidget>(row.editor), row.field);
-        line->clearFocus();
-        QCOMPARE(line->text().toLatin1(), row.kept);
-        // Only scenes within the ranges can be saved.
-        QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("clamped.json"))));
-    }
+    QFETCH(QByteArray, editor);
+    QFETCH(QByteArray, field);
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, kept);
+    type(editor.constData(), field.constData(), text.constData());
+    auto* line = child<QLineEdit>(*find<QWidget>(editor.constData()), field.constData());
+    line->clearFocus();
+    QCOMPARE(line->text().toLatin1(), kept);
+    // Only scenes within the ranges can be saved.
+    QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("clamped.json"))));
 }
 
 void tst_SceneEditor::searchShowsWhatMatches()
 {
     auto* search = find<QLineEdit>("search");
-    find<QAccordion>("lightSection")->setOpen(false);
+    find<QAccordion>("Light")->setOpen(false);
     QTest::keyClicks(search, "INTENS");
-    QVERIFY(find<QWidget>("lightIntensity")->isVisible());
-    QVERIFY(find<QAccordion>("lightSection")->isOpen());
-    QVERIFY(!find<QWidget>("lightColour")->isVisible());
-    QVERIFY(!find<QWidget>("roughness")->isVisible());
-    QVERIFY(!find<QWidget>("shadows")->isVisible());
+    QVERIFY(find<QWidget>("light.intensity")->isVisible());
+    QVERIFY(find<QAccordion>("Light")->isOpen());
+    QVERIFY(!find<QWidget>("light.colour")->isVisible());
+    QVERIFY(!find<QWidget>("material.roughness")->isVisible());
+    QVERIFY(!find<QWidget>("light.shadows")->isVisible());
     search->selectAll();
     QTest::keyClicks(search, "shadows");
-    QVERIFY(find<QWidget>("shadows")->isVisible());
+    QVERIFY(find<QWidget>("light.shadows")->isVisible());
     search->clear();
-    QVERIFY(find<QWidget>("roughness")->isVisible());
-    QVERIFY(!find<QAccordion>("lightSection")->isOpen());
+    QVERIFY(find<QWidget>("material.roughness")->isVisible());
+    QVERIFY(!find<QAccordion>("Light")->isOpen());
 }
 
 void tst_SceneEditor::sectionsStayFoldedInTheNextRun()
 {
-    for (const char* section : {"objectSection", "viewSection"})
+    for (const char* section : {"Object", "View"})
         QVERIFY(find<QAccordion>(section)->isOpen());
-    QTest::mouseClick(child<QCheckBox>(*find<QAccordion>("materialSection"), "accordionCheckBox"), Qt::LeftButton,
+    QTest::mouseClick(child<QCheckBox>(*find<QAccordion>("Material"), "accordionCheckBox"), Qt::LeftButton,
                       Qt::NoModifier, QPoint(12, 12));
-    QVERIFY(!find<QAccordion>("materialSection")->isOpen());
+    QVERIFY(!find<QAccordion>("Material")->isOpen());
     QVERIFY(m_window->close());
     start();
-    QVERIFY(!find<QAccordion>("materialSection")->isOpen());
-    QVERIFY(find<QAccordion>("objectSection")->isOpen());
+    QVERIFY(!find<QAccordion>("Material")->isOpen());
+    QVERIFY(find<QAccordion>("Object")->isOpen());
     const QList<QAction*> recent = find<QMenu>("menuRecent")->actions();
     QCOMPARE(recent.size(), 1);
     QCOMPARE(recent.first()->text(), QDir::toNativeSeparators(studio()));
     trigger("actionUnfoldAll");
-    QVERIFY(find<QAccordion>("materialSection")->isOpen());
+    QVERIFY(find<QAccordion>("Material")->isOpen());
     trigger("actionFoldAll");
-    QVERIFY(!find<QAccordion>("objectSection")->isOpen());
+    QVERIFY(!find<QAccordion>("Object")->isOpen());
 }
 
 void tst_SceneEditor::badFilesLeaveTheSceneAsItIs_data()
 {
-    BadFiles::addColumns();
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QStringList>("named");
+    QTest::newRow("missing") << QByteArray() << QStringList{QStringLiteral("bad.json")};
+    QTest::newRow("syntax") << QByteArray("{\n  \"format\": orvek }")
+                            << QStringList{QStringLiteral("bad.json"), QStringLiteral("2:")};
     const QByteArray head("{\"format\": \"orvek-scene\", \"version\": 1, ");
-    QTest::newRow("missing") << QByteArray() << QStringList{"bad.json"};
-    QTest::newRow("syntax") << QByteArray("{\n  \"format\": orvek }") << QStringList{"bad.json", "2:"};
     QTest::newRow("range") << head + "\"camera\": {\"fieldOfView\": 500}}"
-                           << QStringList{"camera.fieldOfView", "expected", "500"};
+                           << QStringList{QStringLiteral("camera.fieldOfView"), QStringLiteral("expected"),
+                                          QStringLiteral("500")};
     QTest::newRow("mesh missing") << head + "\"objects\": [{}, {\"mesh\": \"none.obj\"}]}"
-                                  << QStringList{"bad.json", "objects[1].mesh", "none.obj"};
+                                  << QStringList{QStringLiteral("bad.json"), QStringLiteral("objects[1].mesh"),
+                                                 QStringLiteral("none.obj")};
     QTest::newRow("environment missing") << head + "\"view\": {\"environmentImage\": \"none.png\"}}"
-                                         << QStringList{"view.environmentImage", "none.png", "expected"};
+                                         << QStringList{QStringLiteral("view.environmentImage"),
+                                                        QStringLiteral("none.png"), QStringLiteral("expected")};
     // A PNG file that claims to have 30000 x 30000 pixels.
     write(m_directory.filePath(QStringLiteral("huge.png")),
           QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAdTAAAHUwCAIAAADpRW/tAAAADElEQVR4nGNgoD0AAABkAAGGZDw1"));
     QTest::newRow("environment huge") << head + "\"view\": {\"environmentImage\": \"huge.png\"}}"
-                                      << QStringList{"view.environmentImage", "huge.png", "30000"};
+                                      << QStringList{QStringLiteral("view.environmentImage"),
+                                                     QStringLiteral("huge.png"), QStringLiteral("30000")};
 }
 
 void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()
 {
-    const auto [contents, named] = BadFiles::row();
+    QFETCH(QByteArray, contents);
+    QFETCH(QStringList, named);
     const QString file = m_directory.filePath(QStringLiteral("bad.json"));
     QFile::remove(file);
     if (!contents.isEmpty())
         write(file, contents);
-    type("roughness", "lineEdit", "0.125");
-    const Scene before = m_window->scene();
+    type("material.roughness", "lineEdit", "0.125");
+    const Scene before = scene();
     QSignalSpy failed(m_window.get(), &MainWindow::loadFailed);
     m_window->openScene(file);
     QTRY_COMPARE(failed.count(), 1);
@@ -356,40 +412,40 @@ void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()
     QVERIFY(find<QLabel>("messageText")->isVisible());
     for (const QString& part : named)
         QVERIFY2(message.contains(part), qPrintable(message));
-    QVERIFY(m_window->scene() == before);
-    QCOMPARE(m_window->fileName(), QFileInfo(studio()).absoluteFilePath());
+    QVERIFY(scene() == before);
+    QCOMPARE(document().fileName(), QFileInfo(studio()).absoluteFilePath());
     QVERIFY(m_window->isWindowModified());
     trigger("actionUndo");
-    QVERIFY(m_window->scene() != before);
+    QVERIFY(scene() != before);
 }
 
 void tst_SceneEditor::badMeshLeavesTheObjectAsItIs()
 {
-    const Scene before = m_window->scene();
+    const Scene before = scene();
     const QString broken = m_directory.filePath(QStringLiteral("broken.obj"));
     write(broken, "v 0 0\nf 1 2 3\n");
     QSignalSpy failed(m_window.get(), &MainWindow::loadFailed);
-    type("meshFile", "lineEdit", qPrintable(broken));
+    type("mesh", "lineEdit", qPrintable(broken));
     QTRY_COMPARE(failed.count(), 1);
     QVERIFY2(find<QLabel>("messageText")->text().contains(QStringLiteral("broken.obj")),
              qPrintable(find<QLabel>("messageText")->text()));
-    QVERIFY(m_window->scene() == before);
-    QCOMPARE(find<QFileEdit>("meshFile")->filename(), before.objects[0].meshFile);
+    QVERIFY(scene() == before);
+    QCOMPARE(find<QFileEdit>("mesh")->filename(), before.objects[0].meshFile);
 
     // The same for the surroundings, and then a mesh that can be read.
-    type("environmentImage", "lineEdit", qPrintable(broken));
-    QVERIFY(m_window->scene() == before);
-    QCOMPARE(find<QFileEdit>("environmentImage")->filename(), before.view.environmentImage);
+    type("view.environmentImage", "lineEdit", qPrintable(broken));
+    QVERIFY(scene() == before);
+    QCOMPARE(find<QFileEdit>("view.environmentImage")->filename(), before.view.environmentImage);
     QVERIFY(!find<QAction>("actionUndo")->isEnabled());
-    type("meshFile", "lineEdit", "vase.obj");
-    QTRY_COMPARE(QFileInfo(m_window->scene().objects[0].meshFile).fileName(), QStringLiteral("vase.obj"));
+    type("mesh", "lineEdit", "vase.obj");
+    QTRY_COMPARE(QFileInfo(scene().objects[0].meshFile).fileName(), QStringLiteral("vase.obj"));
     trigger("actionUndo");
-    QVERIFY(m_window->scene() == before);
+    QVERIFY(scene() == before);
 }
 
 void tst_SceneEditor::cancelledLoadLeavesTheSceneAsItIs()
 {
-    const Scene before = m_window->scene();
+    const Scene before = scene();
     QByteArray large("o large\n");
     for (int i = 0; i < 400000; ++i)
         large += "v " + QByteArray::number(i % 1000) + " " + QByteArray::number(i / 1000) + " 0\n";
@@ -398,37 +454,37 @@ void tst_SceneEditor::cancelledLoadLeavesTheSceneAsItIs()
             "f " + QByteArray::number(i) + " " + QByteArray::number(i + 1) + " " + QByteArray::number(i + 1000) + "\n";
     const QString file = m_directory.filePath(QStringLiteral("large.obj"));
     write(file, large);
-    m_window->importMesh(file);
+    m_window->importMeshes({file});
     QVERIFY(m_window->isLoading());
     auto* cancel = find<QToolButton>("cancel");
     QVERIFY(cancel->isVisible());
     // The window stays usable meanwhile.
-    type("roughness", "lineEdit", "0.125");
-    QCOMPARE(m_window->scene().objects[0].material.roughness, 0.125);
+    type("material.roughness", "lineEdit", "0.125");
+    QCOMPARE(scene().objects[0].material.roughness, 0.125);
     trigger("actionUndo");
     if (m_window->isLoading())
         QTest::mouseClick(cancel, Qt::LeftButton);
     QTRY_VERIFY(!m_window->isLoading());
     QVERIFY(!cancel->isVisible());
-    QVERIFY(m_window->scene() == before);
+    QVERIFY(scene() == before);
 }
 
 void tst_SceneEditor::unsavedChangesAreAskedAbout()
 {
-    const Scene before = m_window->scene();
+    const Scene before = scene();
     answer(QMessageBox::Cancel);
     trigger("actionNew"); // nothing to lose, so nobody is asked
-    QVERIFY(m_window->scene().objects.isEmpty());
+    QVERIFY(scene().objects.empty());
     open(studio());
     // Typed, but neither confirmed nor left.
-    auto* field = child<QLineEdit>(*find<QWidget>("roughness"), "lineEdit");
+    auto* field = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
     field->setFocus();
     field->selectAll();
     QTest::keyClicks(field, "0.125");
     answer(QMessageBox::Cancel);
     QVERIFY(!m_window->close());
     QVERIFY(m_window->isVisible());
-    QCOMPARE(m_window->scene().objects[0].material.roughness, 0.125);
+    QCOMPARE(scene().objects[0].material.roughness, 0.125);
     answer(QMessageBox::Discard);
     QVERIFY(m_window->close());
 }
@@ -439,13 +495,13 @@ void tst_SceneEditor::unsavedChangesOutliveTheProgram()
     QVERIFY(copies.path().startsWith(m_directory.path()) && copies.removeRecursively());
     const auto isCopied = [&copies] { return !copies.entryList({QStringLiteral("*.json")}).isEmpty(); };
     // Undone, there is nothing to be kept.
-    type("roughness", "lineEdit", "0.25");
+    type("material.roughness", "lineEdit", "0.25");
     QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
     trigger("actionUndo");
     QVERIFY(!isCopied());
 
-    type("roughness", "lineEdit", "0.125");
-    const Scene changed = m_window->scene();
+    type("material.roughness", "lineEdit", "0.125");
+    const Scene changed = scene();
     QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
     // It belongs to a window that is still there.
     QVERIFY(!MainWindow().offerUnsavedChanges());
@@ -458,14 +514,14 @@ void tst_SceneEditor::unsavedChangesOutliveTheProgram()
     answer(QMessageBox::Open);
     QVERIFY(m_window->offerUnsavedChanges());
     QTRY_COMPARE(opened.count(), 1);
-    QVERIFY(m_window->scene() == changed);
-    QCOMPARE(m_window->fileName(), QFileInfo(studio()).absoluteFilePath());
+    QVERIFY(scene() == changed);
+    QCOMPARE(document().fileName(), QFileInfo(studio()).absoluteFilePath());
     QVERIFY(m_window->isWindowModified());
     QVERIFY(isCopied());
     QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("recovered.json"))));
     QVERIFY(copies.entryList(QDir::Files).isEmpty());
 
-    m_window->selectObject(0);
+    document().setSelection({0});
     trigger("actionDuplicate");
     QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
     m_window = std::make_unique<MainWindow>();
@@ -506,7 +562,7 @@ void tst_SceneEditor::secondViewCanBeClosed()
     const QPointer<QRenderWidget> closed(views[0]);
     views[0]->close();
     QTRY_VERIFY(closed.isNull());
-    type("roughness", "lineEdit", "0.125");
+    type("material.roughness", "lineEdit", "0.125");
     // The other one goes with the window.
     const QPointer<QRenderWidget> other(views[1]);
     m_window.reset();
@@ -515,33 +571,35 @@ void tst_SceneEditor::secondViewCanBeClosed()
 
 void tst_SceneEditor::commandLine_data()
 {
-    CommandLines::addColumns();
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QStringList>("said");
     const QString picture = m_directory.filePath(QStringLiteral("picture.png"));
     const QString bad = m_directory.filePath(QStringLiteral("command.json"));
     write(bad, "{\"format\": \"orvek-scene\", \"version\": 1, \"light\": {\"kind\": \"sun\"}}");
-    const auto row = [](const char* name, const QStringList& arguments, int exitCode, const QStringList& said)
-    { QTest::newRow(name) << arguments << exitCode << said; };
-    row("picture", {"--size", "900x620", "--search", "colour", "--screenshot", picture}, 0, {});
-    row("bad scene", {"--screenshot", picture, bad}, 2, {"command.json", "light.kind", "sun", "point"});
-    row("no such scene", {m_directory.filePath(QStringLiteral("none.json"))}, 2, {"none.json"});
-    row("bad size", {"--size", "big"}, 2, {"--size", "expected"});
-    row("no display", {}, 1, {"no display"});
+    QTest::newRow("picture") << QStringList{QStringLiteral("--size"),       QStringLiteral("900x620"),
+                                            QStringLiteral("--search"),     QStringLiteral("colour"),
+                                            QStringLiteral("--screenshot"), picture}
+                             << 0 << QStringList();
+    QTest::newRow("bad scene") << QStringList{QStringLiteral("--screenshot"), picture, bad} << 2
+                               << QStringList{QStringLiteral("command.json"), QStringLiteral("light.kind"),
+                                              QStringLiteral("sun"), QStringLiteral("point")};
+    QTest::newRow("no such scene") << QStringList{m_directory.filePath(QStringLiteral("none.json"))} << 2
+                                   << QStringList{QStringLiteral("none.json")};
+    QTest::newRow("bad size") << QStringList{QStringLiteral("--size"), QStringLiteral("big")} << 2
+                              << QStringList{QStringLiteral("--size"), QStringLiteral("expected")};
 }
 
 void tst_SceneEditor::commandLine()
 {
-    const auto [arguments, exitCode, said] = CommandLines::row();
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QStringList, said);
     const QString picture = m_directory.filePath(QStringLiteral("picture.png"));
     QFile::remove(picture);
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_directory.path());
-    if (exitCode == 1)
-    {
-        environment.remove(QStringLiteral("DISPLAY"));
-        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    }
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(SCENE_EDITOR_PROGRAM), arguments);
     QVERIFY(program.waitForFinished(120000));
@@ -553,6 +611,22 @@ void tst_SceneEditor::commandLine()
     QCOMPARE(QFile::exists(picture), exitCode == 0);
     if (exitCode == 0)
         QCOMPARE(QImage(picture).size(), QSize(900, 620));
+}
+
+void tst_SceneEditor::withoutDisplayItSaysSo()
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(SCENE_EDITOR_PROGRAM), QStringList());
+    QVERIFY(program.waitForFinished(60000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 1);
+    const QByteArray errors = program.readAllStandardError();
+    QVERIFY2(errors.contains("no display"), errors.constData());
 }
 
 QTEST_MAIN(tst_SceneEditor)

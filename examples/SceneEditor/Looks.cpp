@@ -55,7 +55,12 @@ void applyLook(const QString& name)
     // The palette comes before the style sheet, whose roles are looked up in it.
     QApplication::setStyle(own ? QStringLiteral("fusion") : systemStyle);
     QApplication::setPalette(own ? readPalette(palette) : QApplication::style()->standardPalette());
-    qApp->setStyleSheet(readStyleSheet(QStringLiteral("editors")) + (own ? readStyleSheet(name) : QString()));
+    const bool isDark = QApplication::palette().color(QPalette::Midlight).lightnessF() < 0.5;
+    const QString chevrons =
+        readStyleSheet(QStringLiteral("chevrons"))
+            .replace(QLatin1String("TONE"), isDark ? QLatin1String("light") : QLatin1String("dark"));
+    qApp->setStyleSheet(readStyleSheet(QStringLiteral("editors")) + (own ? readStyleSheet(name) : QString()) +
+                        chevrons);
 }
 
 QPalette readPalette(const QString& fileName)

@@ -1,5 +1,6 @@
 #include <examples/SceneEditor/SceneView.h>
 
+#include <examples/SceneEditor/engine/Picking.h>
 #include <examples/SceneEditor/engine/SurfaceManager.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
@@ -16,6 +17,8 @@ SceneView::SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* pa
     m_input.setOmitsRepeats(false);
     m_widget->installEventFilter(this);
     connect(&m_controller, &CameraController::cameraChanged, this, &SceneView::updateCamera);
+    connect(&m_controller, &CameraController::overlayChanged, this, &SceneView::updateGizmo);
+    connect(&m_controller, &CameraController::frameRequested, this, [this] { frame(m_selection); });
 }
 
 SceneView::~SceneView()
@@ -27,11 +30,6 @@ SceneView::~SceneView()
 QRenderWidget* SceneView::widget() const
 {
     return m_widget;
-}
-
-SceneRenderer& SceneView::renderer()
-{
-    return m_renderer;
 }
 
 CameraController& SceneView::cameraController()
@@ -50,9 +48,48 @@ void SceneView::setScene(const Scene& scene)
     updateCamera();
 }
 
+void SceneView::setMeshes(const QHash<QString, MeshPointer>& meshes)
+{
+    m_renderer.setMeshes(meshes);
+    updateGizmo();
+}
+
+void SceneView::setEnvironmentImage(const QImage& image)
+{
+    m_renderer.setEnvironmentImage(image);
+    update();
+}
+
+void SceneView::setTurntableAngle(double degrees)
+{
+    m_renderer.setTurntableAngle(degrees);
+}
+
+void SceneView::setSelection(const QVector<int>& objects)
+{
+    m_selection = objects;
+    m_renderer.setSelection(objects);
+    updateGizmo();
+}
+
 int SceneView::objectAt(const QPoint& position) const
 {
-    return m_renderer.objectAt(position, viewport());
+    return sceneeditor::objectAt(m_renderer.shown(), position, viewport());
+}
+
+QVector<int> SceneView::objectsIn(const QRect& area) const
+{
+    return sceneeditor::objectsIn(m_renderer.shown(), area, viewport());
+}
+
+bool SceneView::frame(const QVector<int>& objects)
+{
+    const ShownScene& shown = m_renderer.shown();
+    const Box box = objects.isEmpty() ? shown.meshBox() : shown.box(objects);
+    if (box.isEmpty())
+        return false;
+    m_controller.frame(box.minimum, box.maximum);
+    return true;
 }
 
 bool SceneView::eventFilter(QObject*, QEvent* event)
@@ -70,6 +107,31 @@ QSize SceneView::viewport() const
 void SceneView::updateCamera()
 {
     m_renderer.setCamera(m_controller.camera());
+    updateGizmo();
+}
+
+void SceneView::updateGizmo()
+{
+    const ShownScene& shown = m_renderer.shown();
+    const Box box = shown.box(m_selection);
+    std::optional<MoveGizmo> gizmo;
+    const double ratio = m_widget ? m_widget->devicePixelRatioF() : 1.0;
+    if (!box.isEmpty())
+    {
+        const QMatrix4x4 turned = shown.turntableMatrix();
+        gizmo = MoveGizmo{box.centre(),
+                          {turned.mapVector(QVector3D(1, 0, 0)), turned.mapVector(QVector3D(0, 1, 0)),
+                           turned.mapVector(QVector3D(0, 0, 1))}};
+        gizmo->size *= ratio;
+    }
+    m_controller.setGizmo(gizmo);
+    m_renderer.setGizmo(gizmo, m_controller.gizmoAxis());
+    m_renderer.setSelectionBox(m_controller.selectionBox(), qRound(ratio));
+    update();
+}
+
+void SceneView::update()
+{
     if (m_widget)
         m_widget->Update();
 }

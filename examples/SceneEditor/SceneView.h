@@ -14,8 +14,10 @@ namespace sceneeditor
 {
 class SurfaceManager;
 
-//! What the engine has to give a render widget to become a view of a scene: a renderer and a camera. Takes both away
-//! again when it is destroyed, before or after the widget.
+//! What the engine has to give a render widget to become a view of a scene: a renderer, a camera, and a gizmo for the
+//! selection. Takes them away again when it is destroyed, before or after the widget.
+//!
+//! Every setter but setTurntableAngle() requests a frame. Positions are device pixels from the top left of the view.
 class SceneView final : public QObject
 {
     Q_OBJECT
@@ -24,15 +26,29 @@ public:
     SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* parent);
     ~SceneView() override;
 
+    //! Null once it has been destroyed.
     QRenderWidget* widget() const;
-    SceneRenderer& renderer();
     CameraController& cameraController();
     orvek::host::ViewInput& input();
 
-    //! Shows the scene from this view's own camera and requests a frame.
+    //! Shows the scene from this view's own camera.
     void setScene(const Scene& scene);
-    //! Index of the object beneath the position in device pixels, -1 for none.
+    //! All meshes, by Object::meshFile. Objects without one show a box of lines.
+    void setMeshes(const QHash<QString, MeshPointer>& meshes);
+    //! Equirectangular picture of the surroundings; a null one is even grey light.
+    void setEnvironmentImage(const QImage& image);
+    //! Degrees. Frames that come anyway show it.
+    void setTurntableAngle(double degrees);
+    //! Indices of objects that get an outline, and together a gizmo. Those that do not exist are left out.
+    void setSelection(const QVector<int>& objects);
+
+    //! Index of the object beneath the position, -1 for none.
     int objectAt(const QPoint& position) const;
+    //! The visible objects of which any part lies in the area, even if others hide it. Ascending.
+    QVector<int> objectsIn(const QRect& area) const;
+    //! Moves the camera to show the visible ones of these objects, or all if none are given. Key F does so with the
+    //! selection. Returns false and changes nothing if there is nothing to show.
+    bool frame(const QVector<int>& objects = {});
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -40,10 +56,13 @@ protected:
 private:
     QSize viewport() const;
     void updateCamera();
+    void updateGizmo();
+    void update();
 
     QPointer<QRenderWidget> m_widget;
     SceneRenderer m_renderer;
     CameraController m_controller;
     orvek::host::ViewInput m_input;
+    QVector<int> m_selection;
 };
 } // namespace sceneeditor

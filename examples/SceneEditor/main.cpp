@@ -12,7 +12,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 namespace
 {
@@ -135,40 +134,40 @@ int main(int argc, char* argv[])
             QApplication::exit(fail(Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(pictureFile))));
     };
     const QString scene = parser.positionalArguments().value(0, studioScene());
-    bool recovering = false;
-    // A scene that cannot be opened opens no window either.
+    const bool hasScreenshot = parser.isSet(screenshot);
+    bool isFailed = false;
+    // What is wrong is said by a visible window, otherwise by the program, which ends.
     QObject::connect(&window, &sceneeditor::MainWindow::loadFailed, &window,
                      [&](const QString& text)
                      {
-                         if (window.isVisible())
-                             return;
-                         // What was wrong with unsaved changes stands in the window then.
-                         if (std::exchange(recovering, false))
-                             window.openScene(scene);
-                         else
+                         isFailed = true;
+                         if (hasScreenshot || !window.isVisible())
                              QApplication::exit(fail(text));
                      });
-    QObject::connect(&window, &sceneeditor::MainWindow::sceneOpened, &window,
-                     [&]
-                     {
-                         if (window.isVisible())
-                             return;
-                         window.show();
-                         if (!parser.isSet(screenshot))
-                             return;
-                         QObject::connect(&window, &sceneeditor::MainWindow::viewDrawn, &window, takePicture,
-                                          Qt::QueuedConnection);
-                         QTimer::singleShot(screenshotTimeout, &window, takePicture);
-                     });
+    if (hasScreenshot)
+        QObject::connect(&window, &sceneeditor::MainWindow::sceneOpened, &window,
+                         [&]
+                         {
+                             QObject::connect(&window, &sceneeditor::MainWindow::viewDrawn, &window, takePicture,
+                                              Qt::QueuedConnection);
+                             QTimer::singleShot(screenshotTimeout, &window, takePicture);
+                         });
     QTimer::singleShot(0, &window,
                        [&]
                        {
-                           // Who wants a picture or a certain scene is not asked about another one.
-                           recovering = parser.positionalArguments().isEmpty() && !parser.isSet(screenshot);
-                           if (recovering && window.offerUnsavedChanges())
+                           // With a picture or a certain scene wanted, recovery is not offered.
+                           if (parser.positionalArguments().isEmpty() && !hasScreenshot)
+                           {
+                               window.show();
+                               if (!window.offerUnsavedChanges())
+                                   window.openScene(scene);
                                return;
-                           recovering = false;
+                           }
+                           // Meshes are read while the window is there; what is wrong with the scene itself is known
+                           // before.
                            window.openScene(scene);
+                           if (!isFailed)
+                               window.show();
                        });
     return QApplication::exec();
 }

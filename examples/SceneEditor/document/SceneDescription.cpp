@@ -219,6 +219,7 @@ Type describeObject(bool isPanel)
     d.text("name", &Object::name)
         .title(Text::tr("Name"))
         .maximumLength(MaximumTextLength)
+        .defaultValue({})
         .toolTip(Text::tr("Name of the selected object"));
     if (!isPanel)
     {
@@ -254,6 +255,7 @@ Type describeScene(bool isPanel)
     d.text("name", &Scene::name)
         .title(Text::tr("Scene name"))
         .maximumLength(MaximumTextLength)
+        .defaultValue({})
         .toolTip(Text::tr("Name of the scene"));
     d.nested("view", &Scene::view, describeView());
     if (!isPanel)

@@ -1,16 +1,23 @@
 #pragma once
 
 #include <examples/SceneEditor/document/Scene.h>
+#include <examples/SceneEditor/engine/MoveGizmo.h>
 #include <Orvek/Base/BaseMouseHandler.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
+#include <QtCore/QRect>
 #include <QtCore/QSize>
+
+#include <optional>
 
 namespace sceneeditor
 {
-//! Moves a camera by the input of one view: the left button orbits, the middle and right buttons pan, the wheel
-//! changes the distance (finer with Shift), the arrow keys orbit, R and Home go back to the home camera.
+//! Turns the input of one view into what the user means by it.
+//!
+//! It moves the camera: the left button orbits, the middle and right buttons pan, the wheel changes the distance (finer
+//! with Shift), the arrow keys orbit, R and Home go back to the home camera. On an arrow of the gizmo the left button
+//! moves the selection along it, with Shift it draws a box, and where it goes up and down in one place it clicks.
 class CameraController final : public QObject, public orvek::base::BaseMouseHandler
 {
     Q_OBJECT
@@ -25,8 +32,18 @@ public:
     void setHomeCamera(const Camera& camera);
     void goHome();
 
+    //! Brings the box into view, as large as the view allows, from where the camera stands around it.
+    void frame(const QVector3D& minimum, const QVector3D& maximum);
+
     //! In device pixels; makes panning follow the pointer. 800 x 600 until set, empty sizes are ignored.
     void setViewportSize(const QSize& size);
+
+    //! What the left button can grab; nothing for none. It can change while it is held.
+    void setGizmo(const std::optional<MoveGizmo>& gizmo);
+    //! The arrow that is held, or else the one beneath the pointer; -1 for none.
+    int gizmoAxis() const { return m_axis; }
+    //! The box that is being drawn, in device pixels; empty for none.
+    QRect selectionBox() const;
 
     void MouseDown(int button, int x, int y) override;
     void MouseUp(int button, int x, int y) override;
@@ -36,26 +53,54 @@ public:
     void KeyboardInput(unsigned int key, bool pressed, int reserved) override;
 
 Q_SIGNALS:
-    //! The user has moved the camera.
+    //! The user, or frame(), has moved the camera.
     void cameraChanged();
-    //! A drag, a turn of the wheel or a key press that has changed the camera is over: the time for an undo step.
-    void cameraChangeFinished();
-    //! The left button went down and up in (nearly) one place; device pixels, for SceneRenderer::objectAt().
-    void clicked(const QPoint& position);
+    //! The left button went down and up in (nearly) one place; device pixels. The modifiers are those of the press.
+    void clicked(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    //! A box was drawn with Shift and the left button; device pixels. The modifiers are those of the press.
+    void boxSelected(const QRect& area, Qt::KeyboardModifiers modifiers);
+    //! The selection is about to be moved by its gizmo.
+    void moveStarted();
+    //! By how much since moveStarted(), in metres along the gizmo's axis, given as one of X, Y and Z of the scene: a
+    //! turntable that has turned is taken out.
+    void moved(const QVector3D& delta);
+    //! Comes once for each moveStarted(). Escape ends a move where it began.
+    void moveFinished();
+    //! The user asks with F to have the selection in view.
+    void frameRequested();
+    //! gizmoAxis() or selectionBox() is another one.
+    void overlayChanged();
 
 private:
+    enum class Drag
+    {
+        None,
+        Orbit,
+        Pan,
+        Move,
+        Box
+    };
+
     void apply(const Camera& camera);
-    void finishChange();
     void orbit(double azimuth, double elevation);
     void pan(int dx, int dy);
+    void move();
+    void cancelDrag();
+    void setAxis(int axis);
 
     Camera m_camera;
     Camera m_home;
     QSize m_viewport{800, 600};
-    int m_button = 0; // that started the drag; others are ignored until it is up
+    std::optional<MoveGizmo> m_gizmo;
+    int m_axis = -1;
+    int m_button = 0;                  // that started the drag; others are ignored until it is up
+    Qt::KeyboardModifiers m_modifiers; // at its press
+    Drag m_drag = Drag::None;
     QPoint m_pressed;
     QPoint m_last;
-    bool m_dragged = false; // beyond the distance of a click
-    bool m_changed = false; // since the last cameraChangeFinished()
+    bool m_dragged = false;             // beyond the distance of a click
+    std::optional<MoveGizmo> m_grabbed; // the gizmo as it was at the press
+    float m_grabbedAt = 0.0f;           // metres along its axis
+    float m_moved = 0.0f;               // since then
 };
 } // namespace sceneeditor

@@ -1,21 +1,26 @@
 #pragma once
 
-#include <examples/SceneEditor/document/MeshLoader.h>
-#include <examples/SceneEditor/document/Scene.h>
+#include <examples/SceneEditor/engine/MoveGizmo.h>
+#include <examples/SceneEditor/engine/ShownScene.h>
 #include <Orvek/CrossPlatform/PlatformRendererInterface.h>
 
-#include <QtCore/QHash>
-#include <QtCore/QSize>
+#include <QtCore/QRect>
+#include <QtCore/QVector>
 #include <QtGui/QImage>
-#include <QtGui/QMatrix4x4>
 
 #include <memory>
+#include <optional>
+
+class QOpenGLShaderProgram;
 
 namespace sceneeditor
 {
-//! Draws one scene as seen by one camera. Holds what is to be drawn and, while a surface manager shows it, its copy on
-//! the graphics card. The setters only remember; the next frame uploads what has changed. One renderer per view, or the
-//! same one for views that show the same.
+class GpuMesh;
+class GpuResources;
+
+//! Draws one scene as seen by one camera. Holds what is to be drawn and, while a surface manager shows it, its part of
+//! the graphics card. The setters only remember; the next frame uploads what has changed. One renderer per view; what
+//! several of them show is on the graphics card once.
 class SceneRenderer final : public orvek::crossplatform::PlatformRendererInterface
 {
 public:
@@ -23,52 +28,52 @@ public:
     //! Every manager has to have let go of it: RemoveWindow() or AddWindow() with another renderer.
     ~SceneRenderer();
 
+    const ShownScene& shown() const { return m_shown; }
     //! Takes the scene's camera too. Cheap enough for every change of every editor.
-    void setScene(const Scene& scene);
-    const Scene& scene() const;
-    void setCamera(const Camera& camera);
-
-    //! The mesh that objects with this meshFile show; null forgets it. Objects without a mesh show a box of lines.
-    void setMesh(const QString& meshFile, const MeshPointer& mesh);
-    bool hasMesh(const QString& meshFile) const;
-
-    //! Equirectangular picture of the surroundings, up at the top. A null image goes back to even grey light. The image
-    //! is scaled down to at most 2048 x 1024. The file name in the scene is not read by the renderer.
-    void setEnvironmentImage(const QImage& image);
-
-    //! Index into the scene's objects; -1 selects none.
-    void setSelectedObject(int index);
+    void setScene(const Scene& scene) { m_shown.scene = scene; }
+    void setCamera(const Camera& camera) { m_shown.scene.camera = camera; }
+    //! All meshes, by Object::meshFile. Objects without one show a box of lines.
+    void setMeshes(const QHash<QString, MeshPointer>& meshes) { m_shown.meshes = meshes; }
+    //! Equirectangular picture of the surroundings, up at the top. A null image goes back to even grey light. The file
+    //! name in the scene is not read by the renderer.
+    void setEnvironmentImage(const QImage& image) { m_environment = image; }
     //! Degrees; not part of the scene, as a running turntable does not modify the document.
-    void setTurntableAngle(double degrees);
+    void setTurntableAngle(double degrees) { m_shown.turntable = degrees; }
 
-    //! The object drawn at the position (device pixels from the top left) of a view of this size; -1 for none.
-    int objectAt(const QPoint& position, const QSize& viewport) const;
-    //! The box of all visible objects with a mesh, in world space, to frame the camera on. False when there are none.
-    bool boundingBox(QVector3D* minimum, QVector3D* maximum) const;
+    //! Indices into the scene's objects, each of which has an outline; others are left out.
+    void setSelection(const QVector<int>& objects) { m_selection = objects; }
+    //! Arrows over the objects, one of them highlighted unless the axis is -1; nothing for none.
+    void setGizmo(const std::optional<MoveGizmo>& gizmo, int axis);
+    //! A box over everything, in device pixels, with an edge of this width; an empty one for none.
+    void setSelectionBox(const QRect& box, int edge);
 
     // For the surface manager, with its OpenGL context current.
 
     //! Draws into the frame buffer. False when the graphics card cannot: errorText() says why, and it stays so until
-    //! releaseGraphics(). A draft has no smooth edges.
-    bool draw(const QSize& size, unsigned int frameBuffer, bool draft = false);
-    void releaseGraphics();
-    QString errorText() const;
+    //! releaseGraphics(). A draft has a lower resolution.
+    bool draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft = false);
+    void releaseGraphics(GpuResources& gpu);
+    QString errorText() const { return m_error; }
 
 private:
     struct Graphics;
 
-    QMatrix4x4 objectMatrix(const Object& object) const;
-    void drawShadowMap();
-    void drawObjects(const QMatrix4x4& viewProjection, const QSize& size);
-    void drawFloorAndBackground(const QMatrix4x4& viewProjection);
+    void updateResources(GpuResources& gpu);
+    void setCommonUniforms(QOpenGLShaderProgram& program);
+    const GpuMesh* gpuMesh(const Object& object) const;
+    void drawObjects(GpuResources& gpu, const QMatrix4x4& camera);
+    void drawOutlines(GpuResources& gpu, const QSize& size);
+    void drawGizmo(GpuResources& gpu, const QSize& size);
+    void drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera, bool draft);
+    void drawSelectionBox(GpuResources& gpu, const QSize& size);
 
-    Scene m_scene;
-    QHash<QString, MeshPointer> m_meshes;
+    ShownScene m_shown;
     QImage m_environment;
-    bool m_environmentChanged = true;
-    int m_selected = -1;
-    double m_turntable = 0.0;
-    bool m_shadowsOn = false; // in the frame being drawn
+    QVector<int> m_selection;
+    std::optional<MoveGizmo> m_gizmo;
+    int m_gizmoAxis = -1;
+    QRect m_box;
+    int m_boxEdge = 1;
     QString m_error;
     std::unique_ptr<Graphics> m_graphics; // null while not on the graphics card
 

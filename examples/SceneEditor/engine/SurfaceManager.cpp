@@ -1,5 +1,6 @@
 #include <examples/SceneEditor/engine/SurfaceManager.h>
 
+#include <examples/SceneEditor/engine/GpuResources.h>
 #include <examples/SceneEditor/engine/SceneRenderer.h>
 
 #include <QtCore/QElapsedTimer>
@@ -13,17 +14,20 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QWidget>
 
+#include <utility>
+
 namespace sceneeditor
 {
 namespace
 {
-constexpr double slowFrame = 50.0; // milliseconds; slower ones are felt when dragging
-constexpr int draftPause = 250;    // milliseconds between frames that count as moving
+constexpr double SlowFrame = 40.0; // milliseconds; slower ones are felt when dragging
+constexpr int MovingPause = 250;   // milliseconds between frames that count as moving
+constexpr int RestingPause = 120;  // milliseconds without a frame after which a draft is drawn sharply
 
 QWindow* surfaceOf(HWND window)
 {
     const QWidget* widget = QWidget::find(window);
-    return widget != nullptr ? widget->windowHandle() : nullptr;
+    return widget ? widget->windowHandle() : nullptr;
 }
 
 QSize pixelSize(const QWindow& window)
@@ -34,8 +38,7 @@ QSize pixelSize(const QWindow& window)
 // The widget itself cannot paint while it is left to the engine, so the message goes to the window directly.
 void paintMessage(QWindow* window, const QString& message)
 {
-    if (window == nullptr || window->surfaceType() == QSurface::OpenGLSurface || window->handle() == nullptr ||
-        window->size().isEmpty())
+    if (!window || window->surfaceType() == QSurface::OpenGLSurface || !window->handle() || window->size().isEmpty())
         return;
     const QRect area(QPoint(0, 0), window->size());
     QBackingStore store(window);
@@ -55,7 +58,6 @@ void paintMessage(QWindow* window, const QString& message)
 SurfaceManager::SurfaceManager(QObject* parent) : QObject(parent)
 {
     m_refine.setSingleShot(true);
-    m_refine.setInterval(draftPause);
     connect(&m_refine, &QTimer::timeout, this, &SurfaceManager::refine);
 }
 
@@ -82,45 +84,48 @@ void SurfaceManager::Render(HWND window)
 {
     const auto it = m_views.find(window);
     QWindow* const surface = surfaceOf(window);
-    if (it == m_views.end() || surface == nullptr)
+    if (it == m_views.end() || !surface)
         return;
     it->size = pixelSize(*surface);
     if (it->size.isEmpty())
         return;
     QElapsedTimer timer;
     timer.start();
-    if (!prepareContext(*it, window, surface))
+    if (!prepareContext(*it, surface))
     {
         paintMessage(surface, it->error);
         return;
     }
-    const bool moving = it->sinceFrame.isValid() && it->sinceFrame.elapsed() < draftPause;
-    const bool draft = it->renderer != nullptr && moving && !it->refining && it->smoothTime > slowFrame;
+    const bool moving = it->sinceFrame.isValid() && it->sinceFrame.elapsed() < MovingPause;
+    // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
+    const bool slow = qMin(it->sharpTimes[0], it->sharpTimes[1]) > SlowFrame;
+    const bool draft = it->renderer && moving && slow && !it->refining;
     it->draft = draft;
     const GLuint target = m_context->defaultFramebufferObject();
-    if (it->renderer == nullptr)
+    if (!it->renderer)
     {
         QOpenGLFunctions* const gl = m_context->functions();
         gl->glBindFramebuffer(GL_FRAMEBUFFER, target);
         gl->glClearColor(0.23f, 0.24f, 0.27f, 1.0f);
         gl->glClear(GL_COLOR_BUFFER_BIT);
     }
-    else if (!it->renderer->draw(it->size, target, draft))
+    else if (!it->renderer->draw(*m_gpu, it->size, target, draft))
     {
-        fail(*it, window, it->renderer->errorText());
+        it->error = it->renderer->errorText();
         m_context->doneCurrent();
         paintMessage(surface, it->error);
         return;
     }
     m_context->swapBuffers(surface);
-    it->frameTime = double(timer.nsecsElapsed()) / 1.0e6;
-    // The very first frame also compiles shaders and uploads meshes, which says nothing about the next.
-    if (!draft && it->sinceFrame.isValid())
-        it->smoothTime = it->frameTime;
+    if (!draft)
+    {
+        it->sharpTimes[0] = it->sharpTimes[1];
+        it->sharpTimes[1] = double(timer.nsecsElapsed()) / 1.0e6;
+    }
     it->refining = false;
     it->sinceFrame.start();
-    if (draft)
-        m_refine.start();
+    if (draft && !m_refine.isActive())
+        m_refine.start(RestingPause);
 }
 
 void SurfaceManager::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int viewId)
@@ -143,7 +148,7 @@ void SurfaceManager::ResizeSurface(HWND window)
 {
     const auto it = m_views.find(window);
     const QWindow* const surface = surfaceOf(window);
-    if (it != m_views.end() && surface != nullptr)
+    if (it != m_views.end() && surface)
         it->size = pixelSize(*surface);
 }
 
@@ -162,16 +167,16 @@ QImage SurfaceManager::grabFrame(HWND window)
 {
     const auto it = m_views.find(window);
     const QWindow* const surface = surfaceOf(window);
-    if (it == m_views.end() || it->renderer == nullptr || surface == nullptr)
+    if (it == m_views.end() || !it->renderer || !surface)
         return QImage();
     const QSize size = pixelSize(*surface);
-    if (size.isEmpty() || !prepareContext(*it, window, nullptr))
+    if (size.isEmpty() || !prepareContext(*it, nullptr))
         return QImage();
     QImage image;
     {
         QOpenGLFramebufferObject frame(size);
-        if (!it->renderer->draw(size, frame.handle()))
-            fail(*it, window, it->renderer->errorText());
+        if (!it->renderer->draw(*m_gpu, size, frame.handle()))
+            it->error = it->renderer->errorText();
         else
             image = frame.toImage().convertToFormat(QImage::Format_RGB32);
     }
@@ -185,13 +190,8 @@ QString SurfaceManager::graphicsName() const
     return m_graphicsName;
 }
 
-double SurfaceManager::frameTime(HWND window) const
-{
-    return m_views.value(window).frameTime;
-}
-
 // Makes the context current on the window, or on the offscreen surface where there is none.
-bool SurfaceManager::prepareContext(View& view, HWND window, QWindow* surface)
+bool SurfaceManager::prepareContext(View& view, QWindow* surface)
 {
     if (!view.error.isEmpty())
         return false;
@@ -200,12 +200,12 @@ bool SurfaceManager::prepareContext(View& view, HWND window, QWindow* surface)
         m_contextError = error;
     if (m_context)
     {
-        QSurface* const target = surface != nullptr ? static_cast<QSurface*>(surface) : m_offscreen.get();
+        QSurface* const target = surface ? static_cast<QSurface*>(surface) : m_offscreen.get();
         if (m_context->makeCurrent(target))
             return true;
         error = tr("OpenGL cannot draw to this window");
     }
-    fail(view, window, error);
+    view.error = error;
     return false;
 }
 
@@ -250,6 +250,12 @@ bool SurfaceManager::createContext(QString* error)
         context->doneCurrent();
         return false;
     }
+    m_gpu = GpuResources::create(error);
+    if (!m_gpu)
+    {
+        context->doneCurrent();
+        return false;
+    }
     m_context = std::move(context);
     m_offscreen = std::move(offscreen);
     return true;
@@ -257,23 +263,25 @@ bool SurfaceManager::createContext(QString* error)
 
 void SurfaceManager::dropRenderer(SceneRenderer* renderer)
 {
-    for (const View& view : qAsConst(m_views))
+    for (const View& view : std::as_const(m_views))
     {
         if (view.renderer == renderer)
             return;
     }
-    if (renderer == nullptr || !m_context)
+    if (!renderer || !m_context)
         return;
     // The window may be gone already; the offscreen surface is always there.
     if (m_context->makeCurrent(m_offscreen.get()))
     {
-        renderer->releaseGraphics();
+        renderer->releaseGraphics(*m_gpu);
         m_context->doneCurrent();
     }
 }
 
 void SurfaceManager::releaseContext()
 {
+    if (m_context && m_context->makeCurrent(m_offscreen.get()))
+        m_gpu.reset();
     m_context.reset();
     m_offscreen.reset();
     m_contextError.clear();
@@ -281,19 +289,20 @@ void SurfaceManager::releaseContext()
 
 void SurfaceManager::refine()
 {
+    qint64 wait = 0; // milliseconds until a view that still moves could rest
     for (auto it = m_views.begin(); it != m_views.end(); ++it)
     {
         QWidget* const widget = QWidget::find(it.key());
-        if (!it->draft || widget == nullptr)
+        if (!it->draft || !widget)
+            continue;
+        const qint64 left = RestingPause - it->sinceFrame.elapsed();
+        wait = qMax(wait, left);
+        if (left > 0)
             continue;
         it->refining = true;
         widget->update();
     }
-}
-
-void SurfaceManager::fail(View& view, HWND window, const QString& text)
-{
-    view.error = text;
-    Q_EMIT errorOccurred(window, text);
+    if (wait > 0)
+        m_refine.start(int(wait));
 }
 } // namespace sceneeditor

@@ -17,13 +17,14 @@ class QWindow;
 
 namespace sceneeditor
 {
+class GpuResources;
 class SceneRenderer;
 
 //! Shows renderers in native widgets through OpenGL 3.3. All windows share one context, which lives from the first
 //! frame to the removal of the last window. Every renderer given to AddWindow() has to be a SceneRenderer.
 //!
-//! Where a full frame takes too long for dragging, frames that follow closely on each other are drafts. When they stop,
-//! the manager has the widget painted once more, in full.
+//! Where a frame takes more than 40 ms, frames that follow closely on each other are drafts of a lower resolution. When
+//! they stop, the manager has the widget painted once more, in full.
 //!
 //! Where OpenGL fails, the view shows the reason instead. It is tried once per window, not again for each frame.
 class SurfaceManager final : public QObject, public orvek::crossplatform::DisplaySurfaceManagerInterface
@@ -47,12 +48,6 @@ public:
     QImage grabFrame(HWND window);
     //! Vendor's name of the graphics driver; empty before the first frame.
     QString graphicsName() const;
-    //! Time of the last frame of the window in milliseconds, including the swap; 0 before the first.
-    double frameTime(HWND window) const;
-
-Q_SIGNALS:
-    //! From inside the paint event in which the text came up; connect queued to change widgets.
-    void errorOccurred(WId window, const QString& text);
 
 private:
     struct View
@@ -61,24 +56,23 @@ private:
         int id = 0;
         QSize size; // device pixels
         QString error;
-        double frameTime = 0.0;
-        double smoothTime = 0.0;  // of the last frame that was no draft
-        QElapsedTimer sinceFrame; // invalid before the first one
-        bool draft = false;       // the frame that is shown
-        bool refining = false;    // the next frame ends a series of drafts
+        double sharpTimes[2] = {}; // milliseconds, of the last two frames that were no drafts
+        QElapsedTimer sinceFrame;  // invalid before the first one
+        bool draft = false;        // the frame that is shown
+        bool refining = false;     // the next frame ends a series of drafts
     };
 
-    bool prepareContext(View& view, HWND window, QWindow* surface);
+    bool prepareContext(View& view, QWindow* surface);
     bool createContext(QString* error);
     void dropRenderer(SceneRenderer* renderer);
     void releaseContext();
     void refine();
-    void fail(View& view, HWND window, const QString& text);
 
     QHash<HWND, View> m_views;
     std::unique_ptr<QOffscreenSurface> m_offscreen; // to release and to grab without a window
     std::unique_ptr<QOpenGLContext> m_context;
-    QString m_contextError; // of the one attempt to create the context
+    std::unique_ptr<GpuResources> m_gpu; // there as long as the context
+    QString m_contextError;              // of the one attempt to create the context
     QString m_graphicsName;
     int m_nextId = 0;
     QTimer m_refine; // runs out when the drafts have stopped coming

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <examples/SceneEditor/ui_ScenePanel.h>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+class QFileEdit;
+
+namespace orvek::host
+{
+class Inspector;
+class PanelHost;
+} // namespace orvek::host
+
+namespace sceneeditor
+{
+class Document;
+
+//! The list of objects, and below it the properties of the selected ones and of the scene.
+class ScenePanel final : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit ScenePanel(QWidget* parent = nullptr);
+    ~ScenePanel() override;
+
+    //! Not owned; must outlive the panel. To be called once.
+    void setDocument(Document* document);
+    //! What serves the properties. Null before setDocument().
+    orvek::host::PanelHost* host() const;
+    QListWidget* objectList() const { return m_ui.objectList; }
+    QSplitter* splitter() const { return m_ui.sideSplitter; }
+    //! Filters the properties as if the text had been typed into the search field.
+    void setSearchText(const QString& text);
+    //! Opens or closes all sections.
+    void setSectionsOpen(bool open);
+    //! Wide enough for all titles, pixels.
+    int uncutWidth() const;
+
+Q_SIGNALS:
+    void addRequested();
+    //! The user wants another mesh for the selected objects. Empty for none.
+    void meshRequested(const QString& fileName);
+
+private:
+    void addMesh();
+    void showGroups();
+    void showMesh();
+    void onEdited(const QVector<void*>& objects, const QString& property);
+
+    Ui::ScenePanel m_ui;
+    Document* m_document = nullptr;
+    orvek::host::Inspector* m_inspector = nullptr; // a child
+    QPointer<QFileEdit> m_mesh;                    // the inspector's, while an object is selected
+};
+} // namespace sceneeditor

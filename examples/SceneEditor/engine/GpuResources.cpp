@@ -1,0 +1,218 @@
+#include <examples/SceneEditor/engine/GpuResources.h>
+
+#include <examples/SceneEditor/engine/EnvironmentLight.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QtMath>
+#include <QtGui/QOpenGLContext>
+
+#include <cmath>
+#include <cstddef>
+
+// A static library's resources are initialised by name, outside of any namespace.
+static void initialiseShaders()
+{
+    Q_INIT_RESOURCE(shaders);
+}
+
+namespace sceneeditor
+{
+namespace
+{
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
+};
+
+// The files one after the other: what the last one uses has to come before it.
+QByteArray source(const QStringList& files)
+{
+    QByteArray code("#version 330 core\n");
+    for (const QString& name : files)
+    {
+        QFile file(QStringLiteral(":/engine/shaders/") + name);
+        Q_ASSERT_X(file.exists(), "GpuResources", qPrintable(name));
+        if (file.open(QIODevice::ReadOnly))
+            code += file.readAll();
+    }
+    return code;
+}
+
+bool link(QOpenGLShaderProgram& program, const QString& vertex, const QStringList& fragment, QString* error)
+{
+    if (program.addShaderFromSourceCode(QOpenGLShader::Vertex, source({vertex})) &&
+        program.addShaderFromSourceCode(QOpenGLShader::Fragment, source(fragment)) && program.link())
+        return true;
+    *error = Text::tr("The graphics driver refuses a shader: %1").arg(program.log().simplified());
+    return false;
+}
+
+MeshPointer makeLineBox()
+{
+    auto box = std::make_shared<MeshData>();
+    for (int i = 0; i < 8; ++i)
+        box->vertices.push_back(
+            {{(i & 1) != 0 ? 0.5f : -0.5f, (i & 2) != 0 ? 0.5f : -0.5f, (i & 4) != 0 ? 0.5f : -0.5f}, {0, 1, 0}});
+    box->indices = {0, 1, 2, 3, 4, 5, 6, 7, 0, 2, 1, 3, 4, 6, 5, 7, 0, 4, 1, 5, 2, 6, 3, 7};
+    return box;
+}
+
+// A shaft that begins a little off the middle, and a head.
+MeshPointer makeArrow()
+{
+    struct Ring
+    {
+        float place;
+        float radius;
+    };
+    constexpr Ring rings[] = {{0.16f, 0.0f}, {0.16f, 0.018f}, {0.78f, 0.018f}, {0.78f, 0.075f}, {1.0f, 0.0f}};
+    constexpr quint32 corners = 24;
+    auto arrow = std::make_shared<MeshData>();
+    for (const Ring& ring : rings)
+        for (quint32 i = 0; i < corners; ++i)
+        {
+            const double angle = qDegreesToRadians(360.0 * i / corners);
+            const QVector3D out(0.0f, float(std::cos(angle)), float(std::sin(angle)));
+            arrow->vertices.push_back({QVector3D(ring.place, 0, 0) + out * ring.radius, out});
+        }
+    for (quint32 ring = 0; ring + 1 < std::size(rings); ++ring)
+        for (quint32 i = 0; i < corners; ++i)
+        {
+            const quint32 a = ring * corners + i;
+            const quint32 b = ring * corners + (i + 1) % corners;
+            for (quint32 index : {a, b, a + corners, b, b + corners, a + corners})
+                arrow->indices.push_back(index);
+        }
+    return arrow;
+}
+
+// Those that no view holds any more are gone; their entries go here.
+template <typename Key, typename Resource>
+void prune(QHash<Key, std::weak_ptr<const Resource>>& resources)
+{
+    for (auto it = resources.begin(); it != resources.end();)
+        it = it->expired() ? resources.erase(it) : std::next(it);
+}
+} // namespace
+
+GpuMesh::GpuMesh(Gl* gl, const MeshPointer& mesh) : m_gl(gl), m_source(mesh)
+{
+    using Vertex = MeshData::Vertex;
+    gl->glGenVertexArrays(1, &m_vertexArray);
+    gl->glBindVertexArray(m_vertexArray);
+    gl->glGenBuffers(1, &m_vertices);
+    gl->glBindBuffer(GL_ARRAY_BUFFER, m_vertices);
+    gl->glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(mesh->vertices.size() * sizeof(Vertex)),
+                     mesh->vertices.data(), GL_STATIC_DRAW);
+    gl->glGenBuffers(1, &m_indices);
+    gl->glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_indices);
+    gl->glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(mesh->indices.size() * sizeof(quint32)),
+                     mesh->indices.data(), GL_STATIC_DRAW);
+    gl->glEnableVertexAttribArray(0);
+    gl->glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
+    gl->glEnableVertexAttribArray(1);
+    gl->glVertexAttribPointer(1, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex),
+                              reinterpret_cast<const void*>(offsetof(Vertex, normal)));
+    gl->glBindVertexArray(0);
+}
+
+GpuMesh::~GpuMesh()
+{
+    m_gl->glDeleteVertexArrays(1, &m_vertexArray);
+    m_gl->glDeleteBuffers(1, &m_vertices);
+    m_gl->glDeleteBuffers(1, &m_indices);
+}
+
+void GpuMesh::draw(GLenum mode) const
+{
+    m_gl->glBindVertexArray(m_vertexArray);
+    m_gl->glDrawElements(mode, static_cast<GLsizei>(m_source->indices.size()), GL_UNSIGNED_INT, nullptr);
+}
+
+GpuEnvironment::GpuEnvironment(Gl* gl, const QImage& picture) : m_gl(gl)
+{
+    const EnvironmentLight light = environmentLight(picture);
+    m_irradiance = light.irradiance;
+    m_width = float(light.width);
+    gl->glGenTextures(1, &m_texture);
+    gl->glBindTexture(GL_TEXTURE_2D, m_texture);
+    gl->glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    gl->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB16F, light.width, light.height, 0, GL_RGB, GL_FLOAT, light.texels.data());
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    gl->glGenerateMipmap(GL_TEXTURE_2D);
+}
+
+GpuEnvironment::~GpuEnvironment()
+{
+    m_gl->glDeleteTextures(1, &m_texture);
+}
+
+void GpuEnvironment::setUniforms(QOpenGLShaderProgram& program, int unit) const
+{
+    program.setUniformValue("u_environment", unit);
+    program.setUniformValue("u_environmentWidth", m_width);
+    program.setUniformValueArray("u_irradiance", m_irradiance.data(), int(m_irradiance.size()));
+}
+
+std::unique_ptr<GpuResources> GpuResources::create(QString* error)
+{
+    initialiseShaders();
+    std::unique_ptr<GpuResources> result(new GpuResources);
+    GpuResources& r = *result;
+    QOpenGLContext* context = QOpenGLContext::currentContext();
+    auto* gl = context ? context->versionFunctions<Gl>() : nullptr;
+    if (!gl || !gl->initializeOpenGLFunctions())
+    {
+        *error = Text::tr("The graphics driver has no OpenGL 3.3");
+        return nullptr;
+    }
+    r.m_gl = gl;
+    const QStringList shared{QStringLiteral("display.glsl"), QStringLiteral("environment.glsl"),
+                             QStringLiteral("light.glsl")};
+    const QString wholeView = QStringLiteral("view.vert");
+    if (!link(r.object, QStringLiteral("object.vert"), shared + QStringList(QStringLiteral("object.frag")), error) ||
+        !link(r.depth, QStringLiteral("depth.vert"), {QStringLiteral("depth.frag")}, error) ||
+        !link(r.background, wholeView, shared + QStringList(QStringLiteral("background.frag")), error) ||
+        !link(r.selection, wholeView, {QStringLiteral("selection.frag")}, error))
+        return nullptr;
+    r.m_lineBox = std::make_unique<GpuMesh>(gl, makeLineBox());
+    r.m_arrow = std::make_unique<GpuMesh>(gl, makeArrow());
+    gl->glGenVertexArrays(1, &r.m_emptyArray);
+    return result;
+}
+
+GpuResources::~GpuResources()
+{
+    if (m_gl)
+        m_gl->glDeleteVertexArrays(1, &m_emptyArray);
+}
+
+std::shared_ptr<const GpuMesh> GpuResources::mesh(const MeshPointer& mesh)
+{
+    if (auto known = m_meshes.value(mesh.get()).lock())
+        return known;
+    prune(m_meshes);
+    auto made = std::make_shared<const GpuMesh>(m_gl, mesh);
+    m_meshes.insert(mesh.get(), made);
+    return made;
+}
+
+std::shared_ptr<const GpuEnvironment> GpuResources::environment(const QImage& picture)
+{
+    if (auto known = m_environments.value(picture.cacheKey()).lock())
+        return known;
+    prune(m_environments);
+    auto made = std::make_shared<const GpuEnvironment>(m_gl, picture);
+    m_environments.insert(picture.cacheKey(), made);
+    return made;
+}
+
+void GpuResources::drawView() const
+{
+    m_gl->glBindVertexArray(m_emptyArray);
+    m_gl->glDrawArrays(GL_TRIANGLES, 0, 3);
+    m_gl->glBindVertexArray(0);
+}
+} // namespace sceneeditor

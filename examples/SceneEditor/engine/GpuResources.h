@@ -1,0 +1,95 @@
+#pragma once
+
+#include <examples/SceneEditor/document/MeshLoader.h>
+
+#include <QtCore/QHash>
+#include <QtGui/QImage>
+#include <QtGui/QOpenGLFunctions_3_3_Core>
+#include <QtGui/QOpenGLShaderProgram>
+
+#include <array>
+#include <memory>
+
+namespace sceneeditor
+{
+using Gl = QOpenGLFunctions_3_3_Core;
+
+//! A mesh on the graphics card. Created, drawn and destroyed with the context current.
+class GpuMesh
+{
+public:
+    //! The functions belong to the context.
+    GpuMesh(Gl* gl, const MeshPointer& mesh);
+    ~GpuMesh();
+
+    void draw(GLenum mode = GL_TRIANGLES) const;
+
+private:
+    Gl* const m_gl;
+    const MeshPointer m_source; // kept, so that no other mesh can come to lie at its address
+    GLuint m_vertexArray = 0;
+    GLuint m_vertices = 0;
+    GLuint m_indices = 0;
+
+    Q_DISABLE_COPY(GpuMesh)
+};
+
+//! The surroundings on the graphics card: a texture with smaller copies, and the light on surfaces. As for meshes, the
+//! context is current.
+class GpuEnvironment
+{
+public:
+    GpuEnvironment(Gl* gl, const QImage& picture);
+    ~GpuEnvironment();
+
+    GLuint texture() const { return m_texture; }
+    //! Sets what environment.glsl asks for, with the texture in this unit. The program is bound.
+    void setUniforms(QOpenGLShaderProgram& program, int unit) const;
+
+private:
+    Gl* const m_gl;
+    GLuint m_texture = 0;
+    float m_width = 1.0f;
+    std::array<QVector3D, 9> m_irradiance;
+
+    Q_DISABLE_COPY(GpuEnvironment)
+};
+
+//! What all views of one OpenGL context share: programs, meshes and surroundings, each of them there once, for as long
+//! as a view holds it. All functions, with constructor and destructor, are called with the context current.
+class GpuResources
+{
+public:
+    //! Null with the reason if the driver cannot.
+    static std::unique_ptr<GpuResources> create(QString* error);
+    ~GpuResources();
+
+    Gl* gl() const { return m_gl; }
+    QOpenGLShaderProgram object;
+    QOpenGLShaderProgram depth;
+    QOpenGLShaderProgram background;
+    QOpenGLShaderProgram selection;
+
+    std::shared_ptr<const GpuMesh> mesh(const MeshPointer& mesh);
+    //! Equal pictures are one; a null picture is even grey light.
+    std::shared_ptr<const GpuEnvironment> environment(const QImage& picture);
+    //! The box of lines of objects without a mesh: pairs of points.
+    const GpuMesh& lineBox() const { return *m_lineBox; }
+    //! An arrow of length 1 along X.
+    const GpuMesh& arrow() const { return *m_arrow; }
+    //! Draws one triangle over the whole view, with view.vert.
+    void drawView() const;
+
+private:
+    GpuResources() = default;
+
+    Gl* m_gl = nullptr; // belongs to the context
+    QHash<const MeshData*, std::weak_ptr<const GpuMesh>> m_meshes;
+    QHash<qint64, std::weak_ptr<const GpuEnvironment>> m_environments; // by the key of the picture
+    std::unique_ptr<GpuMesh> m_lineBox;
+    std::unique_ptr<GpuMesh> m_arrow;
+    GLuint m_emptyArray = 0;
+
+    Q_DISABLE_COPY(GpuResources)
+};
+} // namespace sceneeditor

@@ -1,0 +1,52 @@
+#include <examples/SceneEditor/engine/LightMath.h>
+
+#include <examples/SceneEditor/engine/CameraMath.h>
+#include <examples/SceneEditor/engine/EnvironmentLight.h>
+
+#include <QtCore/QtMath>
+#include <QtGui/QOpenGLShaderProgram>
+
+#include <cmath>
+
+namespace sceneeditor
+{
+namespace
+{
+constexpr double WidestShadow = 140.0; // degrees that a shadow map can cover
+} // namespace
+
+void setLight(QOpenGLShaderProgram& program, const Light& light)
+{
+    const QVector3D towards = direction(light.azimuth, light.elevation);
+    program.setUniformValue("u_light", light.kind == LightKind::Directional
+                                           ? QVector4D(towards, 0.0f)
+                                           : QVector4D(towards * float(light.distance), 1.0f));
+    program.setUniformValue("u_lightDistance", float(light.distance));
+    program.setUniformValue("u_lightColour", linear(light.colour) * float(light.intensity));
+}
+
+QMatrix4x4 shadowMatrix(const Light& light, const Box& casters)
+{
+    const QVector3D centre = casters.centre();
+    const float radius = qMax((casters.maximum - casters.minimum).length() / 2.0f, 1e-3f);
+    const QVector3D towards = direction(light.azimuth, light.elevation);
+    const QVector3D up = qAbs(towards.y()) > 0.99f ? QVector3D(1, 0, 0) : QVector3D(0, 1, 0);
+    QMatrix4x4 matrix;
+    if (light.kind == LightKind::Directional)
+    {
+        const float reach = radius * 1.02f;
+        matrix.ortho(-reach, reach, -reach, reach, 0.0f, 2.0f * reach);
+        matrix.lookAt(centre + towards * reach, centre, up);
+        return matrix;
+    }
+    // One map covers a cone, so a light among the objects throws shadows only around the middle of the scene.
+    const QVector3D position = towards * float(light.distance);
+    const float distance = qMax((centre - position).length(), 1e-3f);
+    const double half =
+        distance > radius * 1.05f ? std::asin(double(radius / distance)) : qDegreesToRadians(WidestShadow / 2.0);
+    const double opening = qMin(2.0 * qRadiansToDegrees(half) + 2.0, WidestShadow);
+    matrix.perspective(float(opening), 1.0f, qMax(distance - radius, radius * 0.02f), distance + radius);
+    matrix.lookAt(position, centre, up);
+    return matrix;
+}
+} // namespace sceneeditor

@@ -1,0 +1,49 @@
+uniform vec4 u_light; // w 0: direction towards it, 1: position
+uniform vec3 u_lightColour;
+uniform float u_lightDistance; // metres, at which a light with a position is as bright as one without
+uniform sampler2DShadow u_shadowMap;
+uniform mat4 u_shadowMatrix;
+uniform float u_shadowTexel; // 0 switches shadows off
+uniform float u_shadowSoftness; // texels
+
+// 1 in full light. Twelve taps on a disc, turned for each pixel; four decide whether the others are needed.
+float lightAt(vec3 position)
+{
+    if (u_shadowTexel <= 0.0)
+        return 1.0;
+    vec4 p = u_shadowMatrix * vec4(position, 1.0);
+    if (p.w <= 0.0)
+        return 1.0;
+    vec3 q = p.xyz / p.w;
+    q.z = min(q.z, 1.0);
+    if (any(lessThan(q.xy, vec2(-0.05))) || any(greaterThan(q.xy, vec2(1.05))))
+        return 1.0;
+    float angle = 6.2831853 * fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715))));
+    vec2 axis = vec2(cos(angle), sin(angle)) * u_shadowTexel * u_shadowSoftness;
+    vec2 side = vec2(-axis.y, axis.x);
+    float sum = texture(u_shadowMap, vec3(q.xy + axis, q.z)) + texture(u_shadowMap, vec3(q.xy - axis, q.z))
+        + texture(u_shadowMap, vec3(q.xy + side, q.z)) + texture(u_shadowMap, vec3(q.xy - side, q.z));
+    if (sum < 0.001 || sum > 3.999)
+        return sum / 4.0;
+    axis = 0.5 * (axis + side);
+    side = vec2(-axis.y, axis.x);
+    sum += texture(u_shadowMap, vec3(q.xy + axis, q.z)) + texture(u_shadowMap, vec3(q.xy - axis, q.z))
+        + texture(u_shadowMap, vec3(q.xy + side, q.z)) + texture(u_shadowMap, vec3(q.xy - side, q.z));
+    axis = 0.4 * (axis + side);
+    side = vec2(-axis.y, axis.x);
+    sum += texture(u_shadowMap, vec3(q.xy + axis, q.z)) + texture(u_shadowMap, vec3(q.xy - axis, q.z))
+        + texture(u_shadowMap, vec3(q.xy + side, q.z)) + texture(u_shadowMap, vec3(q.xy - side, q.z));
+    return sum / 12.0;
+}
+
+vec3 towardsLight(vec3 position)
+{
+    return u_light.xyz - position * u_light.w;
+}
+
+// Brightness at the position, without shadows.
+float reachAt(vec3 position)
+{
+    vec3 way = towardsLight(position);
+    return u_light.w > 0.5 ? u_lightDistance * u_lightDistance / max(dot(way, way), 1e-4) : 1.0;
+}
