@@ -284,6 +284,16 @@ private Q_SLOTS:
         QVERIFY(lamps.equals(before));
     }
 
+    // A file that cannot be read, for example.
+    void whatTheHostRefusesIsNotShown()
+    {
+        Lamps lamps(1);
+        connect(&lamps.inspector, &Inspector::edited, this, [&lamps] { lamps.lamps[0].name = QString("Lamp 0"); });
+        lamps.type_(lamps.field("name"), "Refused");
+        QCOMPARE(lamps.field("name")->text(), QString("Lamp 0"));
+        QCOMPARE(lamps.stack.count(), 0);
+    }
+
     void untouchedFieldsChangeNothing()
     {
         Lamps lamps;

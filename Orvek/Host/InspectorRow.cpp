@@ -282,8 +282,13 @@ void InspectorRow::take()
     }
     else
         show(value, mixed);
-    if (isChanged)
-        m_edited(selection->roots(), m_path);
+    if (!isChanged)
+        return;
+    m_edited(selection->roots(), m_path);
+    // A slot that does not want the value has stored another one: shown at once, although the field has the focus.
+    const QVariant kept = selection->first(m_property);
+    if (m_editor && m_selection == selection && !identical(kept, m_value))
+        show(kept, selection->differences(m_property));
 }
 
 void InspectorRow::show()
