@@ -1,0 +1,200 @@
+#include <examples/OgreView/OgreEngine.h>
+
+#include <Ogre.h>
+#include <OgreRTShaderSystem.h>
+
+namespace
+{
+const Ogre::String material = "Knot";
+const Ogre::String resources = Ogre::RGN_INTERNAL; // the group of what is made in code
+
+Ogre::Vector3 converted(const QVector3D& vector)
+{
+    return {vector.x(), vector.y(), vector.z()};
+}
+
+Ogre::ColourValue colour(const QVector3D& vector)
+{
+    return Ogre::ColourValue(vector.x(), vector.y(), vector.z());
+}
+
+// What each window of OGRE is asked for.
+Ogre::NameValuePairList windowOptions()
+{
+    return {{"vsync", "false"}}; // several views would wait one after another
+}
+} // namespace
+
+OgreEngine::OgreEngine() = default;
+
+OgreEngine::~OgreEngine()
+{
+    while (!m_views.empty())
+        RemoveWindow(m_views.begin()->first);
+    if (m_root)
+        Ogre::RTShader::ShaderGenerator::destroy();
+}
+
+// Also comes for a known window, with another renderer or with null.
+void OgreEngine::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int)
+{
+    const auto [view, added] = m_views.try_emplace(window);
+    view->second.scene = static_cast<const OrbitView*>(renderer); // this engine knows no other renderers
+    if (added)
+        view->second.id = m_nextId++;
+}
+
+// May come twice. Afterwards the window can go at any time.
+void OgreEngine::RemoveWindow(HWND window)
+{
+    const auto found = m_views.find(window);
+    if (found == m_views.end())
+        return;
+    const View& view = found->second;
+    // Each before what it refers to.
+    if (view.window)
+    {
+        view.window->removeAllViewports();
+        m_root->destroyRenderTarget(view.window);
+    }
+    if (view.camera)
+        m_scene->destroyCamera(view.camera);
+    if (view.node)
+        m_scene->destroySceneNode(view.node);
+    m_views.erase(found);
+}
+
+// Render() compares the size with each frame, as this call does not come to a manager that is set later.
+void OgreEngine::ResizeSurface(HWND) {}
+
+void OgreEngine::Render(HWND window)
+{
+    const auto found = m_views.find(window);
+    if (found == m_views.end() || !found->second.scene || !m_error.isEmpty())
+        return;
+    try
+    {
+        if (!m_scene)
+            start();
+        if (!found->second.window)
+            makeView(window, found->second);
+        draw(window, found->second);
+    }
+    catch (const std::exception& exception) // those of OGRE too; none may reach Qt
+    {
+        m_error = QString::fromUtf8(exception.what());
+    }
+}
+
+int OgreEngine::GetWindowViewId(HWND window)
+{
+    const auto found = m_views.find(window);
+    return found == m_views.end() ? -1 : found->second.id;
+}
+
+void OgreEngine::start()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        throw std::runtime_error("OGRE cannot draw to windows other than those of X11");
+    m_log = std::make_unique<Ogre::LogManager>();
+    m_log->createLog("", true, false, true);           // no file, no output
+    m_root = std::make_unique<Ogre::Root>("", "", ""); // no configuration files
+    m_root->loadPlugin(OGRE_PLUGINS "/RenderSystem_GL3Plus");
+    m_root->setRenderSystem(m_root->getAvailableRenderers().front());
+    m_root->initialise(false);
+    // The first window owns the context that all others share, so it must not be one that the user can close.
+    Ogre::NameValuePairList options = windowOptions();
+    options["hidden"] = "true";
+    m_root->createRenderWindow("Context", 1, 1, false, &options);
+    m_device = QString::fromStdString(m_root->getRenderSystem()->getCapabilities()->getDeviceName());
+    makeScene();
+}
+
+void OgreEngine::makeScene()
+{
+    // OpenGL 3.3 draws nothing without shaders, and this writes them for materials that have none.
+    Ogre::ResourceGroupManager& groups = Ogre::ResourceGroupManager::getSingleton();
+    groups.addResourceLocation(OGRE_MEDIA "/RTShaderLib/GLSL", "FileSystem", resources);
+    groups.addResourceLocation(OGRE_MEDIA "/ShadowVolume", "FileSystem", resources); // a header of the others
+    groups.initialiseAllResourceGroups();
+    if (!Ogre::RTShader::ShaderGenerator::initialize())
+        throw std::runtime_error("OGRE cannot make shaders");
+    m_scene = m_root->createSceneManager();
+    auto& shaders = Ogre::RTShader::ShaderGenerator::getSingleton();
+    shaders.addSceneManager(m_scene);
+    const Ogre::String& scheme = Ogre::RTShader::ShaderGenerator::DEFAULT_SCHEME_NAME;
+    shaders.getRenderState(scheme)->addTemplateSubRenderState(
+        shaders.createSubRenderState(Ogre::RTShader::PerPixelLighting::Type));
+
+    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().create(material, resources);
+    knot->setSpecular(0.4f, 0.4f, 0.4f, 1.0f);
+    knot->setShininess(40.0f);
+    shaders.createShaderBasedTechnique(*knot, Ogre::MaterialManager::DEFAULT_SCHEME_NAME, scheme);
+    shaders.validateMaterial(scheme, material, resources);
+
+    const Mesh mesh = makeKnot();
+    Ogre::ManualObject* object = m_scene->createManualObject();
+    object->estimateVertexCount(mesh.vertices.size());
+    object->estimateIndexCount(mesh.indices.size());
+    object->begin(knot, Ogre::RenderOperation::OT_TRIANGLE_LIST);
+    for (const Mesh::Vertex& vertex : mesh.vertices)
+    {
+        object->position(converted(vertex.position));
+        object->normal(converted(vertex.normal));
+    }
+    for (const quint32 index : mesh.indices)
+        object->index(index);
+    object->end();
+    Ogre::SceneNode* root = m_scene->getRootSceneNode();
+    root->attachObject(object);
+
+    m_scene->setAmbientLight(Ogre::ColourValue(0.35f, 0.35f, 0.35f));
+    Ogre::Light* light = m_scene->createLight();
+    light->setType(Ogre::Light::LT_DIRECTIONAL);
+    light->setDiffuseColour(0.65f, 0.65f, 0.65f);
+    light->setSpecularColour(1.0f, 1.0f, 1.0f);
+    Ogre::SceneNode* lamp = root->createChildSceneNode();
+    lamp->setDirection(-converted(lightDirection()), Ogre::Node::TS_WORLD);
+    lamp->attachObject(light);
+}
+
+void OgreEngine::makeView(HWND window, View& view)
+{
+    // As a child of the widget's window: on that itself, which Qt has made without a depth buffer, OGRE would have
+    // none.
+    Ogre::NameValuePairList options = windowOptions();
+    options["parentWindowHandle"] = std::to_string(window);
+    view.window = m_root->createRenderWindow("View " + std::to_string(view.id), 1, 1, false, &options);
+    view.window->setAutoUpdated(false); // a frame comes in Render() and not whenever another view has one
+    view.node = m_scene->getRootSceneNode()->createChildSceneNode();
+    view.camera = m_scene->createCamera(view.window->getName());
+    view.camera->setFOVy(Ogre::Degree(OrbitView::fieldOfView));
+    view.camera->setNearClipDistance(OrbitView::nearest);
+    view.camera->setFarClipDistance(OrbitView::farthest);
+    view.node->attachObject(view.camera);
+    Ogre::Viewport* viewport = view.window->addViewport(view.camera);
+    viewport->setBackgroundColour(Ogre::ColourValue(background[0], background[1], background[2]));
+    viewport->setMaterialScheme(Ogre::RTShader::ShaderGenerator::DEFAULT_SCHEME_NAME);
+}
+
+void OgreEngine::draw(HWND window, View& view)
+{
+    // In device pixels.
+    const QWidget* widget = QWidget::find(WId(window));
+    const QSize size = widget->size() * widget->devicePixelRatioF();
+    if (size.isEmpty())
+        return;
+    if (size != QSize(int(view.window->getWidth()), int(view.window->getHeight())))
+    {
+        view.window->resize(unsigned(size.width()), unsigned(size.height()));
+        view.window->windowMovedOrResized();
+        view.camera->setAspectRatio(float(size.width()) / float(size.height()));
+    }
+    view.node->setPosition(converted(view.scene->eye()));
+    view.node->lookAt(Ogre::Vector3::ZERO, Ogre::Node::TS_WORLD);
+    // Views take turns, so one material serves all of them.
+    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().getByName(material, resources);
+    knot->setAmbient(colour(view.scene->colour()));
+    knot->setDiffuse(colour(view.scene->colour()));
+    view.window->update(true);
+}
