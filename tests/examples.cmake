@@ -37,3 +37,40 @@ if(TARGET Qt5::lupdate)
         -P ${PROJECT_SOURCE_DIR}/cmake/UpdateTranslations.cmake)
     set_tests_properties(translations_complete PROPERTIES TIMEOUT 120)
 endif()
+
+# The examples of engines, on an X server of their own; the validation layer of Vulkan, where it is installed, writes its
+# messages to the standard output. The scene editor draws what their pictures are compared with.
+find_file(ORVEK_VULKAN_VALIDATION VkLayer_khronos_validation.json PATH_SUFFIXES vulkan/explicit_layer.d
+    PATHS /usr/share /usr/local/share)
+mark_as_advanced(ORVEK_VULKAN_VALIDATION)
+function(orvek_add_engine_test ENGINE)
+    string(TOLOWER tst_${ENGINE}view NAME)
+    if(NOT TARGET ${ENGINE}Engine OR NOT ORVEK_XVFB_RUN)
+        add_test(NAME ${NAME} COMMAND ${CMAKE_COMMAND} -E echo "${ENGINE}View is left out: its packages are missing here")
+        set_tests_properties(${NAME} PROPERTIES SKIP_REGULAR_EXPRESSION "left out")
+        return()
+    endif()
+    string(TOUPPER ${ENGINE} upper)
+    add_executable(${NAME} tst_engineview.cpp testsupport.h)
+    target_compile_definitions(${NAME} PRIVATE ENGINE=${ENGINE}Engine ENGINE_OF_${upper}
+        ENGINE_HEADER=<examples/${ENGINE}View/${ENGINE}Engine.h>)
+    target_link_libraries(${NAME} PRIVATE OrvekCompiler ${ENGINE}Engine SceneCore Qt5::Test)
+    set(display ${ORVEK_XVFB_RUN} -a -s "-screen 0 1280x1024x24")
+    add_test(NAME ${NAME} COMMAND ${display} $<TARGET_FILE:${NAME}> -o ${NAME}.txt,txt -o -,txt)
+    # As the scale of many a screen. It is not for the whole test: the picture of the screen is its own there.
+    add_test(NAME ${NAME}_scaled COMMAND ${display} $<TARGET_FILE:${NAME}> bothViewsShowTheKnot
+        mouseAndWheelMoveOneCamera -o ${NAME}_scaled.txt,txt -o -,txt)
+    add_test(NAME example_${ENGINE}View COMMAND ${display} $<TARGET_FILE:${ENGINE}View>
+        --screenshot ${CMAKE_CURRENT_BINARY_DIR}/${ENGINE}View.png)
+    set(environment "QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8;${ORVEK_SANITIZER_OPTIONS}")
+    if(ORVEK_VULKAN_VALIDATION)
+        list(APPEND environment VK_INSTANCE_LAYERS=VK_LAYER_KHRONOS_validation
+            VK_LAYER_ENABLES=VK_VALIDATION_FEATURE_ENABLE_SYNCHRONIZATION_VALIDATION_EXT
+            VK_KHRONOS_VALIDATION_REPORT_FLAGS=error,warn)
+    endif()
+    set_tests_properties(${NAME} ${NAME}_scaled example_${ENGINE}View PROPERTIES TIMEOUT 300
+        ENVIRONMENT "${environment}" FAIL_REGULAR_EXPRESSION "VUID-;SYNC-;UNASSIGNED-")
+    set_property(TEST ${NAME}_scaled APPEND PROPERTY ENVIRONMENT QT_SCALE_FACTOR=1.5)
+endfunction()
+orvek_add_engine_test(Vulkan)
+orvek_add_engine_test(Ogre)

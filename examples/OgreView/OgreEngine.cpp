@@ -3,6 +3,10 @@
 #include <Ogre.h>
 #include <OgreRTShaderSystem.h>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+
 namespace
 {
 const Ogre::String material = "Knot";
@@ -33,6 +37,9 @@ OgreEngine::~OgreEngine()
         RemoveWindow(m_views.begin()->first);
     if (m_root)
         Ogre::RTShader::ShaderGenerator::destroy();
+    m_exposures.reset();
+    if (m_connection)
+        xcb_disconnect(m_connection);
 }
 
 // Also comes for a known window, with another renderer or with null.
@@ -96,6 +103,11 @@ void OgreEngine::start()
 {
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         throw std::runtime_error("OGRE cannot draw to windows other than those of X11");
+    m_connection = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(m_connection))
+        throw std::runtime_error("OGRE cannot reach the X server");
+    m_exposures = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
+    QObject::connect(m_exposures.get(), &QSocketNotifier::activated, m_exposures.get(), [this] { updateExposed(); });
     m_log = std::make_unique<Ogre::LogManager>();
     m_log->createLog("", true, false, true);           // no file, no output
     m_root = std::make_unique<Ogre::Root>("", "", ""); // no configuration files
@@ -105,7 +117,7 @@ void OgreEngine::start()
     // The first window owns the context that all others share, so it must not be one that the user can close.
     Ogre::NameValuePairList options = windowOptions();
     options["hidden"] = "true";
-    m_root->createRenderWindow("Context", 1, 1, false, &options);
+    m_context = m_root->createRenderWindow("Context", 1, 1, false, &options);
     m_device = QString::fromStdString(m_root->getRenderSystem()->getCapabilities()->getDeviceName());
     makeScene();
 }
@@ -165,16 +177,39 @@ void OgreEngine::makeView(HWND window, View& view)
     Ogre::NameValuePairList options = windowOptions();
     options["parentWindowHandle"] = std::to_string(window);
     view.window = m_root->createRenderWindow("View " + std::to_string(view.id), 1, 1, false, &options);
+    view.window->getCustomAttribute("WINDOW", &view.child);
+    const uint32_t events = XCB_EVENT_MASK_EXPOSURE;
+    xcb_change_window_attributes(m_connection, xcb_window_t(view.child), XCB_CW_EVENT_MASK, &events);
+    xcb_flush(m_connection);
     view.window->setAutoUpdated(false); // a frame comes in Render() and not whenever another view has one
     view.node = m_scene->getRootSceneNode()->createChildSceneNode();
+    view.node->setFixedYawAxis(true); // else lookAt() rolls the camera
     view.camera = m_scene->createCamera(view.window->getName());
     view.camera->setFOVy(Ogre::Degree(OrbitView::fieldOfView));
     view.camera->setNearClipDistance(OrbitView::nearest);
-    view.camera->setFarClipDistance(OrbitView::farthest);
+    // Each view has another matrix, if only by this. A value that a shader has already is left out by OGRE, even if it
+    // was written in the context of another view; this one would go on with its old value.
+    view.camera->setFarClipDistance(OrbitView::farthest + 0.1f * float(view.id));
     view.node->attachObject(view.camera);
     Ogre::Viewport* viewport = view.window->addViewport(view.camera);
     viewport->setBackgroundColour(Ogre::ColourValue(background[0], background[1], background[2]));
     viewport->setMaterialScheme(Ogre::RTShader::ShaderGenerator::DEFAULT_SCHEME_NAME);
+}
+
+// What was covered or hidden is empty afterwards. The X server tells that of OGRE's window alone, as it covers the
+// widget's, so Qt does not know that a frame is needed.
+void OgreEngine::updateExposed()
+{
+    while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection))
+    {
+        for (const auto& [window, view] : m_views)
+        {
+            if ((event->response_type & 0x7f) == XCB_EXPOSE &&
+                reinterpret_cast<const xcb_expose_event_t*>(event)->window == view.child)
+                QWidget::find(WId(window))->update();
+        }
+        std::free(event);
+    }
 }
 
 void OgreEngine::draw(HWND window, View& view)
@@ -196,5 +231,9 @@ void OgreEngine::draw(HWND window, View& view)
     const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().getByName(material, resources);
     knot->setAmbient(colour(view.scene->colour()));
     knot->setDiffuse(colour(view.scene->colour()));
+    // OGRE makes a context current only when it changes to another one of its own. Qt may have made one of its own
+    // current since the last frame, for a QOpenGLWidget of the host. So change, there and back.
+    m_root->getRenderSystem()->_setRenderTarget(m_context);
+    m_root->getRenderSystem()->_setRenderTarget(view.window);
     view.window->update(true);
 }

@@ -2,8 +2,12 @@
 
 #include <examples/EngineWindow.h>
 
+#include <QtCore/QSocketNotifier>
+
 #include <map>
 #include <memory>
+
+struct xcb_connection_t;
 
 namespace Ogre
 {
@@ -37,6 +41,7 @@ private:
         int id = 0;
         // Null before the first frame; owned by OGRE.
         Ogre::RenderWindow* window = nullptr;
+        unsigned long child = 0;         // its handle
         Ogre::SceneNode* node = nullptr; // carries the camera
         Ogre::Camera* camera = nullptr;
     };
@@ -44,11 +49,15 @@ private:
     void start();
     void makeScene();
     void makeView(HWND window, View& view);
+    void updateExposed();
     void draw(HWND window, View& view);
 
     std::unique_ptr<Ogre::LogManager> m_log; // before and after the root, which would write into a file otherwise
     std::unique_ptr<Ogre::Root> m_root;
-    Ogre::SceneManager* m_scene = nullptr; // owned by the root
+    Ogre::RenderWindow* m_context = nullptr; // hidden; owned by the root, as is the scene
+    Ogre::SceneManager* m_scene = nullptr;
+    xcb_connection_t* m_connection = nullptr; // for the exposures
+    std::unique_ptr<QSocketNotifier> m_exposures;
     std::map<HWND, View> m_views;
     int m_nextId = 0;
 };
