@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 // What the examples of engines share: the object, the camera that orbits it, and a window with two views. So each of
@@ -194,6 +195,8 @@ public:
             widget->setMinimumSize(120, 90);
             widget->SetPlatformRendererInterface(scene.get());
         }
+        Q_DISABLE_COPY(View)
+
         std::unique_ptr<OrbitView> scene;
         QDockWidget* dock; // a child of the window, and so on inwards
         QRenderWidget* widget;

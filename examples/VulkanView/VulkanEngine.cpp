@@ -405,7 +405,7 @@ void VulkanEngine::makeSwapChain(View& view)
     VkSurfaceCapabilitiesKHR now;
     check(vkGetPhysicalDeviceSurfaceCapabilitiesKHR(m_gpu, view.surface, &now), "ask for the size of the window");
     view.size = now.currentExtent; // in device pixels; on X11 it is always that of the window
-    const VkSwapchainKHR old = std::exchange(view.swapChain, VkSwapchainKHR(VK_NULL_HANDLE));
+    VkSwapchainKHR old = std::exchange(view.swapChain, VkSwapchainKHR(VK_NULL_HANDLE));
     VkResult result = VK_SUCCESS;
     if (view.size.width > 0 && view.size.height > 0)
     {
