@@ -55,9 +55,9 @@ function(orvek_add_engine_test ENGINE)
     target_compile_definitions(${NAME} PRIVATE ENGINE=${ENGINE}Engine ENGINE_OF_${upper}
         ENGINE_HEADER=<examples/${ENGINE}View/${ENGINE}Engine.h>)
     target_link_libraries(${NAME} PRIVATE OrvekCompiler ${ENGINE}Engine SceneCore Qt5::Test)
-    set(display ${ORVEK_XVFB_RUN} -a -s "-screen 0 1280x1024x24")
+    set(display ${ORVEK_XVFB_RUN} -a -s "-screen 0 1600x1200x24")
     add_test(NAME ${NAME} COMMAND ${display} $<TARGET_FILE:${NAME}> -o ${NAME}.txt,txt -o -,txt)
-    # As the scale of many a screen. It is not for the whole test: the picture of the screen is its own there.
+    # Once more where a pixel of the widget is one and a half of the device: pictures and positions of the mouse.
     add_test(NAME ${NAME}_scaled COMMAND ${display} $<TARGET_FILE:${NAME}> bothViewsShowTheKnot
         mouseAndWheelMoveOneCamera -o ${NAME}_scaled.txt,txt -o -,txt)
     add_test(NAME example_${ENGINE}View COMMAND ${display} $<TARGET_FILE:${ENGINE}View>
