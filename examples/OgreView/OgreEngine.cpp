@@ -9,8 +9,7 @@
 
 namespace
 {
-const Ogre::String material = "Knot";
-const Ogre::String resources = Ogre::RGN_INTERNAL; // the group of what is made in code
+constexpr auto material = "Knot";
 
 Ogre::Vector3 converted(const QVector3D& vector)
 {
@@ -126,8 +125,8 @@ void OgreEngine::makeScene()
 {
     // OpenGL 3.3 draws nothing without shaders, and this writes them for materials that have none.
     Ogre::ResourceGroupManager& groups = Ogre::ResourceGroupManager::getSingleton();
-    groups.addResourceLocation(OGRE_MEDIA "/RTShaderLib/GLSL", "FileSystem", resources);
-    groups.addResourceLocation(OGRE_MEDIA "/ShadowVolume", "FileSystem", resources); // a header of the others
+    groups.addResourceLocation(OGRE_MEDIA "/RTShaderLib/GLSL", "FileSystem", Ogre::RGN_INTERNAL);
+    groups.addResourceLocation(OGRE_MEDIA "/ShadowVolume", "FileSystem", Ogre::RGN_INTERNAL); // a header of the others
     groups.initialiseAllResourceGroups();
     if (!Ogre::RTShader::ShaderGenerator::initialize())
         throw std::runtime_error("OGRE cannot make shaders");
@@ -138,11 +137,11 @@ void OgreEngine::makeScene()
     shaders.getRenderState(scheme)->addTemplateSubRenderState(
         shaders.createSubRenderState(Ogre::RTShader::PerPixelLighting::Type));
 
-    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().create(material, resources);
+    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().create(material, Ogre::RGN_INTERNAL);
     knot->setSpecular(0.4f, 0.4f, 0.4f, 1.0f);
     knot->setShininess(40.0f);
     shaders.createShaderBasedTechnique(*knot, Ogre::MaterialManager::DEFAULT_SCHEME_NAME, scheme);
-    shaders.validateMaterial(scheme, material, resources);
+    shaders.validateMaterial(scheme, material, Ogre::RGN_INTERNAL);
 
     const Mesh mesh = makeKnot();
     Ogre::ManualObject* object = m_scene->createManualObject();
@@ -228,7 +227,7 @@ void OgreEngine::draw(HWND window, View& view)
     view.node->setPosition(converted(view.scene->eye()));
     view.node->lookAt(Ogre::Vector3::ZERO, Ogre::Node::TS_WORLD);
     // Views take turns, so one material serves all of them.
-    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().getByName(material, resources);
+    const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().getByName(material, Ogre::RGN_INTERNAL);
     knot->setAmbient(colour(view.scene->colour()));
     knot->setDiffuse(colour(view.scene->colour()));
     // OGRE makes a context current only when it changes to another one of its own. Qt may have made one of its own
