@@ -258,13 +258,13 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     for (size_t i = states.size() - 1; i-- > 0;)
     {
         trigger("actionUndo");
-        QVERIFY(scene() == states[i]);
+        QVERIFY(scene().objects == states[i].objects); // importing frames the new one
         QCOMPARE(list->count(), int(states[i].objects.size()));
     }
     for (size_t i = 1; i < states.size(); ++i)
     {
         trigger("actionRedo");
-        QVERIFY(scene() == states[i]);
+        QVERIFY(scene().objects == states[i].objects); // importing frames the new one
     }
 
     // Down to nothing, which disables what needs an object.
