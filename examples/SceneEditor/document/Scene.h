@@ -44,7 +44,8 @@ struct Camera
 enum class LightKind
 {
     Directional,
-    Point
+    Point,
+    Spot
 };
 
 //! The one light of the scene. Azimuth and elevation say where it stands, seen from the origin.
@@ -53,7 +54,9 @@ struct Light
     LightKind kind = LightKind::Directional;
     double azimuth = -40.0;
     double elevation = 48.0;
-    double distance = 8.0; //!< of a point light; at this distance both kinds are equally bright
+    double distance = 8.0;     //!< not of a directional light; at this distance all kinds are equally bright
+    double coneAngle = 45.0;   //!< of a spot light, which shines at the origin; degrees from edge to edge
+    double coneSoftness = 0.3; //!< part of the cone that fades towards the edge, 0 to 1
     QColor colour{255, 244, 229};
     double intensity = 3.0;
     double ambient = 1.0;

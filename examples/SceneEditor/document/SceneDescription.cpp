@@ -70,8 +70,10 @@ Type describeLight()
     d.choice("kind", &Light::kind)
         .entry(QStringLiteral("directional"), Text::tr("Directional"), LightKind::Directional)
         .entry(QStringLiteral("point"), Text::tr("Point"), LightKind::Point)
+        .entry(QStringLiteral("spot"), Text::tr("Spot"), LightKind::Spot)
         .title(Text::tr("Kind"))
-        .toolTip(Text::tr("A directional light shines from far away, a point light from its place"));
+        .toolTip(Text::tr("A directional light shines from far away, a point light from its place, a spot light from "
+                          "its place towards the origin"));
     d.colour("colour", &Light::colour).title(Text::tr("Colour")).toolTip(Text::tr("Red, green and blue from 0 to 1"));
     d.number("intensity", &Light::intensity)
         .title(Text::tr("Intensity"))
@@ -97,7 +99,20 @@ Type describeLight()
         .range(0.1, 1000.0)
         .logarithmic()
         .enabledWhen([](const Light& light) { return light.kind != LightKind::Directional; })
-        .toolTip(Text::tr("From the origin to a point light"));
+        .toolTip(Text::tr("From the origin to the light"));
+    const auto isSpot = [](const Light& light) { return light.kind == LightKind::Spot; };
+    d.number("coneAngle", &Light::coneAngle)
+        .title(Text::tr("Cone"))
+        .units(Degrees)
+        .range(1.0, 120.0)
+        .step(1.0)
+        .enabledWhen(isSpot)
+        .toolTip(Text::tr("Opening of a spot light from edge to edge"));
+    d.number("coneSoftness", &Light::coneSoftness)
+        .title(Text::tr("Cone softness"))
+        .step(0.01)
+        .enabledWhen(isSpot)
+        .toolTip(Text::tr("How much of the cone fades towards its edge: 0 is sharp"));
     d.number("ambient", &Light::ambient)
         .title(Text::tr("Ambient"))
         .units(Factor)

@@ -21,6 +21,12 @@ void setLight(QOpenGLShaderProgram& program, const Light& light)
     program.setUniformValue("u_light", light.kind == LightKind::Directional
                                            ? QVector4D(towards, 0.0f)
                                            : QVector4D(towards * float(light.distance), 1.0f));
+    const double cone = light.coneAngle / 2.0;
+    program.setUniformValue("u_isSpot", light.kind == LightKind::Spot);
+    // A sharp edge is still one that fades, within a tenth of a degree.
+    program.setUniformValue("u_cone",
+                            QVector2D(float(std::cos(qDegreesToRadians(cone))),
+                                      float(std::cos(qDegreesToRadians(cone * (1.0 - light.coneSoftness) - 0.1)))));
     program.setUniformValue("u_lightDistance", float(light.distance));
     program.setUniformValue("u_lightColour", linear(light.colour) * float(light.intensity));
 }
@@ -41,12 +47,21 @@ QMatrix4x4 shadowMatrix(const Light& light, const Box& casters)
     }
     // One map covers a cone, so a light among the objects throws shadows only around the middle of the scene.
     const QVector3D position = towards * float(light.distance);
-    const float distance = qMax((centre - position).length(), 1e-3f);
+    const float away = qMax((centre - position).length(), 1e-3f);
     const double half =
-        distance > radius * 1.05f ? std::asin(double(radius / distance)) : qDegreesToRadians(WidestShadow / 2.0);
-    const double opening = qMin(2.0 * qRadiansToDegrees(half) + 2.0, WidestShadow);
-    matrix.perspective(float(opening), 1.0f, qMax(distance - radius, radius * 0.02f), distance + radius);
-    matrix.lookAt(position, centre, up);
+        away > radius * 1.05f ? std::asin(double(radius / away)) : qDegreesToRadians(WidestShadow / 2.0);
+    double opening = qMin(2.0 * qRadiansToDegrees(half) + 2.0, WidestShadow);
+    QVector3D aim = centre;
+    if (light.kind == LightKind::Spot && light.coneAngle + 2.0 < opening)
+    {
+        // Only what is lit can be shaded.
+        opening = light.coneAngle + 2.0;
+        aim = QVector3D();
+    }
+    const float depth = QVector3D::dotProduct(centre - position, (aim - position).normalized());
+    const float nearest = qMax(depth - radius, radius * 0.02f);
+    matrix.perspective(float(opening), 1.0f, nearest, qMax(depth + radius, nearest * 2.0f));
+    matrix.lookAt(position, aim, up);
     return matrix;
 }
 } // namespace sceneeditor

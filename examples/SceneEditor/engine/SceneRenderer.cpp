@@ -337,7 +337,7 @@ void SceneRenderer::drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& 
     program.setUniformValue("u_extent", float(view.gridCellSize) * float(view.gridExtent));
     const bool dark = view.backgroundColour.lightnessF() < 0.5;
     program.setUniformValue("u_lineColour", dark ? QVector3D(1.0f, 1.0f, 1.0f) : QVector3D(0.0f, 0.0f, 0.0f));
-    program.setUniformValue("u_darkness", shaded ? 0.62f : 0.0f);
+    program.setUniformValue("u_darkness", view.shading == ShadingMode::Lit ? 0.62f : 0.0f);
     program.setUniformValue("u_occluderCount", occluders.size());
     if (!occluders.isEmpty())
         program.setUniformValueArray("u_occluders", occluders.constData(), occluders.size());

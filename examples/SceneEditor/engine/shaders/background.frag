@@ -21,7 +21,7 @@ float lines(vec2 place, vec2 size, float width)
     return max(line.x, line.y);
 }
 
-float shadeAt(vec3 position)
+vec3 shadeAt(vec3 position, float horizon)
 {
     float free = 1.0;
     for (int i = 0; i < u_occluderCount; ++i)
@@ -31,7 +31,9 @@ float shadeAt(vec3 position)
         float radius = u_occluders[i].w;
         free *= 1.0 - clamp(radius * radius / squared * abs(d.y) * inversesqrt(squared), 0.0, 1.0) * 0.75;
     }
-    return 1.0 - (1.0 - u_darkness * (1.0 - lightAt(position))) * free;
+    // Far away the pool of a spot light ends in what the floor is without it: it has no horizon.
+    vec3 pool = mix(vec3(1.0), poolAt(position), horizon);
+    return free * (1.0 - u_darkness * (1.0 - lightAt(position) * pool));
 }
 
 void main()
@@ -61,7 +63,7 @@ void main()
         float inside = 1.0 - smoothstep(0.55, 1.0, length(position.xz) / u_extent);
         inside *= smoothstep(0.0, 0.12, abs(way.y));
         if (u_darkness > 0.0 && u_eye.y > 0.0)
-            colour *= 1.0 - shadeAt(position);
+            colour *= shadeAt(position, smoothstep(0.0, 0.3, abs(way.y)));
         if (u_cell > 0.0 && inside > 0.0)
         {
             float line = max(0.17 * lines(position.xz / u_cell, size / u_cell, 0.5),

@@ -1,5 +1,7 @@
 uniform vec4 u_light; // w 0: direction towards it, 1: position
 uniform vec3 u_lightColour;
+uniform bool u_isSpot;
+uniform vec2 u_cone; // cosines of where it ends and where it begins to fade
 uniform float u_lightDistance; // metres, at which a light with a position is as bright as one without
 uniform sampler2DShadow u_shadowMap;
 uniform mat4 u_shadowMatrix;
@@ -44,6 +46,22 @@ vec3 towardsLight(vec3 position)
 // Brightness at the position, without shadows.
 float reachAt(vec3 position)
 {
+    if (u_light.w < 0.5)
+        return 1.0;
     vec3 way = towardsLight(position);
-    return u_light.w > 0.5 ? u_lightDistance * u_lightDistance / max(dot(way, way), 1e-4) : 1.0;
+    float squared = max(dot(way, way), 1e-4);
+    float reach = u_lightDistance * u_lightDistance / squared;
+    // A spot light shines at the origin.
+    return u_isSpot ? reach * smoothstep(u_cone.x, u_cone.y, dot(way, normalize(u_light.xyz)) * inversesqrt(squared))
+                    : reach;
+}
+
+// Brightness of the floor, on the display. Only a spot light makes an end of its light seen; the others show on the
+// floor by their shadows alone.
+vec3 poolAt(vec3 position)
+{
+    if (!u_isSpot)
+        return vec3(1.0);
+    float slope = max(normalize(towardsLight(position)).y, 0.0);
+    return min(1.4 * sqrt(u_lightColour / 3.0 * reachAt(position) * slope), vec3(2.0));
 }
