@@ -16,6 +16,7 @@ SceneView::SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* pa
     // A held arrow key orbits on.
     m_input.setOmitsRepeats(false);
     m_widget->installEventFilter(this);
+    m_controller.setViewportSize(viewport());
     connect(&m_controller, &CameraController::cameraChanged, this, &SceneView::updateCamera);
     connect(&m_controller, &CameraController::overlayChanged, this, &SceneView::updateGizmo);
     connect(&m_controller, &CameraController::frameRequested, this, [this] { frame(m_selection); });
@@ -96,6 +97,8 @@ bool SceneView::eventFilter(QObject*, QEvent* event)
 {
     if (event->type() == QEvent::Resize)
         m_controller.setViewportSize(viewport());
+    else if (event->type() == QEvent::Leave)
+        m_controller.leave();
     return false;
 }
 

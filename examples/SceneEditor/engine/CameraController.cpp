@@ -134,6 +134,12 @@ void CameraController::setGizmo(const std::optional<MoveGizmo>& gizmo)
         setAxis(-1);
 }
 
+void CameraController::leave()
+{
+    if (m_button == 0)
+        setAxis(-1);
+}
+
 QRect CameraController::selectionBox() const
 {
     if (m_drag != Drag::Box || !m_dragged)

@@ -40,6 +40,8 @@ public:
 
     //! What the left button can grab; nothing for none. It can change while it is held.
     void setGizmo(const std::optional<MoveGizmo>& gizmo);
+    //! The pointer is not over the view any more: no arrow is beneath it.
+    void leave();
     //! The arrow that is held, or else the one beneath the pointer; -1 for none.
     int gizmoAxis() const { return m_axis; }
     //! The box that is being drawn, in device pixels; empty for none.

@@ -1,0 +1,284 @@
+#include "testsupport.h"
+
+#include <examples/SceneEditor/engine/CameraMath.h>
+#include <examples/SceneEditor/engine/SurfaceManager.h>
+#include <examples/SceneEditor/SceneView.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
+
+#include <QtGui/QGuiApplication>
+
+using namespace sceneeditor;
+
+namespace
+{
+constexpr QPoint Corner(2, 2); // where there is nothing but background
+
+MeshPointer triangle(const QVector3D& a, const QVector3D& b, const QVector3D& c)
+{
+    auto mesh = std::make_shared<MeshData>();
+    const QVector3D normal = QVector3D::normal(a, b, c);
+    mesh->vertices = {{a, normal}, {b, normal}, {c, normal}};
+    mesh->indices = {0, 1, 2};
+    mesh->minimum = mesh->maximum = a;
+    for (const MeshData::Vertex& vertex : mesh->vertices)
+        for (int i = 0; i < 3; ++i)
+        {
+            mesh->minimum[i] = qMin(mesh->minimum[i], vertex.position[i]);
+            mesh->maximum[i] = qMax(mesh->maximum[i], vertex.position[i]);
+        }
+    return mesh;
+}
+
+Object object(const char* mesh, const QVector3D& position)
+{
+    Object object;
+    object.meshFile = QLatin1String(mesh);
+    object.position = position;
+    return object;
+}
+} // namespace
+
+class tst_SceneEngine : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qRegisterMetaType<Qt::KeyboardModifiers>("Qt::KeyboardModifiers"); }
+    void init();
+    void cleanup();
+    void arrowMovesTheSelectionAlongItsAxis_data();
+    void arrowMovesTheSelectionAlongItsAxis();
+    void escapeEndsAMoveWhereItBegan();
+    void clicksAndBoxesLeaveTheCamera();
+    void boxFindsWhatItTouches();
+    void frameFillsTheView_data();
+    void frameFillsTheView();
+    void spotLightEndsAtItsCone();
+
+private:
+    CameraController& controller() { return m_view->cameraController(); }
+    const Camera& camera() { return controller().camera(); }
+    QPoint place(const QVector3D& point) { return positionOf(point, camera(), m_widget->size()).toPoint(); }
+    void press(const QPoint& at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::mousePress(m_widget.get(), Qt::LeftButton, modifiers, at);
+    }
+    void dragTo(const QPoint& to)
+    {
+        QMouseEvent move(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_widget.get(), &move);
+    }
+    void release(const QPoint& at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::mouseRelease(m_widget.get(), Qt::LeftButton, modifiers, at);
+    }
+
+    SurfaceManager m_manager;
+    std::unique_ptr<QRenderWidget> m_widget;
+    std::unique_ptr<SceneView> m_view;
+    Scene m_scene;
+};
+
+void tst_SceneEngine::init()
+{
+    m_widget = std::make_unique<QRenderWidget>();
+    m_widget->resize(800, 600);
+    m_view = std::make_unique<SceneView>(&m_manager, m_widget.get(), nullptr);
+    m_scene = Scene();
+    m_scene.objects = {object("flat", {0.5f, 0.5f, 0.0f}), object("large", {}), object("flat", {-1.0f, 0.2f, 0.0f})};
+    m_scene.objects[2].visible = false;
+    m_view->setMeshes({{QStringLiteral("flat"), triangle({-0.2f, 0, 0}, {0.2f, 0, 0}, {0, 0.3f, 0})},
+                       {QStringLiteral("large"), triangle({-50, -50, -2}, {50, -50, -2}, {0, 100, -2})}});
+    m_view->setScene(m_scene);
+    m_widget->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
+}
+
+void tst_SceneEngine::cleanup()
+{
+    QVERIFY2(QGuiApplication::platformName() == QLatin1String("offscreen") ||
+                 m_manager.errorText(m_widget->GetHWND()).isEmpty(),
+             qPrintable(m_manager.errorText(m_widget->GetHWND())));
+    m_view.reset();
+    m_widget.reset();
+}
+
+void tst_SceneEngine::arrowMovesTheSelectionAlongItsAxis_data()
+{
+    QTest::addColumn<int>("axis");
+    QTest::addColumn<double>("turntable");
+    QTest::newRow("x") << 0 << 0.0;
+    QTest::newRow("y") << 1 << 0.0;
+    QTest::newRow("z") << 2 << 0.0;
+    QTest::newRow("x, turned") << 0 << 40.0;
+}
+
+void tst_SceneEngine::arrowMovesTheSelectionAlongItsAxis()
+{
+    QFETCH(int, axis);
+    QFETCH(double, turntable);
+    m_view->setTurntableAngle(turntable);
+    m_view->setSelection({0, 7});
+    ShownScene shown;
+    shown.scene = m_scene;
+    shown.scene.camera = camera();
+    shown.turntable = turntable;
+    const QVector3D middle = shown.turntableMatrix().map(QVector3D(0.5f, 0.65f, 0.0f));
+    QVector3D along;
+    along[axis] = 1.0f;
+    const QVector3D inWorld = shown.turntableMatrix().mapVector(along);
+    const auto pointAt = [&](float metres) { return place(middle + inWorld * metres); };
+
+    const Camera before = camera();
+    QSignalSpy started(&controller(), &CameraController::moveStarted);
+    QSignalSpy moved(&controller(), &CameraController::moved);
+    QSignalSpy finished(&controller(), &CameraController::moveFinished);
+    QSignalSpy clicked(&controller(), &CameraController::clicked);
+    press(pointAt(0.4f));
+    dragTo(pointAt(0.9f));
+    dragTo(pointAt(1.4f));
+    QCOMPARE(finished.count(), 0);
+    release(pointAt(1.4f));
+    QCOMPARE(started.count(), 1);
+    QCOMPARE(moved.count(), 2);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(clicked.count(), 0);
+    // The pointer is exact to a pixel, of nearly a centimetre here.
+    const auto delta = moved.last()[0].value<QVector3D>();
+    QVERIFY2((delta - along).length() < 0.04f, qPrintable(QString::number(delta[axis])));
+    QVERIFY(camera() == before);
+
+    // Beside the arrows it orbits, and without a selection they are not there.
+    press(Corner);
+    dragTo(Corner + QPoint(60, 0));
+    release(Corner + QPoint(60, 0));
+    QCOMPARE(started.count(), 1);
+    QVERIFY(camera() != before);
+    controller().setCamera(before);
+    m_view->setSelection({});
+    press(pointAt(0.4f));
+    dragTo(pointAt(1.4f));
+    release(pointAt(1.4f));
+    QCOMPARE(started.count(), 1);
+}
+
+void tst_SceneEngine::escapeEndsAMoveWhereItBegan()
+{
+    m_view->setSelection({0});
+    QSignalSpy moved(&controller(), &CameraController::moved);
+    QSignalSpy finished(&controller(), &CameraController::moveFinished);
+    QSignalSpy changed(&controller(), &CameraController::cameraChanged);
+    press(place({0.9f, 0.65f, 0.0f}));
+    dragTo(place({1.9f, 0.65f, 0.0f}));
+    constexpr unsigned int escape = 0xff1b; // as on X11
+    controller().KeyboardInput(escape, true, 0);
+    QCOMPARE(moved.last()[0].value<QVector3D>(), QVector3D());
+    QCOMPARE(finished.count(), 1);
+    dragTo(place({1.4f, 0.65f, 0.0f}));
+    release(place({1.4f, 0.65f, 0.0f}));
+    QCOMPARE(moved.count(), 2);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(changed.count(), 0);
+}
+
+void tst_SceneEngine::clicksAndBoxesLeaveTheCamera()
+{
+    QSignalSpy changed(&controller(), &CameraController::cameraChanged);
+    QSignalSpy clicked(&controller(), &CameraController::clicked);
+    QSignalSpy boxed(&controller(), &CameraController::boxSelected);
+    for (const auto modifier : {Qt::NoModifier, Qt::ControlModifier, Qt::ShiftModifier})
+    {
+        press(Corner, modifier);
+        release(Corner, modifier);
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(clicked[0][0].toPoint(), Corner);
+        QCOMPARE(clicked.takeFirst()[1].value<Qt::KeyboardModifiers>(), Qt::KeyboardModifiers(modifier));
+    }
+    // Drawn to the top left.
+    press({300, 200}, Qt::ShiftModifier);
+    dragTo({100, 120});
+    QCOMPARE(controller().selectionBox(), QRect(QPoint(100, 120), QPoint(300, 200)));
+    release({100, 120}, Qt::ShiftModifier);
+    QCOMPARE(boxed.count(), 1);
+    QCOMPARE(boxed[0][0].toRect(), QRect(QPoint(100, 120), QPoint(300, 200)));
+    QVERIFY(controller().selectionBox().isEmpty());
+    QCOMPARE(clicked.count(), 0);
+    QCOMPARE(changed.count(), 0);
+}
+
+void tst_SceneEngine::boxFindsWhatItTouches()
+{
+    const QRect small(place({0.5f, 0.6f, 0.0f}), QSize(2, 2));
+    // Within the large triangle, whose corners are all outside of the view, some of them behind the camera's sides.
+    QCOMPARE(m_view->objectsIn(small), (QVector<int>{0, 1}));
+    QCOMPARE(m_view->objectsIn(QRect(place({-1.0f, 0.3f, 0.0f}), QSize(2, 2))), (QVector<int>{1}));
+    QCOMPARE(m_view->objectAt(small.topLeft()), 0);
+    m_scene.objects[1].position.setX(300);
+    m_scene.objects[2].visible = true;
+    m_view->setScene(m_scene);
+    QCOMPARE(m_view->objectsIn(m_widget->rect()), (QVector<int>{0, 2}));
+    QCOMPARE(m_view->objectsIn(QRect(Corner, QSize(20, 20))), QVector<int>());
+    QCOMPARE(m_view->objectsIn(QRect()), QVector<int>());
+    // Behind the camera nothing is in view.
+    m_scene.objects[0].position = eyePosition(camera()) * 2.0f - camera().target;
+    m_view->setScene(m_scene);
+    QCOMPARE(m_view->objectsIn(m_widget->rect()), (QVector<int>{2}));
+}
+
+void tst_SceneEngine::frameFillsTheView_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QVector3D>("scale");
+    QTest::newRow("wide view") << QSize(900, 300) << QVector3D(1, 1, 1);
+    QTest::newRow("high view") << QSize(300, 600) << QVector3D(4, 1, 1);
+    QTest::newRow("tiny") << QSize(500, 500) << QVector3D(0.05f, 0.05f, 0.05f);
+}
+
+void tst_SceneEngine::frameFillsTheView()
+{
+    QFETCH(QSize, size);
+    QFETCH(QVector3D, scale);
+    m_scene.objects[0].scale = scale;
+    m_scene.objects[0].position = QVector3D(-7, 3, 20);
+    m_widget->resize(size);
+    QTRY_COMPARE(m_widget->size(), size);
+    m_view->setScene(m_scene);
+    m_view->setSelection({0});
+    constexpr unsigned int f = 0x66; // as on X11
+    controller().KeyboardInput(f, true, 0);
+    double widest = 0.0;
+    ShownScene shown;
+    shown.scene = m_scene;
+    const QVector3D local[] = {{-0.2f, 0, 0}, {0.2f, 0, 0}, {0, 0.3f, 0}};
+    for (const QVector3D& corner : local)
+    {
+        const QPointF at = positionOf(shown.matrix(m_scene.objects[0]).map(corner), camera(), size);
+        widest = qMax(widest, qMax(qAbs(2.0 * at.x() / size.width() - 1.0), qAbs(2.0 * at.y() / size.height() - 1.0)));
+    }
+    QVERIFY2(widest > 0.7 && widest < 0.95, qPrintable(QString::number(widest)));
+    QVERIFY(!m_view->frame({2, -1, 99}));
+}
+
+void tst_SceneEngine::spotLightEndsAtItsCone()
+{
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        QSKIP("nothing is drawn");
+    m_scene.objects.clear();
+    m_scene.view.grid = false;
+    m_scene.light.elevation = 90.0;
+    m_scene.light.distance = 2.0;
+    m_scene.light.coneAngle = 53.13; // 1 m around the origin
+    m_scene.light.coneSoftness = 0.0;
+    const auto brightness = [this](const QImage& frame, float x) { return qGray(frame.pixel(place({x, 0.0f, 0.0f}))); };
+    m_view->setScene(m_scene);
+    const QImage directional = m_manager.grabFrame(m_widget->winId());
+    m_scene.light.kind = LightKind::Spot;
+    m_view->setScene(m_scene);
+    const QImage spot = m_manager.grabFrame(m_widget->winId());
+    QVERIFY(qAbs(brightness(directional, 0.95f) - brightness(directional, 1.05f)) <= 2);
+    QVERIFY(brightness(spot, 0.95f) > 1.5 * brightness(spot, 1.05f));
+    QVERIFY(brightness(spot, -0.95f) > 1.5 * brightness(spot, -1.05f));
+}
+
+QTEST_MAIN(tst_SceneEngine)
+#include "tst_sceneengine.moc"
