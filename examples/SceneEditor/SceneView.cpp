@@ -18,7 +18,12 @@ SceneView::SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* pa
     m_widget->installEventFilter(this);
     m_controller.setViewportSize(viewport());
     connect(&m_controller, &CameraController::cameraChanged, this, &SceneView::updateCamera);
-    connect(&m_controller, &CameraController::overlayChanged, this, &SceneView::updateGizmo);
+    connect(&m_controller, &CameraController::overlayChanged, this,
+            [this]
+            {
+                updateGizmo();
+                update();
+            });
     connect(&m_controller, &CameraController::frameRequested, this, [this] { frame(m_selection); });
 }
 
@@ -53,6 +58,7 @@ void SceneView::setMeshes(const QHash<QString, MeshPointer>& meshes)
 {
     m_renderer.setMeshes(meshes);
     updateGizmo();
+    update();
 }
 
 void SceneView::setEnvironmentImage(const QImage& image)
@@ -64,6 +70,7 @@ void SceneView::setEnvironmentImage(const QImage& image)
 void SceneView::setTurntableAngle(double degrees)
 {
     m_renderer.setTurntableAngle(degrees);
+    updateGizmo();
 }
 
 void SceneView::setSelection(const QVector<int>& objects)
@@ -71,6 +78,7 @@ void SceneView::setSelection(const QVector<int>& objects)
     m_selection = objects;
     m_renderer.setSelection(objects);
     updateGizmo();
+    update();
 }
 
 int SceneView::objectAt(const QPoint& position) const
@@ -111,6 +119,7 @@ void SceneView::updateCamera()
 {
     m_renderer.setCamera(m_controller.camera());
     updateGizmo();
+    update();
 }
 
 void SceneView::updateGizmo()
@@ -130,7 +139,6 @@ void SceneView::updateGizmo()
     m_controller.setGizmo(gizmo);
     m_renderer.setGizmo(gizmo, m_controller.gizmoAxis());
     m_renderer.setSelectionBox(m_controller.selectionBox(), qRound(ratio));
-    update();
 }
 
 void SceneView::update()

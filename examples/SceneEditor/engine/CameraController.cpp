@@ -16,7 +16,7 @@ constexpr double DegreesPerPixel = 0.35;
 constexpr double DegreesPerKey = 5.0;
 constexpr double RatioPerNotch = 1.15; // of the distance
 constexpr int ClickDistance = 3;       // device pixels
-constexpr double FrameRoom = 1.15;     // around what is framed, as a factor of the distance
+constexpr double FrameRoom = 1.1;      // around what is framed, as a factor of the distance
 
 // The engine gets the platform's own key codes.
 #if defined(Q_OS_WIN)

@@ -36,6 +36,13 @@ bool FrameTarget::resize(Gl* gl, const QSize& size, int samples, QString* error)
     gl->glBindFramebuffer(GL_FRAMEBUFFER, m_pictureFrame);
     gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_picture, 0);
 
+    gl->glGenFramebuffers(1, &m_wholeFrame);
+    gl->glGenRenderbuffers(1, &m_whole);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, m_wholeFrame);
+    gl->glBindRenderbuffer(GL_RENDERBUFFER, m_whole);
+    gl->glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, size.width(), size.height());
+    gl->glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, m_whole);
+
     gl->glGenFramebuffers(1, &m_frame);
     gl->glGenRenderbuffers(2, m_buffers);
     gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame);
@@ -72,16 +79,27 @@ void FrameTarget::release(Gl* gl)
     gl->glDeleteRenderbuffers(2, m_buffers);
     gl->glDeleteFramebuffers(1, &m_pictureFrame);
     gl->glDeleteTextures(1, &m_picture);
-    m_frame = m_buffers[0] = m_buffers[1] = m_pictureFrame = m_picture = 0;
+    gl->glDeleteFramebuffers(1, &m_wholeFrame);
+    gl->glDeleteRenderbuffers(1, &m_whole);
+    m_frame = m_buffers[0] = m_buffers[1] = m_pictureFrame = m_picture = m_wholeFrame = m_whole = 0;
     m_size = QSize();
 }
 
-void FrameTarget::resolve(Gl* gl) const
+void FrameTarget::resolveObjects(Gl* gl) const
 {
     const int width = m_size.width();
     const int height = m_size.height();
     gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_frame);
     gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_pictureFrame);
     gl->glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+}
+
+void FrameTarget::show(Gl* gl, GLuint frameBuffer, const QSize& size) const
+{
+    gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_wholeFrame);
+    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, frameBuffer);
+    gl->glBlitFramebuffer(0, 0, m_size.width(), m_size.height(), 0, 0, size.width(), size.height(), GL_COLOR_BUFFER_BIT,
+                          size == m_size ? GL_NEAREST : GL_LINEAR);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer);
 }
 } // namespace sceneeditor

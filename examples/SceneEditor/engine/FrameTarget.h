@@ -6,8 +6,9 @@
 
 namespace sceneeditor
 {
-//! Where objects are drawn before they come into the view: with depth, stencil and samples, which the view's own
-//! buffers need not have then. All functions but the constructor are called with the context current.
+//! Where a view is drawn before it is shown. Objects come first, with depth, stencil and samples, which the window's
+//! own buffers need not have then. What they and the rest make together is kept. All functions but the constructor are
+//! called with the context current.
 class FrameTarget
 {
 public:
@@ -18,10 +19,14 @@ public:
     void release(Gl* gl);
 
     QSize size() const { return m_size; }
-    GLuint frameBuffer() const { return m_frame; }
-    //! Makes the picture: what was drawn so far.
-    void resolve(Gl* gl) const;
-    GLuint picture() const { return m_picture; }
+    GLuint objectsBuffer() const { return m_frame; }
+    //! Makes the texture from what was drawn into the buffer of objects.
+    void resolveObjects(Gl* gl) const;
+    GLuint objects() const { return m_picture; }
+    //! Of the whole; one sample, colour only.
+    GLuint wholeBuffer() const { return m_wholeFrame; }
+    //! Copies the whole, stretched to the size.
+    void show(Gl* gl, GLuint frameBuffer, const QSize& size) const;
 
 private:
     QSize m_size;
@@ -30,6 +35,8 @@ private:
     GLuint m_buffers[2] = {}; // colour, depth and stencil
     GLuint m_pictureFrame = 0;
     GLuint m_picture = 0;
+    GLuint m_wholeFrame = 0;
+    GLuint m_whole = 0;
 
     Q_DISABLE_COPY(FrameTarget)
 };

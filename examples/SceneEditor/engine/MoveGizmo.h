@@ -18,6 +18,10 @@ struct MoveGizmo
     std::array<QVector3D, 3> axes; //!< unit vectors in the world
     double size = 96.0;            //!< of an arrow that lies across the view, device pixels
 
+    bool operator==(const MoveGizmo& other) const
+    {
+        return origin == other.origin && axes == other.axes && size == other.size;
+    }
     //! Of each arrow in metres; 0 if the gizmo is not in front of the camera.
     float length(const Camera& camera, const QSize& view) const;
     //! Whether the arrow is drawn and can be hit.

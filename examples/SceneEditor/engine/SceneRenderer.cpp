@@ -89,16 +89,60 @@ SceneRenderer::~SceneRenderer()
     Q_ASSERT_X(!m_graphics, "SceneRenderer", "still shown by a surface manager");
 }
 
+void SceneRenderer::setScene(const Scene& scene)
+{
+    m_shown.scene = scene;
+    m_isKept = false;
+}
+
+void SceneRenderer::setCamera(const Camera& camera)
+{
+    m_shown.scene.camera = camera;
+    m_isKept = false;
+}
+
+void SceneRenderer::setMeshes(const QHash<QString, MeshPointer>& meshes)
+{
+    m_shown.meshes = meshes;
+    m_isKept = false;
+}
+
+void SceneRenderer::setEnvironmentImage(const QImage& image)
+{
+    m_environment = image;
+    m_isKept = false;
+}
+
+void SceneRenderer::setTurntableAngle(double degrees)
+{
+    m_shown.turntable = degrees;
+    m_isKept = false;
+}
+
+void SceneRenderer::setSelection(const QVector<int>& objects)
+{
+    m_selection = objects;
+    m_isKept = false;
+}
+
 void SceneRenderer::setGizmo(const std::optional<MoveGizmo>& gizmo, int axis)
 {
+    if (m_gizmo == gizmo && m_gizmoAxis == axis)
+        return;
     m_gizmo = gizmo;
     m_gizmoAxis = axis;
+    m_isKept = false;
 }
 
 void SceneRenderer::setSelectionBox(const QRect& box, int edge)
 {
     m_box = box;
     m_boxEdge = edge;
+}
+
+bool SceneRenderer::isKept(const QSize& size) const
+{
+    return m_isKept && m_graphics && m_graphics->frame.size() == size;
 }
 
 bool SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft)
@@ -108,6 +152,18 @@ bool SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int fram
     Gl* const gl = gpu.gl();
     if (!m_graphics)
         m_graphics = std::make_unique<Graphics>();
+    const FrameTarget& frame = m_graphics->frame;
+    if (!isKept(size) && !drawWhole(gpu, size, draft))
+        return false;
+    frame.show(gl, frameBuffer, size);
+    gl->glViewport(0, 0, size.width(), size.height());
+    drawSelectionBox(gpu, size);
+    return true;
+}
+
+bool SceneRenderer::drawWhole(GpuResources& gpu, const QSize& size, bool draft)
+{
+    Gl* const gl = gpu.gl();
     Graphics& g = *m_graphics;
     const QSize drawn = draft ? (size / DraftScale).expandedTo(QSize(1, 1)) : size;
     if (!g.frame.resize(gl, drawn, draft ? 0 : SmoothSamples, &m_error))
@@ -115,7 +171,7 @@ bool SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int fram
     updateResources(gpu);
     g.shadow.update(gpu, m_shown);
 
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, g.frame.frameBuffer());
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, g.frame.objectsBuffer());
     gl->glViewport(0, 0, drawn.width(), drawn.height());
     gl->glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
@@ -134,24 +190,14 @@ bool SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int fram
     drawObjects(gpu, camera);
     drawOutlines(gpu, size);
     drawGizmo(gpu, size);
-    g.frame.resolve(gl);
+    g.frame.resolveObjects(gl);
 
-    // Of a draft, the objects are in the picture by now, and there is room for the whole.
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, draft ? g.frame.frameBuffer() : frameBuffer);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, g.frame.wholeBuffer());
     gl->glActiveTexture(GL_TEXTURE0 + ObjectsUnit);
-    gl->glBindTexture(GL_TEXTURE_2D, g.frame.picture());
+    gl->glBindTexture(GL_TEXTURE_2D, g.frame.objects());
     gl->glActiveTexture(GL_TEXTURE0);
     drawFloorAndBackground(gpu, camera, draft);
-    if (draft)
-    {
-        gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, g.frame.frameBuffer());
-        gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, frameBuffer);
-        gl->glBlitFramebuffer(0, 0, drawn.width(), drawn.height(), 0, 0, size.width(), size.height(),
-                              GL_COLOR_BUFFER_BIT, GL_LINEAR);
-        gl->glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer);
-        gl->glViewport(0, 0, size.width(), size.height());
-    }
-    drawSelectionBox(gpu, size);
+    m_isKept = true;
     return true;
 }
 
@@ -163,6 +209,7 @@ void SceneRenderer::releaseGraphics(GpuResources& gpu)
         m_graphics->shadow.release(gpu.gl());
     }
     m_graphics.reset();
+    m_isKept = false;
     m_error.clear();
 }
 

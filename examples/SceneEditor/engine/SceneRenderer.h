@@ -30,18 +30,18 @@ public:
 
     const ShownScene& shown() const { return m_shown; }
     //! Takes the scene's camera too. Cheap enough for every change of every editor.
-    void setScene(const Scene& scene) { m_shown.scene = scene; }
-    void setCamera(const Camera& camera) { m_shown.scene.camera = camera; }
+    void setScene(const Scene& scene);
+    void setCamera(const Camera& camera);
     //! All meshes, by Object::meshFile. Objects without one show a box of lines.
-    void setMeshes(const QHash<QString, MeshPointer>& meshes) { m_shown.meshes = meshes; }
+    void setMeshes(const QHash<QString, MeshPointer>& meshes);
     //! Equirectangular picture of the surroundings, up at the top. A null image goes back to even grey light. The file
     //! name in the scene is not read by the renderer.
-    void setEnvironmentImage(const QImage& image) { m_environment = image; }
+    void setEnvironmentImage(const QImage& image);
     //! Degrees; not part of the scene, as a running turntable does not modify the document.
-    void setTurntableAngle(double degrees) { m_shown.turntable = degrees; }
+    void setTurntableAngle(double degrees);
 
     //! Indices into the scene's objects, each of which has an outline; others are left out.
-    void setSelection(const QVector<int>& objects) { m_selection = objects; }
+    void setSelection(const QVector<int>& objects);
     //! Arrows over the objects, one of them highlighted unless the axis is -1; nothing for none.
     void setGizmo(const std::optional<MoveGizmo>& gizmo, int axis);
     //! A box over everything, in device pixels, with an edge of this width; an empty one for none.
@@ -49,6 +49,9 @@ public:
 
     // For the surface manager, with its OpenGL context current.
 
+    //! Whether nothing but the selection box has changed since a sharp frame of this size: then the next one is sharp
+    //! and costs next to nothing.
+    bool isKept(const QSize& size) const;
     //! Draws into the frame buffer. False when the graphics card cannot: errorText() says why, and it stays so until
     //! releaseGraphics(). A draft has a lower resolution.
     bool draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft = false);
@@ -58,6 +61,7 @@ public:
 private:
     struct Graphics;
 
+    bool drawWhole(GpuResources& gpu, const QSize& size, bool draft);
     void updateResources(GpuResources& gpu);
     void setCommonUniforms(QOpenGLShaderProgram& program);
     const GpuMesh* gpuMesh(const Object& object) const;
@@ -74,6 +78,7 @@ private:
     int m_gizmoAxis = -1;
     QRect m_box;
     int m_boxEdge = 1;
+    bool m_isKept = false; // what the frame target has of the whole
     QString m_error;
     std::unique_ptr<Graphics> m_graphics; // null while not on the graphics card
 

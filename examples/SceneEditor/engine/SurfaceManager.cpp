@@ -99,7 +99,8 @@ void SurfaceManager::Render(HWND window)
     const bool moving = it->sinceFrame.isValid() && it->sinceFrame.elapsed() < MovingPause;
     // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
     const bool slow = qMin(it->sharpTimes[0], it->sharpTimes[1]) > SlowFrame;
-    const bool draft = it->renderer && moving && slow && !it->refining;
+    const bool isKept = it->renderer && it->renderer->isKept(it->size);
+    const bool draft = it->renderer && moving && slow && !it->refining && !isKept;
     it->draft = draft;
     const GLuint target = m_context->defaultFramebufferObject();
     if (!it->renderer)
@@ -117,7 +118,7 @@ void SurfaceManager::Render(HWND window)
         return;
     }
     m_context->swapBuffers(surface);
-    if (!draft)
+    if (!draft && !isKept)
     {
         it->sharpTimes[0] = it->sharpTimes[1];
         it->sharpTimes[1] = double(timer.nsecsElapsed()) / 1.0e6;
