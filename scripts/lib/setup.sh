@@ -11,7 +11,7 @@ fi
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
-    libassimp-dev libmuparser-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
+    libassimp-dev libtinyobjloader-dev libmuparser-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
 # Of the examples of engines, which are left out where these are missing. The drivers are for machines without a GPU.
 vulkan_packages=(libvulkan-dev libxcb1-dev glslang-tools mesa-vulkan-drivers)
 ogre_packages=(libogre-1.12-dev libxcb1-dev)
