@@ -530,24 +530,12 @@
         <translation>Eckpunkt %1 ist nicht endlich; erwartet: drei endliche Zahlen</translation>
     </message>
     <message>
-        <source>face %1 uses vertex %2, expected one below %3</source>
-        <translation>Fläche %1 benutzt Eckpunkt %2; erwartet: einer unter %3</translation>
-    </message>
-    <message>
         <source>has no faces, expected at least one triangle</source>
         <translation>hat keine Flächen; erwartet: mindestens ein Dreieck</translation>
     </message>
     <message>
-        <source>a transformed vertex is not finite</source>
-        <translation>ein transformierter Eckpunkt ist nicht endlich</translation>
-    </message>
-    <message>
         <source>does not exist, expected a mesh file</source>
         <translation>existiert nicht; erwartet: eine Netzdatei</translation>
-    </message>
-    <message>
-        <source>is a directory, expected a mesh file</source>
-        <translation>ist ein Ordner; erwartet: eine Netzdatei</translation>
     </message>
     <message>
         <source>is not a regular file, expected a mesh file</source>
@@ -556,10 +544,6 @@
     <message>
         <source>is of an unknown kind, expected %1</source>
         <translation>ist von unbekannter Art; erwartet: %1</translation>
-    </message>
-    <message>
-        <source>is too large, expected at most %1 MiB</source>
-        <translation>ist zu groß; erwartet: höchstens %1 MiB</translation>
     </message>
     <message>
         <source>cannot be read: %1</source>
@@ -578,92 +562,28 @@
         <translation>%1: %2</translation>
     </message>
     <message>
-        <source>has %1 %2, expected at most %3</source>
-        <translation>hat %1 %2; erwartet: höchstens %3</translation>
+        <source>cannot be read: it broke the program that reads meshes</source>
+        <translation>kann nicht gelesen werden: Das Programm, das Netze liest, ist daran gescheitert</translation>
     </message>
     <message>
-        <source>triangles</source>
-        <translation>Dreiecke</translation>
+        <source>cannot be read: nothing came of it for %1 seconds</source>
+        <translation>kann nicht gelesen werden: %1 Sekunden lang kam nichts</translation>
     </message>
     <message>
-        <source>vertices</source>
-        <translation>Ecken</translation>
+        <source>cannot be read: %1 does not start (%2)</source>
+        <translation>kann nicht gelesen werden: %1 startet nicht (%2)</translation>
     </message>
     <message>
-        <source>parts</source>
-        <translation>Teile</translation>
+        <source>asks for more memory than a mesh may take, %1 GiB</source>
+        <translation>verlangt mehr Speicher, als ein Netz belegen darf: %1 GiB</translation>
     </message>
     <message>
-        <source>unknown type &quot;%1&quot;</source>
-        <translation>unbekannter Typ „%1“</translation>
+        <source>a face uses vertex %1, expected one below %2</source>
+        <translation>eine Fläche benutzt Eckpunkt %1; erwartet: einer unter %2</translation>
     </message>
     <message>
-        <source>it does not begin with &quot;ply&quot;</source>
-        <translation>sie beginnt nicht mit „ply“</translation>
-    </message>
-    <message>
-        <source>element &quot;%1&quot; has no number</source>
-        <translation>Element „%1“ hat keine Anzahl</translation>
-    </message>
-    <message>
-        <source>the length of a list is not an integer</source>
-        <translation>die Länge einer Liste ist keine ganze Zahl</translation>
-    </message>
-    <message>
-        <source>unknown line &quot;%1&quot;</source>
-        <translation>unbekannte Zeile „%1“</translation>
-    </message>
-    <message>
-        <source>the header has no end</source>
-        <translation>der Kopf hat kein Ende</translation>
-    </message>
-    <message>
-        <source>is too short for the %1 entries of &quot;%2&quot; that it announces</source>
-        <translation>ist zu kurz für die %1 Einträge von „%2“, die sie ankündigt</translation>
-    </message>
-    <message>
-        <source>further values</source>
-        <translation>weitere Werte</translation>
-    </message>
-    <message>
-        <source>is too short for a list of %1 values in &quot;%2&quot;</source>
-        <translation>ist zu kurz für eine Liste von %1 Werten in „%2“</translation>
-    </message>
-    <message>
-        <source>it ends before its last entry</source>
-        <translation>sie endet vor ihrem letzten Eintrag</translation>
-    </message>
-    <message>
-        <source>comment between the values</source>
-        <translation>Kommentar zwischen den Werten</translation>
-    </message>
-    <message>
-        <source>unknown format &quot;%1&quot;</source>
-        <translation>unbekanntes Format „%1“</translation>
-    </message>
-    <message>
-        <source>glTF 2 is needed</source>
-        <translation>glTF 2 wird benötigt</translation>
-    </message>
-    <message>
-        <source>a buffer has no length</source>
-        <translation>ein Puffer hat keine Länge</translation>
-    </message>
-    <message>
-        <source>values of vertices</source>
-        <translation>Werte von Ecken</translation>
-    </message>
-    <message>
-        <source>nodes within nodes, more than %1 levels</source>
-        <translation>Knoten in Knoten, mehr als %1 Ebenen</translation>
-    </message>
-    <message>
-        <source>no object</source>
-        <translation>kein Objekt</translation>
-    </message>
-    <message>
-        <source>two members with one name</source>
-        <translation>zwei Einträge mit demselben Namen</translation>
+        <source>has too many triangles, expected at most %1</source>
+        <translation>hat zu viele Dreiecke; erwartet: höchstens %1</translation>
     </message>
 </context>
 <context>
@@ -1019,6 +939,10 @@
     <message>
         <source>Unsaved changes would be lost if the program ended unexpectedly: %1</source>
         <translation>Ungespeicherte Änderungen gingen verloren, wenn das Programm unerwartet endete: %1</translation>
+    </message>
+    <message>
+        <source>not a regular file</source>
+        <translation>keine gewöhnliche Datei</translation>
     </message>
 </context>
 <context>

@@ -14,7 +14,6 @@
 
 namespace sceneeditor
 {
-constexpr qint64 maximumMeshFileSize = qint64(512) << 20; //!< bytes
 constexpr quint32 maximumTriangleCount = 5'000'000;
 constexpr int maximumTextureSize = 4096;                  //!< pixels along an edge; larger pictures are made smaller
 constexpr qint64 maximumTextureBytes = qint64(256) << 20; //!< of all pictures of a mesh; those beyond are left out

@@ -24,6 +24,9 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(MeshLoader)
 };
 
+// Of the texts of the process that reads.
+constexpr char context[] = "MeshLoader";
+
 struct Failure
 {
     QString text;
@@ -161,7 +164,7 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
         QStringList arguments;
         QDataStream stream(takeBytes(size, maximumTextSize));
         stream >> source >> arguments;
-        QString text = Text::tr(source.constData());
+        QString text = QCoreApplication::translate(context, source.constData());
         for (const QString& argument : std::as_const(arguments))
             text = text.arg(argument);
         throw Failure{text};

@@ -95,7 +95,7 @@ void MeshBuilder::addFace(const Corner* corners, int count, int material)
     for (int i = 0; i < count; ++i)
     {
         if (corners[i].position < 0 || size_t(corners[i].position) >= positions.size())
-            throw MeshFailure{MESH_TEXT("a face uses vertex %1, expected one below %2"),
+            throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "a face uses vertex %1, expected one below %2"),
                               {QString::number(corners[i].position), QString::number(positions.size())}};
     }
     if (count <= 3)
@@ -129,58 +129,43 @@ void MeshBuilder::addFace(const Corner* corners, int count, int material)
 void MeshBuilder::addTriangle(const Corner& a, const Corner& b, const Corner& c, int material)
 {
     if (m_triangleMaterials.size() == maximumTriangleCount)
-        throw MeshFailure{MESH_TEXT("has too many triangles, expected at most %1"),
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "has too many triangles, expected at most %1"),
                           {QString::number(maximumTriangleCount)}};
     m_corners.insert(m_corners.end(), {a, b, c});
     m_triangleMaterials.push_back(material >= 0 && size_t(material) < materials.size() ? material : -1);
 }
 
-int MeshBuilder::addImage(const QByteArray& encoded)
+int MeshBuilder::addImage(const QString& name, QByteArray encoded)
 {
-    QBuffer buffer;
-    buffer.setData(encoded);
-    return addImage(&buffer, QString());
-}
-
-int MeshBuilder::addImage(const QString& fileName)
-{
-    if (m_imageFiles.contains(fileName))
-        return m_imageFiles.value(fileName);
-    QFile file(fileName);
-    return addImage(QFileInfo(file).isFile() ? &file : nullptr, fileName);
-}
-
-int MeshBuilder::addImage(QIODevice* device, const QString& key)
-{
-    int place = -1;
-    if (device && device->open(QIODevice::ReadOnly))
+    if (m_imagePlaces.contains(name))
+        return m_imagePlaces.value(name);
+    QFile file(name);
+    if (encoded.isEmpty() && QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly))
+        encoded = file.readAll();
+    QBuffer buffer(&encoded);
+    QImageReader reader(&buffer);
+    const QSize most(maximumTextureSize, maximumTextureSize);
+    if (const QSize size = reader.size(); size.boundedTo(most) != size)
+        reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    const QImage image = reader.read().convertToFormat(QImage::Format_RGBA8888);
+    const bool fits = !image.isNull() && m_imageBytes + image.sizeInBytes() <= maximumTextureBytes;
+    m_imagePlaces.insert(name, fits ? int(m_images.size()) : -1);
+    if (fits)
     {
-        QImageReader reader(device);
-        const QSize most(maximumTextureSize, maximumTextureSize);
-        const QSize size = reader.size();
-        if (size.width() > most.width() || size.height() > most.height())
-            reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio).expandedTo({1, 1}));
-        const QImage image = reader.read().convertToFormat(QImage::Format_RGBA8888);
-        if (!image.isNull() && m_imageBytes + image.sizeInBytes() <= maximumTextureBytes)
-        {
-            m_imageBytes += image.sizeInBytes();
-            m_images.push_back(image);
-            place = int(m_images.size()) - 1;
-        }
+        m_imageBytes += image.sizeInBytes();
+        m_images.push_back(image);
     }
-    if (!key.isEmpty())
-        m_imageFiles.insert(key, place);
-    return place;
+    return m_imagePlaces.value(name);
 }
 
 MeshData MeshBuilder::finish()
 {
     if (m_corners.empty())
-        throw MeshFailure{MESH_TEXT("has no faces, expected at least one triangle"), {}};
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "has no faces, expected at least one triangle"), {}};
     for (size_t i = 0; i < positions.size(); ++i)
     {
         if (!isFinite(positions[i]))
-            throw MeshFailure{MESH_TEXT("vertex %1 is not finite, expected three finite numbers"),
+            throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "vertex %1 is not finite, expected three finite numbers"),
                               {QString::number(i)}};
     }
     MeshData mesh;

@@ -18,8 +18,6 @@ struct MeshFailure
     QStringList arguments;
 };
 
-#define MESH_TEXT(text) QT_TRANSLATE_NOOP("MeshLoader", text)
-
 //! Makes a mesh of faces with any number of corners. Corners with the same position, normal and texture coordinates
 //! become one vertex; corners without a normal get that of the faces around them, with sharp edges kept.
 class MeshBuilder
@@ -41,22 +39,20 @@ public:
     //! Faces of one or two corners are ignored. The material is a place in materials, or -1. Throws MeshFailure when a
     //! corner has no position, or when there are too many triangles.
     void addFace(const Corner* corners, int count, int material);
-    //! A picture for the materials: encoded, or a file. Returns its place, -1 if it cannot be read.
-    int addImage(const QByteArray& encoded);
-    int addImage(const QString& fileName);
+    //! A picture for the materials: a file, or what is encoded under that name. Its place, -1 if it cannot be read.
+    int addImage(const QString& name, QByteArray encoded = {});
     //! Empties the builder. Throws MeshFailure if it has no faces, or numbers that are not finite.
     MeshData finish();
 
 private:
     void addTriangle(const Corner& a, const Corner& b, const Corner& c, int material);
-    int addImage(QIODevice* device, const QString& key);
     void join(MeshData& mesh) const;
     void sortByMaterial(MeshData& mesh);
 
     std::vector<Corner> m_corners; // three for each triangle
     std::vector<qint32> m_triangleMaterials;
     std::vector<QImage> m_images;
-    QHash<QString, int> m_imageFiles;
+    QHash<QString, int> m_imagePlaces;
     qint64 m_imageBytes = 0;
 };
 
@@ -65,7 +61,8 @@ using MeshProgress = std::function<void(double)>;
 
 //! Each adds the contents of the file to the builder. They throw MeshFailure and what the libraries throw.
 void readObj(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& progress);
-void readOther(const QFileInfo& file, MeshBuilder& builder); //!< PLY, STL and glTF
+//! PLY, STL and glTF.
+void readOther(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& progress);
 
 //! For what files give in linear light, each component 0..1; those beyond are clamped.
 QColor colourFromLinear(float red, float green, float blue);

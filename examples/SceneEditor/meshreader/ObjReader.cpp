@@ -19,11 +19,12 @@ public:
     Source(const QString& fileName, const MeshProgress& progress) : m_file(fileName), m_progress(progress)
     {
         // Nothing else may be opened: a pipe could keep the program waiting for ever.
-        m_isOpen = QFileInfo(fileName).isFile() && m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        if (QFileInfo(fileName).isFile())
+            m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
-    bool isOpen() const { return m_isOpen; }
-    // Empty unless reading has failed.
+    bool isOpen() const { return m_file.isOpen(); }
+    // Empty unless opening or reading has failed.
     QString error() const { return m_file.error() == QFileDevice::NoError ? QString() : m_file.errorString(); }
 
 protected:
@@ -44,7 +45,6 @@ protected:
 
 private:
     QFile m_file;
-    bool m_isOpen = false;
     const MeshProgress m_progress;
     QByteArray m_piece;
 };
@@ -158,6 +158,6 @@ void readObj(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& pr
     Materials materials(file.absoluteDir());
     tinyobj::LoadObjWithCallback(stream, callback, &target, &materials);
     if (!source.error().isEmpty())
-        throw MeshFailure{MESH_TEXT("cannot be read: %1"), {source.error()}};
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "cannot be read: %1"), {source.error()}};
 }
 } // namespace sceneeditor

@@ -93,13 +93,13 @@ private:
         aiString name;
         if (from.GetTexture(type, 0, &name) != aiReturn_SUCCESS)
             return -1;
+        const QString path = m_file.absoluteDir().filePath(QString::fromUtf8(name.C_Str()));
         const aiTexture* const texture = m_scene.GetEmbeddedTexture(name.C_Str());
         if (!texture)
-            return m_builder.addImage(m_file.absoluteDir().filePath(QString::fromUtf8(name.C_Str())));
+            return m_builder.addImage(path);
         // With a height it is plain pixels, which none of the formats has.
-        return texture->mHeight > 0 ? -1
-                                    : m_builder.addImage(QByteArray::fromRawData(
-                                          reinterpret_cast<const char*>(texture->pcData), int(texture->mWidth)));
+        const auto* const data = reinterpret_cast<const char*>(texture->pcData);
+        return texture->mHeight > 0 ? -1 : m_builder.addImage(path, QByteArray(data, int(texture->mWidth)));
     }
 
     MeshMaterial material(const aiMaterial& from)
@@ -134,7 +134,7 @@ private:
 };
 } // namespace
 
-void readOther(const QFileInfo& file, MeshBuilder& builder)
+void readOther(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& progress)
 {
     Assimp::Importer importer;
     importer.SetIOHandler(new RegularFiles); // owned by the importer
@@ -149,14 +149,16 @@ void readOther(const QFileInfo& file, MeshBuilder& builder)
         catch (const std::runtime_error&)
         {
         }
-        throw MeshFailure{MESH_TEXT("is not a mesh that can be read, expected %1 (%2)"),
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "is not a mesh that can be read, expected %1 (%2)"),
                           {file.suffix().toUpper(), QString::fromUtf8(importer.GetErrorString()).simplified()}};
     }
+    progress(0.8); // the library counts only in some of its formats
     Converter converter(*scene, file, builder);
     // The others have no materials, only what the library makes up for them.
     if (file.suffix().startsWith(QLatin1String("gl"), Qt::CaseInsensitive))
         converter.addMaterials();
     if (scene->mRootNode)
         converter.addNode(*scene->mRootNode, aiMatrix4x4());
+    progress(1.0);
 }
 } // namespace sceneeditor

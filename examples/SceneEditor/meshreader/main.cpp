@@ -120,34 +120,27 @@ private:
     quint32 m_progress = 0;
 };
 
-void checkFile(const QFileInfo& file)
-{
-    if (!file.exists())
-        throw MeshFailure{MESH_TEXT("does not exist, expected a mesh file"), {}};
-    if (file.isDir())
-        throw MeshFailure{MESH_TEXT("is a directory, expected a mesh file"), {}};
-    if (!file.isFile())
-        throw MeshFailure{MESH_TEXT("is not a regular file, expected a mesh file"), {}};
-    if (!meshFilePatterns().contains(QStringLiteral("*.") + file.suffix(), Qt::CaseInsensitive))
-        throw MeshFailure{MESH_TEXT("is of an unknown kind, expected %1"),
-                          {meshFilePatterns().join(QStringLiteral(", "))}};
-    if (file.size() > maximumMeshFileSize)
-        throw MeshFailure{MESH_TEXT("is too large, expected at most %1 MiB"),
-                          {QString::number(maximumMeshFileSize / 1024 / 1024)}};
-    QFile contents(file.filePath());
-    if (!contents.open(QIODevice::ReadOnly))
-        throw MeshFailure{MESH_TEXT("cannot be read: %1"), {contents.errorString()}};
-}
-
 MeshData read(const QFileInfo& file, const MeshProgress& progress)
 {
-    checkFile(file);
+    if (!file.exists())
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "does not exist, expected a mesh file"), {}};
+    if (!file.isFile())
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "is not a regular file, expected a mesh file"), {}};
+    if (!meshFilePatterns().contains(QStringLiteral("*.") + file.suffix(), Qt::CaseInsensitive))
+        throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "is of an unknown kind, expected %1"),
+                          {meshFilePatterns().join(QStringLiteral(", "))}};
     MeshBuilder builder;
-    if (file.suffix().compare(QLatin1String("obj"), Qt::CaseInsensitive) == 0)
-        readObj(file, builder, progress);
-    else
-        readOther(file, builder);
+    const auto reader = file.suffix().compare(QLatin1String("obj"), Qt::CaseInsensitive) == 0 ? readObj : readOther;
+    reader(file, builder, progress);
     return builder.finish();
+}
+
+MeshFailure describe(const std::exception& exception)
+{
+    if (dynamic_cast<const std::bad_alloc*>(&exception) || dynamic_cast<const std::length_error*>(&exception))
+        return {QT_TRANSLATE_NOOP("MeshLoader", "asks for more memory than a mesh may take, %1 GiB"),
+                {QString::number(maximumMemory >> 30)}};
+    return {QT_TRANSLATE_NOOP("MeshLoader", "cannot be read: %1"), {QString::fromLocal8Bit(exception.what())}};
 }
 } // namespace
 
@@ -168,19 +161,9 @@ int main(int argc, char* argv[])
     {
         failure = thrown;
     }
-    catch (const std::bad_alloc&)
-    {
-        failure = {MESH_TEXT("asks for more memory than a mesh may take, %1 GiB"),
-                   {QString::number(maximumMemory >> 30)}};
-    }
-    catch (const std::length_error&)
-    {
-        failure = {MESH_TEXT("asks for more memory than a mesh may take, %1 GiB"),
-                   {QString::number(maximumMemory >> 30)}};
-    }
     catch (const std::exception& exception)
     {
-        failure = {MESH_TEXT("cannot be read: %1"), {QString::fromLocal8Bit(exception.what())}};
+        failure = describe(exception);
     }
     output.write(MeshMessage::Failure, QByteArray(failure.text), failure.arguments);
     return EXIT_SUCCESS;
