@@ -82,8 +82,8 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
     QString fileName;
     int patience = 0;
     std::atomic<bool> stop{false};
-    QProcess* process = nullptr; // of the thread alone, from here on
-    int reported = -1;           // percent
+    std::unique_ptr<QProcess> process; // of the thread alone, from here on
+    int reported = -1;                 // percent
 
     template <typename Function>
     void post(Function function)
@@ -228,29 +228,26 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
     {
         MeshPointer mesh;
         QString error;
+        process = std::make_unique<QProcess>();
+        try
         {
-            QProcess reader;
-            process = &reader;
-            try
-            {
-                mesh = read();
-            }
-            catch (const Stopped&)
-            {
-            }
-            catch (const Failure& failure)
-            {
-                error = failure.text;
-            }
-            catch (const std::bad_alloc&)
-            {
-                error = Text::tr("needs more memory than there is");
-            }
-            reader.kill();
-            reader.waitForFinished();
+            mesh = read();
         }
-        if (!error.isEmpty())
-            error = Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), error);
+        catch (const Stopped&)
+        {
+        }
+        catch (const Failure& failure)
+        {
+            error = Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), failure.text);
+        }
+        catch (const std::bad_alloc&)
+        {
+            error =
+                Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), Text::tr("needs more memory than there is"));
+        }
+        process->kill();
+        process->waitForFinished();
+        process.reset();
         post([job = shared_from_this(), owner = loader, mesh, error]() { owner->finish(job, mesh, error); });
     }
 };

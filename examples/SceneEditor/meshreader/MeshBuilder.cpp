@@ -105,9 +105,9 @@ void MeshBuilder::addFace(const Corner* corners, int count, int material)
         return;
     }
     std::vector<Corner> left(corners, corners + count);
-    std::vector<QVector3D> points;
-    for (const Corner& corner : left)
-        points.push_back(positions[size_t(corner.position)]);
+    std::vector<QVector3D> points(left.size());
+    std::transform(left.begin(), left.end(), points.begin(),
+                   [this](const Corner& corner) { return positions[size_t(corner.position)]; });
     QVector3D normal;
     for (size_t i = 2; i < points.size(); ++i)
         normal += QVector3D::crossProduct(points[i - 1] - points[0], points[i] - points[0]);
@@ -257,7 +257,7 @@ void MeshBuilder::sortByMaterial(MeshData& mesh)
         std::vector<quint32> indices;
         indices.reserve(mesh.indices.size());
         for (const quint32 triangle : order)
-            indices.insert(indices.end(), mesh.indices.begin() + 3 * triangle, mesh.indices.begin() + 3 * triangle + 3);
+            indices.insert(indices.end(), &mesh.indices[size_t(3) * triangle], &mesh.indices[size_t(3) * triangle] + 3);
         mesh.indices = std::move(indices);
     }
     std::copy_if(materials.begin(), materials.end(), std::back_inserter(mesh.materials),
