@@ -30,11 +30,11 @@ bool isFinite(const QVector3D& v)
 // For each position the place of the first one that is equal.
 std::vector<quint32> firstEqual(const std::vector<QVector3D>& positions)
 {
-    constexpr quint32 free = ~quint32(0);
+    constexpr quint32 unused = ~quint32(0);
     size_t size = 1;
     while (size < 2 * positions.size())
         size *= 2;
-    std::vector<quint32> table(size, free);
+    std::vector<quint32> table(size, unused);
     std::vector<quint32> first(positions.size());
     for (size_t i = 0; i < positions.size(); ++i)
     {
@@ -48,9 +48,9 @@ std::vector<quint32> firstEqual(const std::vector<QVector3D>& positions)
             hash ^= hash >> 32;
         }
         size_t slot = hash & (size - 1);
-        while (table[slot] != free && !(positions[table[slot]] == positions[i]))
+        while (table[slot] != unused && !(positions[table[slot]] == positions[i]))
             slot = (slot + 1) & (size - 1);
-        if (table[slot] == free)
+        if (table[slot] == unused)
             table[slot] = quint32(i);
         first[i] = table[slot];
     }
