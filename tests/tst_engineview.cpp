@@ -39,12 +39,12 @@ QImage drawnByOpenGl(const OrbitView& view, const QSize& widgetSize)
     scene.view.grid = false;
     scene.view.highlightSelection = false;
     scene.view.backgroundColour = QColor::fromRgbF(Engine::background[0], Engine::background[1], Engine::background[2]);
-    scene.objects.append(sceneeditor::Object());
+    scene.objects.resize(1);
     scene.objects[0].meshFile = QStringLiteral("knot");
 
     sceneeditor::SceneRenderer renderer;
     renderer.setScene(scene);
-    renderer.setMesh(scene.objects[0].meshFile, mesh);
+    renderer.setMeshes({{scene.objects[0].meshFile, mesh}});
     sceneeditor::SurfaceManager manager;
     QWidget target;
     target.resize(widgetSize);

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en_GB">
 <context>
+    <name>EnvironmentImage</name>
+    <message>
+        <source>%1: is not a regular file, expected a picture of the surroundings</source>
+        <translation>%1: ist keine gewöhnliche Datei, erwartet wurde ein Bild der Umgebung</translation>
+    </message>
+    <message>
+        <source>%1: expected a picture of at most %2 million pixels, found %3 × %4</source>
+        <translation>%1: ein Bild mit höchstens %2 Millionen Pixeln wurde erwartet, gefunden: %3 × %4</translation>
+    </message>
+    <message>
+        <source>%1: expected a picture of the surroundings: %2</source>
+        <translation>%1: ein Bild der Umgebung wurde erwartet: %2</translation>
+    </message>
+</context>
+<context>
     <name>Looks</name>
     <message>
         <source>&amp;Light</source>
@@ -18,509 +33,6 @@
     <message>
         <source>&amp;System</source>
         <translation>&amp;System</translation>
-    </message>
-</context>
-<context>
-    <name>MainWindow</name>
-    <message>
-        <source>Scene Editor</source>
-        <translation>Szeneneditor</translation>
-    </message>
-    <message>
-        <source>Dismiss</source>
-        <translation>Ausblenden</translation>
-    </message>
-    <message>
-        <source>Objects of the scene; the check box shows or hides one, a double click renames it</source>
-        <translation>Objekte der Szene; das Kästchen blendet eines ein oder aus, ein Doppelklick benennt es um</translation>
-    </message>
-    <message>
-        <source>Add mesh…</source>
-        <translation>Netz hinzufügen …</translation>
-    </message>
-    <message>
-        <source>Duplicate</source>
-        <translation>Duplizieren</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
-        <source>Object</source>
-        <translation>Objekt</translation>
-    </message>
-    <message>
-        <source>Name of the selected object</source>
-        <translation>Name des ausgewählten Objekts</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Mesh of the object; other files are read in the background</source>
-        <translation>Netz des Objekts; andere Dateien werden im Hintergrund gelesen</translation>
-    </message>
-    <message>
-        <source>Mesh</source>
-        <translation>Netz</translation>
-    </message>
-    <message>
-        <source>Position of the object&apos;s origin</source>
-        <translation>Lage des Objektursprungs</translation>
-    </message>
-    <message>
-        <source>Position</source>
-        <translation>Position</translation>
-    </message>
-    <message>
-        <source>m</source>
-        <translation>m</translation>
-    </message>
-    <message>
-        <source>Turn about X, then Y, then Z</source>
-        <translation>Drehung um X, dann Y, dann Z</translation>
-    </message>
-    <message>
-        <source>Rotation</source>
-        <translation>Drehung</translation>
-    </message>
-    <message>
-        <source>°</source>
-        <translation>°</translation>
-    </message>
-    <message>
-        <source>Factor along each axis</source>
-        <translation>Faktor entlang jeder Achse</translation>
-    </message>
-    <message>
-        <source>Scale</source>
-        <translation>Skalierung</translation>
-    </message>
-    <message>
-        <source>×</source>
-        <translation>×</translation>
-    </message>
-    <message>
-        <source>Material</source>
-        <translation>Material</translation>
-    </message>
-    <message>
-        <source>Red, green and blue from 0 to 1</source>
-        <translation>Rot, Grün und Blau von 0 bis 1</translation>
-    </message>
-    <message>
-        <source>Base colour</source>
-        <translation>Grundfarbe</translation>
-    </message>
-    <message>
-        <source>0 is a mirror, 1 is chalk</source>
-        <translation>0 ist ein Spiegel, 1 ist Kreide</translation>
-    </message>
-    <message>
-        <source>Roughness</source>
-        <translation>Rauheit</translation>
-    </message>
-    <message>
-        <source>0 is plastic or stone, 1 is bare metal</source>
-        <translation>0 ist Kunststoff oder Stein, 1 ist blankes Metall</translation>
-    </message>
-    <message>
-        <source>Metallic</source>
-        <translation>Metallisch</translation>
-    </message>
-    <message>
-        <source>Colour of the light that the material gives off</source>
-        <translation>Farbe des Lichts, das das Material abgibt</translation>
-    </message>
-    <message>
-        <source>Emission colour</source>
-        <translation>Leuchtfarbe</translation>
-    </message>
-    <message>
-        <source>Strength of the light that the material gives off</source>
-        <translation>Stärke des Lichts, das das Material abgibt</translation>
-    </message>
-    <message>
-        <source>Emission</source>
-        <translation>Leuchten</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Kamera</translation>
-    </message>
-    <message>
-        <source>The point that the camera looks at</source>
-        <translation>Der Punkt, auf den die Kamera blickt</translation>
-    </message>
-    <message>
-        <source>Target</source>
-        <translation>Ziel</translation>
-    </message>
-    <message>
-        <source>From the target to the camera</source>
-        <translation>Vom Ziel zur Kamera</translation>
-    </message>
-    <message>
-        <source>Distance</source>
-        <translation>Abstand</translation>
-    </message>
-    <message>
-        <source>Where the camera stands around the target</source>
-        <translation>Wo die Kamera rund um das Ziel steht</translation>
-    </message>
-    <message>
-        <source>Azimuth</source>
-        <translation>Azimut</translation>
-    </message>
-    <message>
-        <source>How high the camera stands; above 0 it looks down</source>
-        <translation>Wie hoch die Kamera steht; über 0 blickt sie hinab</translation>
-    </message>
-    <message>
-        <source>Elevation</source>
-        <translation>Höhenwinkel</translation>
-    </message>
-    <message>
-        <source>Opening angle from bottom to top</source>
-        <translation>Öffnungswinkel von unten nach oben</translation>
-    </message>
-    <message>
-        <source>Field of view</source>
-        <translation>Sichtfeld</translation>
-    </message>
-    <message>
-        <source>Light</source>
-        <translation>Licht</translation>
-    </message>
-    <message>
-        <source>A directional light shines from far away, a point light from its place</source>
-        <translation>Gerichtetes Licht scheint aus großer Ferne, ein Punktlicht von seinem Ort aus</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>Art</translation>
-    </message>
-    <message>
-        <source>Directional</source>
-        <translation>Gerichtet</translation>
-    </message>
-    <message>
-        <source>Point</source>
-        <translation>Punktlicht</translation>
-    </message>
-    <message>
-        <source>Colour</source>
-        <translation>Farbe</translation>
-    </message>
-    <message>
-        <source>Strength of the light</source>
-        <translation>Stärke des Lichts</translation>
-    </message>
-    <message>
-        <source>Intensity</source>
-        <translation>Stärke</translation>
-    </message>
-    <message>
-        <source>Where the light stands around the scene</source>
-        <translation>Wo das Licht rund um die Szene steht</translation>
-    </message>
-    <message>
-        <source>How high the light stands</source>
-        <translation>Wie hoch das Licht steht</translation>
-    </message>
-    <message>
-        <source>From the origin to a point light</source>
-        <translation>Vom Ursprung zu einem Punktlicht</translation>
-    </message>
-    <message>
-        <source>Strength of the light from the surroundings</source>
-        <translation>Stärke des Lichts aus der Umgebung</translation>
-    </message>
-    <message>
-        <source>Ambient</source>
-        <translation>Umgebungslicht</translation>
-    </message>
-    <message>
-        <source>Edge of the shadow map: larger is sharper and slower</source>
-        <translation>Kante der Schattenkarte: größer ist schärfer und langsamer</translation>
-    </message>
-    <message>
-        <source>Shadow size</source>
-        <translation>Schattengröße</translation>
-    </message>
-    <message>
-        <source>px</source>
-        <translation>px</translation>
-    </message>
-    <message>
-        <source>Shadows</source>
-        <translation>Schatten</translation>
-    </message>
-    <message>
-        <source>Whether the light casts shadows</source>
-        <translation>Ob das Licht Schatten wirft</translation>
-    </message>
-    <message>
-        <source>Animation</source>
-        <translation>Animation</translation>
-    </message>
-    <message>
-        <source>Speed of the turntable; taken over when the handle is let go</source>
-        <translation>Geschwindigkeit des Drehtellers; gilt, sobald der Griff losgelassen wird</translation>
-    </message>
-    <message>
-        <source>Turntable</source>
-        <translation>Drehteller</translation>
-    </message>
-    <message>
-        <source>°/s</source>
-        <translation>°/s</translation>
-    </message>
-    <message>
-        <source>Play</source>
-        <translation>Abspielen</translation>
-    </message>
-    <message>
-        <source>Turn the objects about the camera&apos;s target</source>
-        <translation>Die Objekte um das Ziel der Kamera drehen</translation>
-    </message>
-    <message>
-        <source>View</source>
-        <translation>Ansicht</translation>
-    </message>
-    <message>
-        <source>Name of the scene</source>
-        <translation>Name der Szene</translation>
-    </message>
-    <message>
-        <source>Scene name</source>
-        <translation>Szenenname</translation>
-    </message>
-    <message>
-        <source>What the view shows of the objects</source>
-        <translation>Was die Ansicht von den Objekten zeigt</translation>
-    </message>
-    <message>
-        <source>Shading</source>
-        <translation>Darstellung</translation>
-    </message>
-    <message>
-        <source>Lit</source>
-        <translation>Beleuchtet</translation>
-    </message>
-    <message>
-        <source>Flat</source>
-        <translation>Flach</translation>
-    </message>
-    <message>
-        <source>Normals</source>
-        <translation>Normalen</translation>
-    </message>
-    <message>
-        <source>Wireframe</source>
-        <translation>Drahtgitter</translation>
-    </message>
-    <message>
-        <source>Brightness of the picture</source>
-        <translation>Helligkeit des Bildes</translation>
-    </message>
-    <message>
-        <source>Exposure</source>
-        <translation>Belichtung</translation>
-    </message>
-    <message>
-        <source>Picture of the surroundings, twice as wide as high</source>
-        <translation>Bild der Umgebung, doppelt so breit wie hoch</translation>
-    </message>
-    <message>
-        <source>Environment</source>
-        <translation>Umgebung</translation>
-    </message>
-    <message>
-        <source>Images (*.png *.jpg *.jpeg *.bmp);;All files (*)</source>
-        <translation>Bilder (*.png *.jpg *.jpeg *.bmp);;Alle Dateien (*)</translation>
-    </message>
-    <message>
-        <source>How the picture of the surroundings is sampled</source>
-        <translation>Wie das Bild der Umgebung abgetastet wird</translation>
-    </message>
-    <message>
-        <source>Filtering</source>
-        <translation>Filterung</translation>
-    </message>
-    <message>
-        <source>Nearest</source>
-        <translation>Nächster</translation>
-    </message>
-    <message>
-        <source>Bilinear</source>
-        <translation>Bilinear</translation>
-    </message>
-    <message>
-        <source>Trilinear</source>
-        <translation>Trilinear</translation>
-    </message>
-    <message>
-        <source>Environment as background</source>
-        <translation>Umgebung als Hintergrund</translation>
-    </message>
-    <message>
-        <source>Show the picture of the surroundings behind the scene</source>
-        <translation>Das Bild der Umgebung hinter der Szene zeigen</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>Hintergrund</translation>
-    </message>
-    <message>
-        <source>Grid</source>
-        <translation>Raster</translation>
-    </message>
-    <message>
-        <source>Show a grid on the ground</source>
-        <translation>Ein Raster auf dem Boden zeigen</translation>
-    </message>
-    <message>
-        <source>Edge of a cell; taken over when the handle is let go</source>
-        <translation>Kante einer Zelle; gilt, sobald der Griff losgelassen wird</translation>
-    </message>
-    <message>
-        <source>Grid cell</source>
-        <translation>Rasterzelle</translation>
-    </message>
-    <message>
-        <source>Cells from the centre to an edge</source>
-        <translation>Zellen von der Mitte bis zum Rand</translation>
-    </message>
-    <message>
-        <source>Grid extent</source>
-        <translation>Rastergröße</translation>
-    </message>
-    <message>
-        <source>cells</source>
-        <translation>Zellen</translation>
-    </message>
-    <message>
-        <source>Outline the selection</source>
-        <translation>Auswahl umranden</translation>
-    </message>
-    <message>
-        <source>Draw an outline around the selected object</source>
-        <translation>Einen Umriss um das ausgewählte Objekt zeichnen</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
-    <message>
-        <source>Open &amp;Recent</source>
-        <translation>&amp;Zuletzt geöffnet</translation>
-    </message>
-    <message>
-        <source>&amp;Edit</source>
-        <translation>&amp;Bearbeiten</translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <translation>&amp;Ansicht</translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation>&amp;Hilfe</translation>
-    </message>
-    <message>
-        <source>&amp;New</source>
-        <translation>&amp;Neu</translation>
-    </message>
-    <message>
-        <source>&amp;Open…</source>
-        <translation>Ö&amp;ffnen …</translation>
-    </message>
-    <message>
-        <source>&amp;Save</source>
-        <translation>&amp;Speichern</translation>
-    </message>
-    <message>
-        <source>Save &amp;As…</source>
-        <translation>Speichern &amp;unter …</translation>
-    </message>
-    <message>
-        <source>&amp;Import Mesh…</source>
-        <translation>Netz &amp;importieren …</translation>
-    </message>
-    <message>
-        <source>Ctrl+I</source>
-        <translation>Ctrl+I</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>&amp;Beenden</translation>
-    </message>
-    <message>
-        <source>&amp;Undo</source>
-        <translation>&amp;Rückgängig</translation>
-    </message>
-    <message>
-        <source>&amp;Redo</source>
-        <translation>&amp;Wiederherstellen</translation>
-    </message>
-    <message>
-        <source>&amp;Duplicate</source>
-        <translation>&amp;Duplizieren</translation>
-    </message>
-    <message>
-        <source>Ctrl+D</source>
-        <translation>Ctrl+D</translation>
-    </message>
-    <message>
-        <source>De&amp;lete</source>
-        <translation>&amp;Löschen</translation>
-    </message>
-    <message>
-        <source>&amp;Reset Camera</source>
-        <translation>&amp;Kamera zurücksetzen</translation>
-    </message>
-    <message>
-        <source>Ctrl+Home</source>
-        <translation>Ctrl+Home</translation>
-    </message>
-    <message>
-        <source>&amp;New View Window</source>
-        <translation>&amp;Neues Ansichtsfenster</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+N</source>
-        <translation>Ctrl+Shift+N</translation>
-    </message>
-    <message>
-        <source>&amp;Fold All</source>
-        <translation>Alle &amp;zuklappen</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+F</source>
-        <translation>Ctrl+Shift+F</translation>
-    </message>
-    <message>
-        <source>&amp;Unfold All</source>
-        <translation>Alle &amp;aufklappen</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+U</source>
-        <translation>Ctrl+Shift+U</translation>
-    </message>
-    <message>
-        <source>&amp;About Scene Editor</source>
-        <translation>Ü&amp;ber den Szeneneditor</translation>
-    </message>
-    <message>
-        <source>&amp;Style</source>
-        <translation>Aus&amp;sehen</translation>
-    </message>
-    <message>
-        <source>&amp;Language (from the next start)</source>
-        <translation>S&amp;prache (ab dem nächsten Start)</translation>
     </message>
 </context>
 <context>
@@ -594,6 +106,373 @@
     </message>
 </context>
 <context>
+    <name>Scene</name>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>The point that the camera looks at</source>
+        <translation>Der Punkt, auf den die Kamera blickt</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>From the target to the camera</source>
+        <translation>Vom Ziel zur Kamera</translation>
+    </message>
+    <message>
+        <source>Azimuth</source>
+        <translation>Azimut</translation>
+    </message>
+    <message>
+        <source>Where the camera stands around the target</source>
+        <translation>Wo die Kamera rund um das Ziel steht</translation>
+    </message>
+    <message>
+        <source>Elevation</source>
+        <translation>Höhenwinkel</translation>
+    </message>
+    <message>
+        <source>How high the camera stands; above 0 it looks down</source>
+        <translation>Wie hoch die Kamera steht; über 0 blickt sie hinab</translation>
+    </message>
+    <message>
+        <source>Field of view</source>
+        <translation>Sichtfeld</translation>
+    </message>
+    <message>
+        <source>Opening angle from bottom to top</source>
+        <translation>Öffnungswinkel von unten nach oben</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Licht</translation>
+    </message>
+    <message>
+        <source>Directional</source>
+        <translation>Gerichtet</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>Punktlicht</translation>
+    </message>
+    <message>
+        <source>Spot</source>
+        <translation>Spotlicht</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>A directional light shines from far away, a point light from its place, a spot light from its place towards the origin</source>
+        <translation>Gerichtetes Licht kommt von weit her, ein Punktlicht von seinem Ort, ein Spotlicht von seinem Ort zum Ursprung hin</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Red, green and blue from 0 to 1</source>
+        <translation>Rot, Grün und Blau von 0 bis 1</translation>
+    </message>
+    <message>
+        <source>Intensity</source>
+        <translation>Stärke</translation>
+    </message>
+    <message>
+        <source>Strength of the light</source>
+        <translation>Stärke des Lichts</translation>
+    </message>
+    <message>
+        <source>Where the light stands around the scene</source>
+        <translation>Wo das Licht rund um die Szene steht</translation>
+    </message>
+    <message>
+        <source>How high the light stands</source>
+        <translation>Wie hoch das Licht steht</translation>
+    </message>
+    <message>
+        <source>From the origin to the light</source>
+        <translation>Vom Ursprung zum Licht</translation>
+    </message>
+    <message>
+        <source>Cone</source>
+        <translation>Kegel</translation>
+    </message>
+    <message>
+        <source>Opening of a spot light from edge to edge</source>
+        <translation>Öffnung eines Spotlichts von Rand zu Rand</translation>
+    </message>
+    <message>
+        <source>Cone softness</source>
+        <translation>Kegelweichheit</translation>
+    </message>
+    <message>
+        <source>How much of the cone fades towards its edge: 0 is sharp</source>
+        <translation>Wie viel vom Kegel zum Rand hin ausläuft: 0 ist scharf</translation>
+    </message>
+    <message>
+        <source>Ambient</source>
+        <translation>Umgebungslicht</translation>
+    </message>
+    <message>
+        <source>Strength of the light from the surroundings</source>
+        <translation>Stärke des Lichts aus der Umgebung</translation>
+    </message>
+    <message>
+        <source>Shadow size</source>
+        <translation>Schattengröße</translation>
+    </message>
+    <message>
+        <source>Edge of the shadow map: larger is sharper and slower</source>
+        <translation>Kante der Schattenkarte: größer ist schärfer und langsamer</translation>
+    </message>
+    <message>
+        <source>Shadows</source>
+        <translation>Schatten</translation>
+    </message>
+    <message>
+        <source>Whether the light casts shadows</source>
+        <translation>Ob das Licht Schatten wirft</translation>
+    </message>
+    <message>
+        <source>Animation</source>
+        <translation>Animation</translation>
+    </message>
+    <message>
+        <source>Turntable</source>
+        <translation>Drehteller</translation>
+    </message>
+    <message>
+        <source>Speed of the turntable; changes when the handle is let go</source>
+        <translation>Geschwindigkeit des Drehtellers; ändert sich, wenn der Griff losgelassen wird</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Turn the objects about the camera&apos;s target</source>
+        <translation>Die Objekte um das Ziel der Kamera drehen</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>Lit</source>
+        <translation>Beleuchtet</translation>
+    </message>
+    <message>
+        <source>Flat</source>
+        <translation>Flach</translation>
+    </message>
+    <message>
+        <source>Normals</source>
+        <translation>Normalen</translation>
+    </message>
+    <message>
+        <source>Wireframe</source>
+        <translation>Drahtgitter</translation>
+    </message>
+    <message>
+        <source>Shading</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
+        <source>What the view shows of the objects</source>
+        <translation>Was die Ansicht von den Objekten zeigt</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Brightness of the picture</source>
+        <translation>Helligkeit des Bildes</translation>
+    </message>
+    <message>
+        <source>Environment</source>
+        <translation>Umgebung</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp);;All files (*)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.bmp);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Picture of the surroundings, twice as wide as high</source>
+        <translation>Bild der Umgebung, doppelt so breit wie hoch</translation>
+    </message>
+    <message>
+        <source>Nearest</source>
+        <translation>Nächster</translation>
+    </message>
+    <message>
+        <source>Bilinear</source>
+        <translation>Bilinear</translation>
+    </message>
+    <message>
+        <source>Trilinear</source>
+        <translation>Trilinear</translation>
+    </message>
+    <message>
+        <source>Filtering</source>
+        <translation>Filterung</translation>
+    </message>
+    <message>
+        <source>How the picture of the surroundings is sampled</source>
+        <translation>Wie das Bild der Umgebung abgetastet wird</translation>
+    </message>
+    <message>
+        <source>Show surroundings</source>
+        <translation>Umgebung zeigen</translation>
+    </message>
+    <message>
+        <source>The picture of the surroundings behind the scene, in place of the background colour</source>
+        <translation>Das Bild der Umgebung hinter der Szene, statt der Hintergrundfarbe</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Raster</translation>
+    </message>
+    <message>
+        <source>Lines on the floor</source>
+        <translation>Linien auf dem Boden</translation>
+    </message>
+    <message>
+        <source>Grid cell</source>
+        <translation>Rasterzelle</translation>
+    </message>
+    <message>
+        <source>Edge of a cell of the grid</source>
+        <translation>Kante einer Zelle des Rasters</translation>
+    </message>
+    <message>
+        <source>Grid extent</source>
+        <translation>Rastergröße</translation>
+    </message>
+    <message>
+        <source>cells</source>
+        <translation>Zellen</translation>
+    </message>
+    <message>
+        <source>From the centre to an edge</source>
+        <translation>Von der Mitte bis zu einem Rand</translation>
+    </message>
+    <message>
+        <source>Outline</source>
+        <translation>Umriss</translation>
+    </message>
+    <message>
+        <source>A line around the selected objects</source>
+        <translation>Eine Linie um die ausgewählten Objekte</translation>
+    </message>
+    <message>
+        <source>Material</source>
+        <translation>Material</translation>
+    </message>
+    <message>
+        <source>Base colour</source>
+        <translation>Grundfarbe</translation>
+    </message>
+    <message>
+        <source>Roughness</source>
+        <translation>Rauheit</translation>
+    </message>
+    <message>
+        <source>0 is a mirror, 1 is chalk</source>
+        <translation>0 ist ein Spiegel, 1 ist Kreide</translation>
+    </message>
+    <message>
+        <source>Metallic</source>
+        <translation>Metallisch</translation>
+    </message>
+    <message>
+        <source>0 is plastic or stone, 1 is bare metal</source>
+        <translation>0 ist Kunststoff oder Stein, 1 ist blankes Metall</translation>
+    </message>
+    <message>
+        <source>Emission colour</source>
+        <translation>Leuchtfarbe</translation>
+    </message>
+    <message>
+        <source>Colour of the light that the material gives off</source>
+        <translation>Farbe des Lichts, das das Material abgibt</translation>
+    </message>
+    <message>
+        <source>Emission</source>
+        <translation>Leuchten</translation>
+    </message>
+    <message>
+        <source>Strength of the light that the material gives off</source>
+        <translation>Stärke des Lichts, das das Material abgibt</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Name of the selected object</source>
+        <translation>Name des ausgewählten Objekts</translation>
+    </message>
+    <message>
+        <source>Mesh</source>
+        <translation>Netz</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>Sichtbar</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Position of the object&apos;s origin</source>
+        <translation>Lage des Objektursprungs</translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation>Drehung</translation>
+    </message>
+    <message>
+        <source>Turn about X, then Y, then Z</source>
+        <translation>Drehung um X, dann Y, dann Z</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>Skalierung</translation>
+    </message>
+    <message>
+        <source>Factor along each axis</source>
+        <translation>Faktor entlang jeder Achse</translation>
+    </message>
+    <message>
+        <source>Scene name</source>
+        <translation>Szenenname</translation>
+    </message>
+    <message>
+        <source>Name of the scene</source>
+        <translation>Name der Szene</translation>
+    </message>
+</context>
+<context>
     <name>SceneEditor</name>
     <message>
         <source>Edits the objects, material, light and camera of a small 3D scene.</source>
@@ -657,121 +536,6 @@
     </message>
 </context>
 <context>
-    <name>SceneFile</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
-        <source>the file&apos;s top level</source>
-        <translation>oberste Ebene der Datei</translation>
-    </message>
-    <message>
-        <source>null</source>
-        <translation>null</translation>
-    </message>
-    <message>
-        <source>an array of %1</source>
-        <translation>ein Array mit %1 Elementen</translation>
-    </message>
-    <message>
-        <source>an object</source>
-        <translation>ein Objekt</translation>
-    </message>
-    <message>
-        <source>nothing</source>
-        <translation>nichts</translation>
-    </message>
-    <message>
-        <source>expected an object, found %1</source>
-        <translation>erwartet: ein Objekt; gefunden: %1</translation>
-    </message>
-    <message>
-        <source>%1: unknown, ignored</source>
-        <translation>%1: unbekannt, wird ignoriert</translation>
-    </message>
-    <message>
-        <source>true or false</source>
-        <translation>true oder false</translation>
-    </message>
-    <message>
-        <source>a number from %1 to %2</source>
-        <translation>eine Zahl von %1 bis %2</translation>
-    </message>
-    <message>
-        <source>a power of two from %1 to %2</source>
-        <translation>eine Zweierpotenz von %1 bis %2</translation>
-    </message>
-    <message>
-        <source>an array of three numbers from %1 to %2</source>
-        <translation>ein Array mit drei Zahlen von %1 bis %2</translation>
-    </message>
-    <message>
-        <source>expected a number from %1 to %2, found %3</source>
-        <translation>erwartet: eine Zahl von %1 bis %2; gefunden: %3</translation>
-    </message>
-    <message>
-        <source>a colour such as &quot;#ff8000&quot;</source>
-        <translation>eine Farbe wie &quot;#ff8000&quot;</translation>
-    </message>
-    <message>
-        <source>a text of at most %1 characters</source>
-        <translation>ein Text von höchstens %1 Zeichen</translation>
-    </message>
-    <message>
-        <source>one of %1</source>
-        <translation>eines von %1</translation>
-    </message>
-    <message>
-        <source>an array of at most %1</source>
-        <translation>ein Array mit höchstens %1 Elementen</translation>
-    </message>
-    <message>
-        <source>expected %1, found %2</source>
-        <translation>erwartet: %1; gefunden: %2</translation>
-    </message>
-    <message>
-        <source>expected &quot;%1&quot;, found %2</source>
-        <translation>erwartet: &quot;%1&quot;; gefunden: %2</translation>
-    </message>
-    <message>
-        <source>is a directory, expected a scene file</source>
-        <translation>ist ein Ordner; erwartet: eine Szenendatei</translation>
-    </message>
-    <message>
-        <source>cannot be read: %1</source>
-        <translation>kann nicht gelesen werden: %1</translation>
-    </message>
-    <message>
-        <source>is too large, expected at most %1 MiB</source>
-        <translation>ist zu groß; erwartet: höchstens %1 MiB</translation>
-    </message>
-    <message>
-        <source>%1: not valid JSON, %2</source>
-        <translation>%1: kein gültiges JSON, %2</translation>
-    </message>
-    <message>
-        <source>1:1: expected an object, found an array</source>
-        <translation>1:1: erwartet: ein Objekt; gefunden: ein Array</translation>
-    </message>
-    <message>
-        <source>not saved, %1</source>
-        <translation>nicht gespeichert, %1</translation>
-    </message>
-    <message>
-        <source>cannot be written: %1</source>
-        <translation>kann nicht geschrieben werden: %1</translation>
-    </message>
-    <message>
-        <source>not saved, larger than %1 MiB</source>
-        <translation>nicht gespeichert, größer als %1 MiB</translation>
-    </message>
-    <message>
-        <source>%1 further unknown ones, ignored</source>
-        <translation>%1 weitere unbekannte, werden ignoriert</translation>
-    </message>
-</context>
-<context>
     <name>SceneRenderer</name>
     <message>
         <source>The graphics driver refuses a shader: %1</source>
@@ -791,6 +555,49 @@
     </message>
 </context>
 <context>
+    <name>sceneeditor::Document</name>
+    <message>
+        <source>Duplicate of %1</source>
+        <translation>Duplikat von %1</translation>
+    </message>
+    <message>
+        <source>Removal of %1</source>
+        <translation>Entfernen von %1</translation>
+    </message>
+    <message>
+        <source>Renaming of %1</source>
+        <translation>Umbenennen von %1</translation>
+    </message>
+    <message>
+        <source>%1 objects</source>
+        <translation>%1 Objekten</translation>
+    </message>
+    <message>
+        <source>Showing of %1</source>
+        <translation>Einblenden von %1</translation>
+    </message>
+    <message>
+        <source>Hiding of %1</source>
+        <translation>Ausblenden von %1</translation>
+    </message>
+    <message>
+        <source>New order</source>
+        <translation>Neue Reihenfolge</translation>
+    </message>
+    <message>
+        <source>Change of mesh</source>
+        <translation>Wechsel des Netzes</translation>
+    </message>
+    <message>
+        <source>Move of %1</source>
+        <translation>Verschieben von %1</translation>
+    </message>
+    <message>
+        <source>Unsaved changes would be lost if the program ended unexpectedly: %1</source>
+        <translation>Ungespeicherte Änderungen gingen verloren, wenn das Programm unerwartet endete: %1</translation>
+    </message>
+</context>
+<context>
     <name>sceneeditor::MainWindow</name>
     <message>
         <source>Meshes (%1);;All files (*)</source>
@@ -801,16 +608,8 @@
         <translation>Szenen (*.json);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>%1: expected a picture of the surroundings: %2</source>
-        <translation>%1: ein Bild der Umgebung wurde erwartet: %2</translation>
-    </message>
-    <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
-    </message>
-    <message>
-        <source>%1: view.environmentImage: %2</source>
-        <translation>%1: view.environmentImage: %2</translation>
     </message>
     <message>
         <source>&amp;Undo %1</source>
@@ -819,10 +618,6 @@
     <message>
         <source>&amp;Redo %1</source>
         <translation>&amp;Wiederherstellen %1</translation>
-    </message>
-    <message>
-        <source>Back to the default</source>
-        <translation>Zurück zum Vorgabewert</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -865,56 +660,12 @@
         <translation>%1[*] – Szeneneditor</translation>
     </message>
     <message>
-        <source>Reading %1</source>
-        <translation>%1 wird gelesen</translation>
-    </message>
-    <message>
         <source>Import of %1</source>
         <translation>Import von %1</translation>
     </message>
     <message>
-        <source>Change of mesh</source>
-        <translation>Wechsel des Netzes</translation>
-    </message>
-    <message>
-        <source>%1: objects[%2].mesh: %3</source>
-        <translation>%1: objects[%2].mesh: %3</translation>
-    </message>
-    <message>
-        <source>Renaming of %1</source>
-        <translation>Umbenennen von %1</translation>
-    </message>
-    <message>
-        <source>Showing of %1</source>
-        <translation>Einblenden von %1</translation>
-    </message>
-    <message>
-        <source>Hiding of %1</source>
-        <translation>Ausblenden von %1</translation>
-    </message>
-    <message>
-        <source>Duplicate of %1</source>
-        <translation>Duplikat von %1</translation>
-    </message>
-    <message>
-        <source>Removal of %1</source>
-        <translation>Entfernen von %1</translation>
-    </message>
-    <message>
-        <source>%1 objects, %L2 triangles</source>
-        <translation>%1 Objekte, %L2 Dreiecke</translation>
-    </message>
-    <message>
-        <source>View %1 – Scene Editor</source>
-        <translation>Ansicht %1 – Szeneneditor</translation>
-    </message>
-    <message>
         <source>About Scene Editor</source>
         <translation>Über den Szeneneditor</translation>
-    </message>
-    <message>
-        <source>&lt;p&gt;Scene Editor, an example of OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Its property panel is a form built from the library&apos;s widgets; the view is drawn by a small OpenGL engine through the library&apos;s render widget.&lt;/p&gt;&lt;p&gt;Graphics: %2&lt;/p&gt;</source>
-        <translation>&lt;p&gt;Szeneneditor, ein Beispiel zu OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Die Leiste mit den Eigenschaften ist ein Formular aus den Widgets der Bibliothek; die Ansicht zeichnet eine kleine OpenGL-Engine durch deren Render-Widget.&lt;/p&gt;&lt;p&gt;Grafik: %2&lt;/p&gt;</translation>
     </message>
     <message>
         <source>none</source>
@@ -925,10 +676,6 @@
         <translation>&amp;System</translation>
     </message>
     <message>
-        <source>%1: expected a picture of at most %2 million pixels, found %3 × %4</source>
-        <translation>%1: ein Bild mit höchstens %2 Millionen Pixeln wurde erwartet, gefunden: %3 × %4</translation>
-    </message>
-    <message>
         <source>A scene without a file</source>
         <translation>Eine Szene ohne Datei</translation>
     </message>
@@ -937,12 +684,247 @@
         <translation>%1 hatte ungespeicherte Änderungen, als der Szeneneditor unerwartet endete. Sollen sie geöffnet werden, wie sie am %2 waren?</translation>
     </message>
     <message>
-        <source>Unsaved changes would be lost if the program ended unexpectedly: %1</source>
-        <translation>Ungespeicherte Änderungen gingen verloren, wenn das Programm unerwartet endete: %1</translation>
+        <source>Scene Editor</source>
+        <translation>Szeneneditor</translation>
     </message>
     <message>
-        <source>not a regular file</source>
-        <translation>keine gewöhnliche Datei</translation>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Style</source>
+        <translation>Aus&amp;sehen</translation>
+    </message>
+    <message>
+        <source>&amp;Language (from the next start)</source>
+        <translation>S&amp;prache (ab dem nächsten Start)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>Ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;As…</source>
+        <translation>Speichern &amp;unter …</translation>
+    </message>
+    <message>
+        <source>&amp;Import Mesh…</source>
+        <translation>Netz &amp;importieren …</translation>
+    </message>
+    <message>
+        <source>Ctrl+I</source>
+        <translation>Ctrl+I</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Duplicate</source>
+        <translation>&amp;Duplizieren</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>F2</source>
+        <translation>F2</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>F&amp;rame Selection</source>
+        <translation>Aus&amp;wahl einpassen</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <translation>F</translation>
+    </message>
+    <message>
+        <source>&amp;Reset Camera</source>
+        <translation>&amp;Kamera zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Home</source>
+        <translation>Ctrl+Home</translation>
+    </message>
+    <message>
+        <source>&amp;New View Window</source>
+        <translation>&amp;Neues Ansichtsfenster</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N</source>
+        <translation>Ctrl+Shift+N</translation>
+    </message>
+    <message>
+        <source>&amp;Fold All</source>
+        <translation>Alle &amp;zuklappen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+F</source>
+        <translation>Ctrl+Shift+F</translation>
+    </message>
+    <message>
+        <source>&amp;Unfold All</source>
+        <translation>Alle &amp;aufklappen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+U</source>
+        <translation>Ctrl+Shift+U</translation>
+    </message>
+    <message>
+        <source>&amp;About Scene Editor</source>
+        <translation>Ü&amp;ber den Szeneneditor</translation>
+    </message>
+    <message>
+        <source>%1 meshes</source>
+        <translation>%1 Netzen</translation>
+    </message>
+    <message>
+        <source>Imported %1</source>
+        <translation>%1 importiert</translation>
+    </message>
+    <message>
+        <source>1 object</source>
+        <translation>1 Objekt</translation>
+    </message>
+    <message>
+        <source>%L1 objects</source>
+        <translation>%L1 Objekte</translation>
+    </message>
+    <message>
+        <source>1 triangle</source>
+        <translation>1 Dreieck</translation>
+    </message>
+    <message>
+        <source>%L1 triangles</source>
+        <translation>%L1 Dreiecke</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;Scene Editor, an example of OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Its property panel is made from a description of the scene; the view is drawn by a small OpenGL engine through the library&apos;s render widget.&lt;/p&gt;&lt;p&gt;Graphics: %2&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Szeneneditor, ein Beispiel für OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Seine Eigenschaften werden aus einer Beschreibung der Szene gemacht; die Ansicht zeichnet eine kleine OpenGL-Engine über das Zeichen-Widget der Bibliothek.&lt;/p&gt;&lt;p&gt;Grafik: %2&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::MessageBar</name>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::ObjectList</name>
+    <message>
+        <source>No objects yet. Drop a mesh on the window, or choose “Add mesh…”.</source>
+        <translation>Noch keine Objekte. Ein Netz auf das Fenster ziehen oder „Netz hinzufügen …“ wählen.</translation>
+    </message>
+    <message>
+        <source>(no name)</source>
+        <translation>(ohne Namen)</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::SceneOpener</name>
+    <message>
+        <source>%1: view.environmentImage: %2</source>
+        <translation>%1: view.environmentImage: %2</translation>
+    </message>
+    <message>
+        <source>%1: objects[%2].mesh: %3</source>
+        <translation>%1: objects[%2].mesh: %3</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::ScenePanel</name>
+    <message>
+        <source>Objects of the scene; the check box shows or hides one, a double click renames it, dragging changes the order</source>
+        <translation>Objekte der Szene; das Kästchen blendet eines ein oder aus, ein Doppelklick benennt es um, Ziehen ändert die Reihenfolge</translation>
+    </message>
+    <message>
+        <source>Add mesh…</source>
+        <translation>Netz hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>Duplizieren</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Mesh</source>
+        <translation>Netz</translation>
+    </message>
+    <message>
+        <source>Mesh of the object; other files are read in the background</source>
+        <translation>Netz des Objekts; andere Dateien werden im Hintergrund gelesen</translation>
+    </message>
+    <message>
+        <source>Meshes (%1);;All files (*)</source>
+        <translation>Netze (%1);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>several</source>
+        <translation>verschiedene</translation>
+    </message>
+</context>
+<context>
+    <name>sceneeditor::SceneViews</name>
+    <message>
+        <source>View %1 – Scene Editor</source>
+        <translation>Ansicht %1 – Szeneneditor</translation>
     </message>
 </context>
 <context>

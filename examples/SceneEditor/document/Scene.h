@@ -21,7 +21,7 @@ struct Range
     }
 };
 
-//! What the mouse in a view keeps to, too. All others stand in the description of the scene alone.
+//! What the mouse in a view and the materials of mesh files keep to, too. All others stand in the description of the scene alone.
 namespace ranges
 {
 constexpr Range coordinate{-1.0e6, 1.0e6};    //!< each component of a position or target, metres
@@ -29,6 +29,8 @@ constexpr Range cameraDistance{0.01, 1.0e5};  //!< metres
 constexpr Range fieldOfView{5.0, 120.0};      //!< degrees, vertical
 constexpr Range azimuth{-360.0, 360.0};       //!< degrees
 constexpr Range cameraElevation{-89.0, 89.0}; //!< degrees; the poles have no up direction
+constexpr Range unit{0.0, 1.0};               //!< roughness, metallic
+constexpr Range emission{0.0, 100.0};         //!< factor on the emission colour
 } // namespace ranges
 
 //! Looks at the target from outside a sphere around it. Y is up, azimuth 0 looks along -Z.
@@ -142,8 +144,11 @@ bool operator==(const Light& a, const Light& b);
 bool operator==(const Object& a, const Object& b);
 bool operator==(const Scene& a, const Scene& b);
 
-template <typename T>
-bool operator!=(const T& a, const T& b)
+inline bool operator!=(const Camera& a, const Camera& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const Scene& a, const Scene& b)
 {
     return !(a == b);
 }

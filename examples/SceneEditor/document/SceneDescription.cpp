@@ -207,23 +207,25 @@ Type describeMaterial()
     d.colour("baseColour", &Material::baseColour)
         .title(Text::tr("Base colour"))
         .toolTip(Text::tr("Red, green and blue from 0 to 1"));
-    d.number("roughness", &Material::roughness)
-        .title(Text::tr("Roughness"))
-        .step(0.005)
-        .toolTip(Text::tr("0 is a mirror, 1 is chalk"));
-    d.number("metallic", &Material::metallic)
-        .title(Text::tr("Metallic"))
-        .step(0.005)
-        .toolTip(Text::tr("0 is plastic or stone, 1 is bare metal"));
+    setRange(d.number("roughness", &Material::roughness)
+                 .title(Text::tr("Roughness"))
+                 .step(0.005)
+                 .toolTip(Text::tr("0 is a mirror, 1 is chalk")),
+             ranges::unit);
+    setRange(d.number("metallic", &Material::metallic)
+                 .title(Text::tr("Metallic"))
+                 .step(0.005)
+                 .toolTip(Text::tr("0 is plastic or stone, 1 is bare metal")),
+             ranges::unit);
     d.colour("emissionColour", &Material::emissionColour)
         .title(Text::tr("Emission colour"))
         .toolTip(Text::tr("Colour of the light that the material gives off"));
-    d.number("emission", &Material::emission)
-        .title(Text::tr("Emission"))
-        .units(Factor)
-        .range(0.0, 100.0)
-        .step(0.1)
-        .toolTip(Text::tr("Strength of the light that the material gives off"));
+    setRange(d.number("emission", &Material::emission)
+                 .title(Text::tr("Emission"))
+                 .units(Factor)
+                 .step(0.1)
+                 .toolTip(Text::tr("Strength of the light that the material gives off")),
+             ranges::emission);
     return d.type();
 }
 
