@@ -7,8 +7,6 @@
 #include <examples/SceneEditor/engine/LightMath.h>
 #include <examples/SceneEditor/engine/ShadowMap.h>
 
-#include <utility>
-
 namespace sceneeditor
 {
 namespace
@@ -218,10 +216,11 @@ void SceneRenderer::updateResources(GpuResources& gpu)
     Graphics& g = *m_graphics;
     if (g.uploaded != m_shown.meshes)
     {
-        // The earlier ones go last: most of them are wanted again.
-        const auto earlier = std::exchange(g.meshes, {});
+        // The earlier ones stay until then: most of them are wanted again.
+        QHash<QString, std::shared_ptr<const GpuMesh>> meshes;
         for (auto it = m_shown.meshes.cbegin(); it != m_shown.meshes.cend(); ++it)
-            g.meshes.insert(it.key(), gpu.mesh(it.value()));
+            meshes.insert(it.key(), gpu.mesh(it.value()));
+        g.meshes = meshes;
         g.uploaded = m_shown.meshes;
     }
     if (!g.environment || g.environmentKey != m_environment.cacheKey())
