@@ -211,6 +211,7 @@ void tst_SceneEngine::boxFindsWhatItTouches()
     const QRect small(place({0.5f, 0.6f, 0.0f}), QSize(2, 2));
     // Within the large triangle, whose corners are all outside of the view, some of them behind the camera's sides.
     QCOMPARE(m_view->objectsIn(small), (QVector<int>{0, 1}));
+    QCOMPARE(m_view->objectsIn(QRect(place({0.5f, 1.0f, 0.0f}), QSize(2, 2))), (QVector<int>{1}));
     QCOMPARE(m_view->objectsIn(QRect(place({-1.0f, 0.3f, 0.0f}), QSize(2, 2))), (QVector<int>{1}));
     QCOMPARE(m_view->objectAt(small.topLeft()), 0);
     m_scene.objects[1].position.setX(300);
