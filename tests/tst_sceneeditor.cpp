@@ -8,7 +8,9 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
 #include <QtCore/QProcess>
+#include <QtCore/QSet>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QScreen>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
@@ -70,6 +72,7 @@ private Q_SLOTS:
     void unsavedChangesAreAskedAbout();
     void unsavedChangesOutliveTheProgram();
     void shortcutsAreComplete();
+    void viewsShowTheSceneOnTheScreen();
     void secondViewCanBeClosed();
     void commandLine_data();
     void commandLine();
@@ -544,6 +547,37 @@ void tst_SceneEditor::shortcutsAreComplete()
 
     // Two actions with the same key get none of its presses.
     QCOMPARE(keys.removeDuplicates(), 0);
+}
+
+// The picture of a view may be right while its window shows only a message, in two colours and what lies between them.
+void tst_SceneEditor::viewsShowTheSceneOnTheScreen()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        QSKIP("only an X server shows what OpenGL draws");
+    trigger("actionNewView");
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+    {
+        const auto* view = qobject_cast<QRenderWidget*>(window);
+        if (window != m_window.get() && !view)
+            continue;
+        if (!view)
+            view = find<QRenderWidget>("renderView");
+        window->raise();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        const auto colours = [view]
+        {
+            const QImage seen = view->screen()->grabWindow(view->winId()).toImage();
+            QSet<QRgb> found;
+            for (int y = 0; y < seen.height(); y += 4)
+            {
+                for (int x = 0; x < seen.width(); x += 4)
+                    found.insert(seen.pixel(x, y));
+            }
+            return int(found.size());
+        };
+        QTRY_VERIFY2(colours() > 500, qPrintable(QString::number(colours())));
+    }
 }
 
 void tst_SceneEditor::secondViewCanBeClosed()
