@@ -14,7 +14,7 @@
 #include <QtGui/QColor>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QVector3D>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 #include <benchmark/benchmark.h>
 

@@ -15,8 +15,8 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionSlider>
-#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
 #include <memory>
 

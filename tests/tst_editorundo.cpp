@@ -4,8 +4,8 @@
 #include <Orvek/Host/EditorInput.h>
 #include <Orvek/Host/EditorUndo.h>
 
+#include <QAction>
 #include <QtGui/QColor>
-#include <QtWidgets/QAction>
 
 using namespace hostsupport;
 using orvek::host::EditorInput;

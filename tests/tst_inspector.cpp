@@ -11,7 +11,7 @@
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QColorDialog>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 using namespace orvek::host;
 using hostsupport::fieldsOf;

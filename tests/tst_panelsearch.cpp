@@ -2,8 +2,8 @@
 
 #include <Orvek/Host/PanelSearch.h>
 
+#include <QShortcut>
 #include <QtWidgets/QGroupBox>
-#include <QtWidgets/QShortcut>
 
 using namespace hostsupport;
 using orvek::host::PanelSearch;

@@ -190,7 +190,8 @@ void tst_SceneEditor::undoSelectsTheObjectThatWasEdited()
     document().setSelection({2});
     type("scale", "z", "3");
     document().setSelection({1});
-    QCOMPARE(child<QLineEdit>(*child<QWidget>(*find<QAccordion>("Object"), "name"), "lineEdit")->text(), before.objects[1].name);
+    QCOMPARE(child<QLineEdit>(*child<QWidget>(*find<QAccordion>("Object"), "name"), "lineEdit")->text(),
+             before.objects[1].name);
     type("light.azimuth", "lineEdit", "5");
     trigger("actionUndo");
     QCOMPARE(document().selection().value(0, -1), 1);

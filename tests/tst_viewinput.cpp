@@ -41,7 +41,7 @@ public:
     void ResizeSurface(HWND) override {}
     void Render(HWND handle) override
     {
-        QWindow* window = windows.contains(handle) ? QWidget::find(handle)->windowHandle() : nullptr;
+        QWindow* window = windows.contains(handle) ? QWidget::find(WId(handle))->windowHandle() : nullptr;
         if (!window || window->winId() != handle)
             return;
         const QRect area(QPoint(), window->size());

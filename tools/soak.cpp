@@ -40,7 +40,7 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyleFactory>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 #include <cmath>
 #include <cstdio>

@@ -17,7 +17,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSlider>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 #include <optional>
 #include <unordered_map>

@@ -20,8 +20,8 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <iterator>

@@ -3,6 +3,7 @@
 #include <Orvek/Host/Editor.h>
 #include <Orvek/Host/EditorTree.h>
 
+#include <QShortcut>
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QSignalBlocker>
 #include <QtGui/QKeyEvent>
@@ -12,7 +13,6 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QShortcut>
 
 #include <algorithm>
 #include <utility>

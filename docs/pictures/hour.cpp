@@ -29,9 +29,9 @@
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QStyleOptionSlider>
-#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QUndoView>
 #include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
 #include <memory>
 

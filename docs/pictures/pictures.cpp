@@ -8,7 +8,7 @@
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 #include <memory>
 

@@ -9,8 +9,8 @@
 #include <QtCore/QSettings>
 #include <QtCore/QTranslator>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
 namespace
 {

@@ -21,8 +21,8 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
 namespace
 {

@@ -10,7 +10,7 @@
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 using orvek::host::Description;
 using orvek::host::Inspector;

@@ -71,7 +71,7 @@ public:
         const auto found = m_renderers.find(window);
         if (found == m_renderers.end() || !found->second)
             return; // also comes for windows that were removed or made again
-        QWindow* surface = QWidget::find(window)->windowHandle();
+        QWindow* surface = QWidget::find(WId(window))->windowHandle();
         QImage frame = found->second->draw(surface->size() * surface->devicePixelRatio());
         frame.setDevicePixelRatio(surface->devicePixelRatio());
         const QRect area(QPoint(), surface->size());

@@ -5,10 +5,10 @@
 
 #include <examples/Screenshot.h>
 
+#include <QAction>
 #include <QtCore/QTimer>
-#include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 int main(int argc, char** argv)
 {

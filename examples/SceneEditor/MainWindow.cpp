@@ -8,6 +8,7 @@
 #include <Orvek/Host/PanelHost.h>
 #include <Orvek/Host/SectionStates.h>
 
+#include <QActionGroup>
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -16,7 +17,6 @@
 #include <QtGui/QCloseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
-#include <QtWidgets/QActionGroup>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>

@@ -9,7 +9,7 @@
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtGui/QImage>
-#include <QtWidgets/QUndoStack>
+#include <QUndoStack>
 
 #include <memory>
 #include <vector>

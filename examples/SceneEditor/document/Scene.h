@@ -21,7 +21,8 @@ struct Range
     }
 };
 
-//! What the mouse in a view and the materials of mesh files keep to, too. All others stand in the description of the scene alone.
+//! What the mouse in a view and the materials of mesh files keep to, too. All others stand in the description of the
+//! scene alone.
 namespace ranges
 {
 constexpr Range coordinate{-1.0e6, 1.0e6};    //!< each component of a position or target, metres

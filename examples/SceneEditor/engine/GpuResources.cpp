@@ -6,6 +6,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QtMath>
 #include <QtGui/QOpenGLContext>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QOpenGLVersionFunctionsFactory>
+#endif
 
 #include <cmath>
 #include <cstddef>
@@ -20,6 +23,15 @@ namespace sceneeditor
 {
 namespace
 {
+Gl* functionsOf(QOpenGLContext* context)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QOpenGLVersionFunctionsFactory::get<Gl>(context);
+#else
+    return context->versionFunctions<Gl>();
+#endif
+}
+
 struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
@@ -162,7 +174,7 @@ std::unique_ptr<GpuResources> GpuResources::create(QString* error)
     std::unique_ptr<GpuResources> result(new GpuResources);
     GpuResources& r = *result;
     QOpenGLContext* context = QOpenGLContext::currentContext();
-    auto* gl = context ? context->versionFunctions<Gl>() : nullptr;
+    auto* gl = context ? functionsOf(context) : nullptr;
     if (!gl || !gl->initializeOpenGLFunctions())
     {
         *error = Text::tr("The graphics driver has no OpenGL 3.3");

@@ -2,10 +2,10 @@
 
 #include <examples/SceneEditor/document/MeshLoader.h>
 
+#include <QOpenGLFunctions_3_3_Core>
+#include <QOpenGLShaderProgram>
 #include <QtCore/QHash>
 #include <QtGui/QImage>
-#include <QtGui/QOpenGLFunctions_3_3_Core>
-#include <QtGui/QOpenGLShaderProgram>
 
 #include <array>
 #include <memory>

@@ -3,8 +3,8 @@
 #include <examples/SceneEditor/engine/CameraMath.h>
 #include <examples/SceneEditor/engine/EnvironmentLight.h>
 
+#include <QOpenGLShaderProgram>
 #include <QtCore/QtMath>
-#include <QtGui/QOpenGLShaderProgram>
 
 #include <cmath>
 

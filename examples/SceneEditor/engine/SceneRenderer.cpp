@@ -384,9 +384,9 @@ void SceneRenderer::drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& 
     const bool dark = view.backgroundColour.lightnessF() < 0.5;
     program.setUniformValue("u_lineColour", dark ? QVector3D(1.0f, 1.0f, 1.0f) : QVector3D(0.0f, 0.0f, 0.0f));
     program.setUniformValue("u_darkness", view.shading == ShadingMode::Lit ? 0.62f : 0.0f);
-    program.setUniformValue("u_occluderCount", occluders.size());
+    program.setUniformValue("u_occluderCount", int(occluders.size()));
     if (!occluders.isEmpty())
-        program.setUniformValueArray("u_occluders", occluders.constData(), occluders.size());
+        program.setUniformValueArray("u_occluders", occluders.constData(), int(occluders.size()));
     gpu.gl()->glDisable(GL_DEPTH_TEST);
     gpu.drawView();
     program.release();

@@ -3,12 +3,12 @@
 #include <examples/SceneEditor/engine/GpuResources.h>
 #include <examples/SceneEditor/engine/SceneRenderer.h>
 
+#include <QOpenGLFramebufferObject>
 #include <QtCore/QElapsedTimer>
 #include <QtGui/QBackingStore>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QOffscreenSurface>
 #include <QtGui/QOpenGLContext>
-#include <QtGui/QOpenGLFramebufferObject>
 #include <QtGui/QOpenGLFunctions>
 #include <QtGui/QPainter>
 #include <QtGui/QWindow>
@@ -26,7 +26,7 @@ constexpr int RestingPause = 120;  // milliseconds without a frame after which a
 
 QWindow* surfaceOf(HWND window)
 {
-    const QWidget* widget = QWidget::find(window);
+    const QWidget* widget = QWidget::find(WId(window));
     return widget ? widget->windowHandle() : nullptr;
 }
 
@@ -131,7 +131,7 @@ void SurfaceManager::Render(HWND window)
 
 void SurfaceManager::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int viewId)
 {
-    if (window == 0)
+    if (!window)
         return;
     auto it = m_views.find(window);
     if (it == m_views.end())
@@ -293,7 +293,7 @@ void SurfaceManager::refine()
     qint64 wait = 0; // milliseconds until a view that still moves could rest
     for (auto it = m_views.begin(); it != m_views.end(); ++it)
     {
-        QWidget* const widget = QWidget::find(it.key());
+        QWidget* const widget = QWidget::find(WId(it.key()));
         if (!it->draft || !widget)
             continue;
         const qint64 left = RestingPause - it->sinceFrame.elapsed();

@@ -228,7 +228,8 @@ void SectionBorder::readRules(const QWidget* contents)
                     continue;
                 const bool forMarked = asking.filter(QStringLiteral("[highlighted=true]")) == asking;
                 const QRegularExpressionMatch match = subject.match(parts.last());
-                m_targets.push_back({match.captured(1).toLatin1(), match.captured(2), forMarked ? asking.size() : 0});
+                m_targets.push_back(
+                    {match.captured(1).toLatin1(), match.captured(2), forMarked ? int(asking.size()) : 0});
             }
         }
     }
