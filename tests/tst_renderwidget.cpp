@@ -24,7 +24,7 @@ struct Log : QStringList
 {
     Renderer first;
     Renderer second;
-    HWND window = 0;
+    HWND window = {};
     QString interruptedCall;
     std::function<void()> interruption; // what the host does within that call
     void note(const QString& call, HWND calledFor)
@@ -499,6 +499,24 @@ private Q_SLOTS:
         // The window system may have exposed the window more than once; paints that ask for the next one would be many.
         QTest::qWait(100);
         QVERIFY2(paints.buffered < 5, QByteArray::number(paints.buffered));
+    }
+
+    // Qt's own OpenGL refuses the window of a widget that is not.
+    void windowIsFitForOpenGLWhereverItMoves()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            QSKIP("no OpenGL here");
+        QWidget first;
+        QWidget second;
+        QRenderWidget view(&first);
+        for (QWidget* parent : {&first, &second, static_cast<QWidget*>(nullptr), &first})
+        {
+            view.setParent(parent);
+            view.show();
+            view.window()->show();
+            QVERIFY(QTest::qWaitForWindowExposed(view.window()));
+            QVERIFY(view.windowHandle()->supportsOpenGL());
+        }
     }
 
 #if defined(Q_PROCESSOR_X86_64) && defined(Q_OS_UNIX)

@@ -5,6 +5,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QWheelEvent>
+#include <QtGui/QWindow>
 
 #include <limits>
 
@@ -22,6 +23,17 @@ QPointF localPosition(const QMouseEvent* event)
     return event->position();
 #else
     return event->localPos();
+#endif
+}
+
+// Before the window is made: engines that draw with Qt's OpenGL can then use it. Those of Qt 5 are all like that.
+void allowOpenGL(QWidget* widget)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    widget->setAttribute(Qt::WA_NativeWindow);
+    widget->windowHandle()->setSurfaceType(QSurface::RasterGLSurface);
+#else
+    Q_UNUSED(widget)
 #endif
 }
 
@@ -53,6 +65,7 @@ int modifierBits(Qt::KeyboardModifiers modifiers)
 
 QRenderWidget::QRenderWidget(QWidget* parent) : QWidget(parent)
 {
+    allowOpenGL(this);
     m_hwnd = readHandle();
     setWindowTitle(tr("Graphics"));
     setAttribute(Qt::WA_PaintOnScreen);
