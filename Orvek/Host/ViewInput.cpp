@@ -263,6 +263,7 @@ void ViewInput::Private::remake()
         return;
     const bool hadFocus = view()->hasFocus();
     view()->windowHandle()->destroy();
+    view()->hide(); // it is hidden, but Qt 6 would not show it again otherwise
     view()->show();
     if (hadFocus)
         view()->setFocus();
