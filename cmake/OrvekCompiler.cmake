@@ -4,7 +4,17 @@ target_compile_definitions(OrvekCompiler INTERFACE
     QT_NO_FOREACH
     QT_DEPRECATED_WARNINGS
     QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
-if(NOT MSVC)
+# What a file that looks for libraries calls its own folder.
+set(ORVEK_ORIGIN "$ORIGIN")
+if(APPLE)
+    set(ORVEK_ORIGIN "@loader_path")
+endif()
+# The libraries cast dynamically, in the build of a host that does without, too.
+set(ORVEK_WITH_RTTI -frtti)
+if(MSVC)
+    set(ORVEK_WITH_RTTI /GR)
+    target_compile_options(OrvekCompiler INTERFACE /utf-8)
+else()
     target_compile_options(OrvekCompiler INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
     # Qt's own macros of tests take no further argument.
     if(CMAKE_CXX_COMPILER_ID MATCHES Clang)

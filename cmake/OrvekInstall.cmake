@@ -1,18 +1,18 @@
 # What `cmake --install` and `cpack` take: the component Runtime has what a finished program or Qt Designer needs,
 # Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files are
-# relative, so the prefix can be moved.
+# relative, so the prefix can be moved. ORVEK_SUFFIX keeps all names apart from those of an installation for the other Qt.
 include(CMakePackageConfigHelpers)
 
-# Debian looks for libraries below its architecture's name, whatever the prefix. With the same folder in every installation
-# of this system a package needs no build of its own.
-if(NOT DEFINED CMAKE_INSTALL_LIBDIR AND EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE)
-    set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Libraries, relative to the prefix")
-endif()
 include(GNUInstallDirs)
 if(CMAKE_INSTALL_DOCDIR STREQUAL "${CMAKE_INSTALL_DATAROOTDIR}/doc/${PROJECT_NAME}")
-    set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/orvekqtwidgets)
+    set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/orvekqtwidgets${ORVEK_SUFFIX})
 endif()
-set(ORVEK_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt5/plugins CACHE PATH
+# The headers that uic writes differ. Those for Qt 5 lie where they always did.
+set(_include ${CMAKE_INSTALL_INCLUDEDIR})
+if(ORVEK_SUFFIX)
+    set(_include ${CMAKE_INSTALL_INCLUDEDIR}/orvekqtwidgets${ORVEK_SUFFIX})
+endif()
+set(ORVEK_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt${ORVEK_QT_VERSION}/plugins CACHE PATH
     "What goes into QT_PLUGIN_PATH, relative to the prefix; the link for Qt Designer comes into designer/ below it")
 
 # Private headers reach an installed tree only by mistake: the targets name the public ones.
@@ -27,18 +27,18 @@ foreach(_library IN LISTS _libraries)
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
-        PUBLIC_HEADER DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${_headers_of_${_library}} COMPONENT Development
-        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+        PUBLIC_HEADER DESTINATION ${_include}/${_headers_of_${_library}} COMPONENT Development
+        INCLUDES DESTINATION ${_include})
 endforeach()
 install(DIRECTORY Orvek/Base Orvek/CrossPlatform
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Orvek COMPONENT Development FILES_MATCHING PATTERN *.h)
+    DESTINATION ${_include}/Orvek COMPONENT Development FILES_MATCHING PATTERN *.h)
 
 if(WIN32)
     install(FILES $<TARGET_FILE:OrvekQtWidgets> DESTINATION ${ORVEK_PLUGIN_DIR}/designer COMPONENT Runtime)
 else()
     # It leads to the name that carries the major version, as the bare one comes with the development files. Nothing else
     # may lie in that folder: Designer loads every library that it finds there.
-    set(_prefix ${CMAKE_SHARED_LIBRARY_PREFIX}OrvekQtWidgets)
+    set(_prefix ${CMAKE_SHARED_LIBRARY_PREFIX}OrvekQtWidgets${ORVEK_SUFFIX})
     if(APPLE)
         set(_soname ${_prefix}.${PROJECT_VERSION_MAJOR}${CMAKE_SHARED_LIBRARY_SUFFIX})
     else()
@@ -58,19 +58,21 @@ install(FILES CHANGELOG.md CONTRIBUTING.md README.md DESTINATION ${CMAKE_INSTALL
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Development)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
     FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png PATTERN *.qch)
-install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/orvekqtwidgets/translations
+install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${ORVEK_SHARE}/translations
     COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN orvekqtwidgets_*.qm PATTERN orvekqthost_*.qm)
 
-# find_package(OrvekQtWidgets)
-set(_config ${CMAKE_INSTALL_LIBDIR}/cmake/OrvekQtWidgets)
-configure_package_config_file(cmake/OrvekQtWidgetsConfig.cmake.in ${PROJECT_BINARY_DIR}/installed/OrvekQtWidgetsConfig.cmake
+# find_package(OrvekQtWidgets), or OrvekQtWidgets6 for Qt 6. The targets are named alike.
+set(_package OrvekQtWidgets${ORVEK_SUFFIX})
+set(_config ${CMAKE_INSTALL_LIBDIR}/cmake/${_package})
+set_target_properties(${_libraries} PROPERTIES ORVEK_QT_VERSION ${ORVEK_QT_VERSION} EXPORT_PROPERTIES ORVEK_QT_VERSION)
+configure_package_config_file(cmake/OrvekQtWidgetsConfig.cmake.in ${PROJECT_BINARY_DIR}/installed/${_package}Config.cmake
     INSTALL_DESTINATION ${_config} PATH_VARS ORVEK_PLUGIN_DIR)
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/installed/OrvekQtWidgetsConfigVersion.cmake
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/installed/${_package}ConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
 install(EXPORT OrvekQtWidgetsTargets NAMESPACE OrvekQtWidgets:: DESTINATION ${_config} COMPONENT Development)
 install(FILES
-    ${PROJECT_BINARY_DIR}/installed/OrvekQtWidgetsConfig.cmake
-    ${PROJECT_BINARY_DIR}/installed/OrvekQtWidgetsConfigVersion.cmake
+    ${PROJECT_BINARY_DIR}/installed/${_package}Config.cmake
+    ${PROJECT_BINARY_DIR}/installed/${_package}ConfigVersion.cmake
     DESTINATION ${_config} COMPONENT Development)
 
 # pkg-config
@@ -78,9 +80,12 @@ file(RELATIVE_PATH _pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INS
 string(REGEX REPLACE "/$" "" _pc_prefix ${_pc_prefix})
 foreach(_library IN LISTS _libraries)
     string(TOLOWER ${_library} _name)
-    configure_file(cmake/${_name}.pc.in ${PROJECT_BINARY_DIR}/installed/${_name}.pc @ONLY)
-    install(FILES ${PROJECT_BINARY_DIR}/installed/${_name}.pc
+    configure_file(cmake/${_name}.pc.in ${PROJECT_BINARY_DIR}/installed/${_name}${ORVEK_SUFFIX}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/installed/${_name}${ORVEK_SUFFIX}.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 endforeach()
 
-include(cmake/OrvekPackage.cmake)
+# A host packs itself.
+if(_orvek_is_top)
+    include(cmake/OrvekPackage.cmake)
+endif()

@@ -31,8 +31,8 @@ if(TARGET SceneEditorUi)
 endif()
 
 # Every text in the sources is in the .ts files, and translated.
-if(TARGET Qt5::lupdate)
-    add_test(NAME translations_complete COMMAND ${CMAKE_COMMAND} -DLUPDATE=$<TARGET_FILE:Qt5::lupdate>
+if(TARGET ${ORVEK_QT}::lupdate)
+    add_test(NAME translations_complete COMMAND ${CMAKE_COMMAND} -DLUPDATE=$<TARGET_FILE:${ORVEK_QT}::lupdate>
         -DSOURCE=${PROJECT_SOURCE_DIR} -DCHECK=${CMAKE_CURRENT_BINARY_DIR}/translations
         -P ${PROJECT_SOURCE_DIR}/cmake/UpdateTranslations.cmake)
     set_tests_properties(translations_complete PROPERTIES TIMEOUT 120)

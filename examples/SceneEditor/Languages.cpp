@@ -16,8 +16,7 @@ namespace
 QStringList translationFolders()
 {
     const QString program = QCoreApplication::applicationDirPath();
-    return {program + QStringLiteral("/../translations"),
-            program + QStringLiteral("/../share/orvekqtwidgets/translations")};
+    return {program + QStringLiteral("/../translations"), program + QStringLiteral("/../" ORVEK_SHARE "/translations")};
 }
 } // namespace
 

@@ -28,7 +28,7 @@ struct Text
 QString studioScene()
 {
     return QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                           QStringLiteral("/../share/orvekqtwidgets/SceneEditor/studio.json"));
+                           QStringLiteral("/../" ORVEK_SHARE "/SceneEditor/studio.json"));
 }
 
 int fail(const QString& text)
@@ -57,6 +57,14 @@ void preferX11()
         qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
+// Qt 6 always does.
+void scaleByTheScreen()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+#endif
+}
+
 QSize parseSize(const QString& text)
 {
     static const QRegularExpression pattern(QStringLiteral("^([0-9]{2,5})x([0-9]{2,5})$"));
@@ -69,7 +77,7 @@ int main(int argc, char* argv[])
 {
     // Native siblings of the view would mean that every editor has a window of its own.
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    scaleByTheScreen();
     qInstallMessageHandler(reportStart);
 #ifdef Q_OS_LINUX
     preferX11();

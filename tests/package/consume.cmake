@@ -1,8 +1,9 @@
 # Uses the library as a stranger would. cmake -D... -P consume.cmake with
 #   MODE     install_and_consume: from an installation, then from where it was moved to; fetch_and_consume: from sources
-#   SOURCE   the sources of the library       BUILD  a finished build of it
+#   SOURCE   the sources of the library       BUILD, CONFIG  a finished build of it
 #   WORK     a folder to work in, emptied first   GENERATOR, CXX  as in that build
-#   HOST     whether that build has OrvekQtHost
+#   HOST     whether that build has OrvekQtHost     QT  the major version of its Qt, 5 or 6
+#   OTHER    a finished build for the other Qt, to be installed into the same folder; left out where there is none
 cmake_minimum_required(VERSION 3.16)
 
 function(run)
@@ -14,10 +15,18 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
+if(QT EQUAL 5)
+    set(suffix "")
+    set(other_suffix 6)
+else()
+    set(suffix ${QT})
+    set(other_suffix "")
+endif()
+
 function(build_stranger DIRECTORY)
-    run(${CMAKE_COMMAND} -S ${WORK}/stranger -B ${DIRECTORY} -G ${GENERATOR}
-        -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF ${ARGN})
-    run(${CMAKE_COMMAND} --build ${DIRECTORY} --parallel 2)
+    run(${CMAKE_COMMAND} -S ${WORK}/stranger -B ${DIRECTORY} -G "${GENERATOR}"
+        -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF -DSTRANGER_PACKAGE=OrvekQtWidgets${suffix} ${ARGN})
+    run(${CMAKE_COMMAND} --build ${DIRECTORY} --parallel 2 --config Debug)
 endfunction()
 
 function(run_stranger PROGRAM)
@@ -43,23 +52,36 @@ foreach(variable IN ITEMS DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_P
 endforeach()
 
 if(MODE STREQUAL "fetch_and_consume")
+    # With what a host may ask for besides: another standard, no type information, several configurations.
+    set(program stranger)
+    set(output ${WORK}/build/_deps/orvekqtwidgets-build)
+    if(GENERATOR STREQUAL "Ninja")
+        set(GENERATOR "Ninja Multi-Config")
+        set(program Debug/stranger)
+        string(APPEND output /Debug)
+    endif()
     build_stranger(${WORK}/build -DSTRANGER_FETCHES=ON -DFETCHCONTENT_SOURCE_DIR_ORVEKQTWIDGETS=${SOURCE}
-        -DCMAKE_CXX_FLAGS_DEBUG=-O0)
-    run_stranger(${WORK}/build/stranger)
+        -DORVEK_QT_VERSION=${QT} -DCMAKE_CXX_STANDARD=20 "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -fno-rtti")
+    run_stranger(${WORK}/build/${program} ${output}/plugins/designer)
     build_stranger(${WORK}/build -DSTRANGER_USES_HOST=ON)
-    run_stranger(${WORK}/build/stranger)
+    run_stranger(${WORK}/build/${program})
     # Whether the library is installed with the program is for the program to say.
-    run(${CMAKE_COMMAND} --install ${WORK}/build --prefix ${WORK}/installed)
+    run(${CMAKE_COMMAND} --install ${WORK}/build --config Debug --prefix ${WORK}/installed)
     list_files(${WORK}/installed files)
     if(NOT files STREQUAL "bin/stranger")
         message(FATAL_ERROR "Installed with the stranger: ${files}")
     endif()
+    build_stranger(${WORK}/build -DORVEK_INSTALL=ON)
+    run(${CMAKE_COMMAND} --install ${WORK}/build --config Debug --prefix ${WORK}/installed)
+    build_stranger(${WORK}/build-installed -DSTRANGER_FETCHES=OFF -DCMAKE_PREFIX_PATH=${WORK}/installed
+        -DSTRANGER_USES_HOST=ON)
+    run_stranger(${WORK}/build-installed/${program})
     return()
 endif()
 
 # A folder for the package, too, gets the same files.
-run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/first)
-run(${CMAKE_COMMAND} -E env DESTDIR=${WORK}/root ${CMAKE_COMMAND} --install ${BUILD} --prefix /opt/orvek)
+run(${CMAKE_COMMAND} --install ${BUILD} --config ${CONFIG} --prefix ${WORK}/first)
+run(${CMAKE_COMMAND} -E env DESTDIR=${WORK}/root ${CMAKE_COMMAND} --install ${BUILD} --config ${CONFIG} --prefix /opt/orvek)
 list_files(${WORK}/first files)
 list_files(${WORK}/root/opt/orvek staged)
 if(NOT files STREQUAL staged)
@@ -85,16 +107,33 @@ build_stranger(${WORK}/build-first -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_
     -DSTRANGER_USES_HOST=${HOST})
 run_stranger(${WORK}/build-first/stranger)
 
+# An installation for the other Qt has no file in common with this one, and takes none of its programs.
+if(OTHER AND EXISTS "${OTHER}/cmake_install.cmake")
+    run(${CMAKE_COMMAND} --install ${OTHER} --prefix ${WORK}/other)
+    list_files(${WORK}/other others)
+    set(common ${others})
+    list(REMOVE_ITEM common ${files})
+    if(NOT common STREQUAL others)
+        message(FATAL_ERROR "For both versions of Qt: ${others}\n${files}")
+    endif()
+    run(${CMAKE_COMMAND} --install ${OTHER} --prefix ${WORK}/first)
+    build_stranger(${WORK}/build-other -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_USES_HOST=${HOST}
+        -DSTRANGER_PACKAGE=OrvekQtWidgets${other_suffix})
+    run_stranger(${WORK}/build-other/stranger)
+    build_stranger(${WORK}/build-beside -DCMAKE_PREFIX_PATH=${WORK}/first -DSTRANGER_USES_HOST=${HOST})
+    run_stranger(${WORK}/build-beside/stranger)
+endif()
+
 file(MAKE_DIRECTORY ${WORK}/elsewhere)
 file(RENAME ${WORK}/first "${WORK}/elsewhere/a new home")
 set(moved "${WORK}/elsewhere/a new home")
 build_stranger(${WORK}/build-moved "-DCMAKE_PREFIX_PATH=${moved}" -DSTRANGER_USES_HOST=${HOST})
 run_stranger(${WORK}/build-moved/stranger)
 # It finds its library and the scene to begin with from where it lies.
-if(EXISTS "${moved}/bin/SceneEditor")
-    run_stranger("${moved}/bin/SceneEditor" --screenshot ${WORK}/editor.png)
+if(EXISTS "${moved}/bin/SceneEditor${suffix}")
+    run_stranger("${moved}/bin/SceneEditor${suffix}" --screenshot ${WORK}/editor.png)
 endif()
-file(GLOB_RECURSE pc "${moved}/orvekqtwidgets.pc")
+file(GLOB_RECURSE pc "${moved}/orvekqtwidgets${suffix}.pc")
 get_filename_component(pc_directory "${pc}" DIRECTORY)
 
 # By pkg-config, without CMake. Its answers are shell words, and a blank in the folder's name would need a shell.
@@ -106,11 +145,11 @@ endif()
 file(RENAME "${moved}" ${WORK}/elsewhere/again)
 string(REPLACE "${moved}" ${WORK}/elsewhere/again pc_directory "${pc_directory}")
 set(ENV{PKG_CONFIG_PATH} ${pc_directory})
-run(${PKG_CONFIG} --variable=plugindir orvekqtwidgets)
+run(${PKG_CONFIG} --variable=plugindir orvekqtwidgets${suffix})
 string(STRIP "${output}" plugins)
-set(module orvekqtwidgets)
+set(module orvekqtwidgets${suffix})
 if(HOST)
-    set(module orvekqthost)
+    set(module orvekqthost${suffix})
 endif()
 run(${PKG_CONFIG} --cflags --libs ${module})
 separate_arguments(flags UNIX_COMMAND "${output}")
@@ -120,7 +159,7 @@ endif()
 file(GLOB form ${WORK}/build-moved/stranger_autogen/include/ui_StrangersForm.h)
 get_filename_component(form_directory ${form} DIRECTORY)
 run(${CXX} -std=c++17 -fPIC -I${form_directory} ${WORK}/stranger/main.cpp -o ${WORK}/by-pkg-config ${flags})
-run(${PKG_CONFIG} --variable=libdir orvekqtwidgets)
+run(${PKG_CONFIG} --variable=libdir orvekqtwidgets${suffix})
 string(STRIP "${output}" library_directory)
 set(ENV{LD_LIBRARY_PATH} ${library_directory})
 run_stranger(${WORK}/by-pkg-config ${plugins}/designer)
