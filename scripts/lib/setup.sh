@@ -10,8 +10,19 @@ if [[ ${1:-} =~ ^(-h|--help)$ && ${0##*/} != demo ]]; then
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-build_packages=(cmake ninja-build g++ qtbase5-dev qttools5-dev qttools5-dev-tools
-    libassimp-dev libtinyobjloader-dev libmuparser-dev zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
+# --qt6 comes first, in the scripts that say takes_qt6=yes. Qt 6 has presets, and so folders, of its own: release-qt6.
+qt_packages=(qtbase5-dev qttools5-dev qttools5-dev-tools)
+qt_version=5
+qt_suffix=
+if [ "${1:-}" = --qt6 ]; then
+    [ "${takes_qt6:-}" = yes ] || { printf '%s: works with Qt 5 alone\n' "${0##*/}" >&2; exit 2; }
+    qt_packages=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6opengl6-dev)
+    qt_version=6
+    qt_suffix=-qt6
+    shift
+fi
+build_packages=(cmake ninja-build g++ "${qt_packages[@]}" libassimp-dev libtinyobjloader-dev libmuparser-dev
+    zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
 # Of the examples of engines, which are left out where these are missing. The drivers are for machines without a GPU.
 vulkan_packages=(libvulkan-dev libxcb1-dev glslang-tools mesa-vulkan-drivers)
 ogre_packages=(libogre-1.12-dev libxcb1-dev)
@@ -30,7 +41,8 @@ need_packages() {
     local missing=() package
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         for package in cmake ninja c++ qmake; do
-            command -v "$package" >/dev/null || command -v "$package-qt5" >/dev/null || missing+=("$package")
+            command -v "$package" >/dev/null || command -v "$package-qt5" >/dev/null || command -v "${package}6" >/dev/null \
+                || missing+=("$package")
         done
         [ ${#missing[@]} -eq 0 ] || fail "missing here: ${missing[*]}. This system has no apt; install what Debian 12 calls: $*"
         return 0
@@ -51,9 +63,10 @@ need_packages() {
         </dev/null >/dev/null || fail "could not install: ${missing[*]}"
 }
 
-# configure_and_build PRESET [TARGET...]: builds in build/PRESET, everything without targets. Says little unless it fails.
+# configure_and_build PRESET [TARGET...]: builds in build/PRESET$qt_suffix, everything without targets. Says little unless
+# it fails.
 configure_and_build() {
-    local preset=$1
+    local preset=$1$qt_suffix
     shift
     local targets=()
     [ $# -eq 0 ] || targets=(--target "$@")
