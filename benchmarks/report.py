@@ -2,8 +2,8 @@
 """Runs the benchmarks and prints what the widgets cost beside straight code.
 
   report.py BIN            times and instructions, as a table
-  report.py BIN --check    instructions alone, held against instructions.json; exit 1 when one has crept up
-  report.py BIN --store    writes that file anew
+  report.py BIN --check    instructions alone, held against the stored ones; exit 1 when one has crept up
+  report.py BIN --store    stores them anew, in instructions.json or, where BIN was built with Qt 6, instructions-qt6.json
   report.py BIN --page     times and instructions, into the page of the documentation, too
 
 BIN is the folder of the built programs. Times are medians of interleaved repetitions, in processor time. Instructions
@@ -21,7 +21,6 @@ import sys
 import tempfile
 from pathlib import Path
 
-BAR = Path(__file__).with_name("instructions.json")
 PAGE = Path(__file__).parent.parent / "docs" / "src" / "speed.qdoc"
 TOLERANCE = 0.02
 COUNTED = ["push-new", "push-same", "build", "search", "search-worst"]
@@ -109,8 +108,13 @@ def ratios(programs):
     return {work: ratio_of(programs, work) for work in COUNTED}
 
 
+def bar_file(programs):
+    libraries = subprocess.check_output(["ldd", programs / "count_instructions"], text=True)
+    return Path(__file__).with_name("instructions-qt6.json" if "libQt6Core" in libraries else "instructions.json")
+
+
 def check(programs):
-    bars = json.loads(BAR.read_text(encoding="utf-8"))
+    bars = json.loads(bar_file(programs).read_text(encoding="utf-8"))
     crept = False
     for work in COUNTED:
         bar = bars[work] * (1 + TOLERANCE)
@@ -172,8 +176,8 @@ def main():
     if mode == "--check":
         sys.exit(check(programs))
     if mode == "--store":
-        BAR.write_text(json.dumps({work: round(ratio, 4) for work, ratio in ratios(programs).items()}, indent=4) + "\n",
-                       encoding="utf-8")
+        bars = {work: round(ratio, 4) for work, ratio in ratios(programs).items()}
+        bar_file(programs).write_text(json.dumps(bars, indent=4) + "\n", encoding="utf-8")
         return
     measured = measure(programs)
     report(*measured)
