@@ -361,8 +361,10 @@ void check(bool holds, const QString& what)
 void hearWarning(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     // What neither the library nor Qt's widgets say: gaps of the platform, and style sheets, paths and filters of files
-    // that the host garbled.
+    // that the host garbled, and QTest of Qt 6 of clicks beyond a window's edge and keys that nobody wants.
     static const char* const others[] = {"This plugin does not",
+                                         "occurs outside target window",
+                                         "Keyboard event not accepted",
                                          "Could not parse",
                                          "QXcb",
                                          "qt.qpa",
