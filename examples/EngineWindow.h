@@ -229,7 +229,9 @@ int runEngine(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "xcb");
     // Without it every widget beside a view has a native window, too.
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+#endif
     QApplication application(argc, argv);
     AnyEngine engine; // outlives the widgets
     EngineWindow window(&engine);

@@ -54,7 +54,7 @@ function(orvek_add_engine_test ENGINE)
     add_executable(${NAME} tst_engineview.cpp testsupport.h)
     target_compile_definitions(${NAME} PRIVATE ENGINE=${ENGINE}Engine ENGINE_OF_${upper}
         ENGINE_HEADER=<examples/${ENGINE}View/${ENGINE}Engine.h>)
-    target_link_libraries(${NAME} PRIVATE OrvekCompiler ${ENGINE}Engine SceneCore Qt5::Test)
+    target_link_libraries(${NAME} PRIVATE OrvekCompiler ${ENGINE}Engine SceneCore ${ORVEK_QT}::Test)
     set(display ${ORVEK_XVFB_RUN} -a -s "-screen 0 1600x1200x24")
     add_test(NAME ${NAME} COMMAND ${display} $<TARGET_FILE:${NAME}> -o ${NAME}.txt,txt -o -,txt)
     # Once more where a pixel of the widget is one and a half of the device: pictures and positions of the mouse.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Orvek/Host/Selection.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 
 #include <QtCore/QPointer>
 
@@ -8,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-class QAccordion;
 class QVBoxLayout;
 
 namespace orvek::host

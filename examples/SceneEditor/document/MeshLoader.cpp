@@ -40,7 +40,7 @@ struct Stopped
 QString readerProgram()
 {
     return QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                           QStringLiteral("/../libexec/orvekqtwidgets/orvek-mesh-reader"));
+                           QStringLiteral("/../" SCENE_EDITOR_LIBEXEC "/orvek-mesh-reader"));
 }
 
 // What a broken reader hands over must not break its host.
