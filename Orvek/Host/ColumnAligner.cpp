@@ -251,10 +251,10 @@ struct Row
     int fieldNeed = 0; // of each field, for a number
     int nameNeed = 0;  // for the longest name
     int unitsNeed = 0;
-    int tail = 0;  // after the last field, without the units
-    int lead = 0;  // from the section's beginning to the row's, when it was last seen
-    int trail = 0; // from the row's end to the section's
-    int width = 0; // of the section, or of the row outside of one; 0 before it was first seen
+    int tail = 0;          // after the last field, without the units
+    int lead = 0;          // from the section's beginning to the row's, when it was last seen
+    int trail = 0;         // from the row's end to the section's
+    int width = 0;         // of the section, or of the row outside of one; 0 before it was first seen
     int expectedWidth = 0; // until then
 };
 

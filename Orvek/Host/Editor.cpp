@@ -71,7 +71,8 @@ bool isEditor(const QWidget* widget)
     if (widget->metaObject()->indexOfSignal("valueChanged()") < 0)
         return false;
     const QObjectList& children = widget->children();
-    return std::any_of(children.begin(), children.end(), [](QObject* child)
+    return std::any_of(children.begin(), children.end(),
+                       [](QObject* child)
                        { return partNamed(child->objectName()) >= FirstField && qobject_cast<QLineEdit*>(child); });
 }
 
