@@ -15,6 +15,7 @@
 #include <QtWidgets/QScrollBar>
 
 #include <functional>
+#include <utility>
 
 using namespace orvek::host;
 
@@ -132,7 +133,7 @@ void ScenePanel::showGroups()
     for (const int index : m_document->selection())
         selected << &scene.objects[size_t(index)];
     if (selected.isEmpty())
-        delete m_mesh;
+        delete std::exchange(m_mesh, nullptr);
     else if (!m_mesh)
         addMesh();
     m_inspector->setGroups({{{objectPanelType(), selected}}, {{scenePanelType(), {&scene}}}});

@@ -2,7 +2,6 @@
 
 #include <examples/SceneEditor/ui_ScenePanel.h>
 
-#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 class QFileEdit;
@@ -52,6 +51,6 @@ private:
     Ui::ScenePanel m_ui;
     Document* m_document = nullptr;
     orvek::host::Inspector* m_inspector = nullptr; // a child
-    QPointer<QFileEdit> m_mesh;                    // the inspector's, while an object is selected
+    QFileEdit* m_mesh = nullptr;                   // the inspector's, while an object is selected
 };
 } // namespace sceneeditor

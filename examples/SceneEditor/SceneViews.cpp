@@ -70,7 +70,7 @@ SceneViews::~SceneViews()
 QImage SceneViews::grabMain(QString* error)
 {
     const auto window = mainView()->widget()->GetHWND();
-    const QImage image = m_surfaces.grabFrame(window);
+    QImage image = m_surfaces.grabFrame(window);
     if (image.isNull())
         *error = m_surfaces.errorText(window);
     return image;
