@@ -92,8 +92,8 @@ class Description : private DescriptionBase
 public:
     //! The name is what messages say. The values of the sample are the defaults of the properties: without one, those
     //! that a T has when it is made without arguments.
-    explicit Description(const QString& name) : DescriptionBase(name, typeid(T)), m_sample() {}
-    Description(const QString& name, T sample) : DescriptionBase(name, typeid(T)), m_sample(std::move(sample)) {}
+    explicit Description(const QString& name) : DescriptionBase(name, nameOf<T>()), m_sample() {}
+    Description(const QString& name, T sample) : DescriptionBase(name, nameOf<T>()), m_sample(std::move(sample)) {}
 
     using DescriptionBase::errors;
     using DescriptionBase::type;
@@ -177,7 +177,7 @@ public:
     template <typename B, typename M>
     void nested(const char* name, M B::*member, const std::shared_ptr<const ObjectType>& type)
     {
-        addNested(name, &m_sample, offsetOf(member), type, typeid(M));
+        addNested(name, &m_sample, offsetOf(member), type, nameOf<M>());
     }
 
     //! A list of structs: a QVector or std::vector, whose elements can be made without arguments. A type from the
@@ -192,7 +192,7 @@ public:
             [](const void* list) { return int(static_cast<const L*>(list)->size()); },
             [](void* list, int index) -> void* { return &(*static_cast<L*>(list))[index]; },
             [](void* list, int count) { static_cast<L*>(list)->resize(count); }};
-        return {*this, addList(name, offsetOf(member), Operations, elementType, typeid(Element))};
+        return {*this, addList(name, offsetOf(member), Operations, elementType, nameOf<Element>())};
     }
 
 private:

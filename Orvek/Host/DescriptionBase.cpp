@@ -11,7 +11,6 @@
 #include <cstring>
 #include <limits>
 #include <string>
-#include <typeindex>
 #include <utility>
 
 namespace orvek::host
@@ -185,8 +184,8 @@ unsigned gatherComponents(const QVector<void*>& objects, size_t offset, unsigned
 class StructType final : public ObjectType
 {
 public:
-    StructType(const QString& name, std::type_index structType, const QVector<Property>& properties,
-               QVector<Member> members, const QStringList& errors)
+    StructType(const QString& name, QByteArray structType, const QVector<Property>& properties, QVector<Member> members,
+               const QStringList& errors)
         : ObjectType(name, properties), m_structType(structType), m_members(std::move(members))
     {
         for (const QString& error : errors)
@@ -201,7 +200,7 @@ public:
         }
     }
 
-    std::type_index structType() const { return m_structType; }
+    QByteArray structType() const { return m_structType; }
     const Member& member(int property) const { return m_members[property]; }
 
     QVariant read(const void* object, int property) const override
@@ -293,7 +292,7 @@ private:
         }
     }
 
-    const std::type_index m_structType;
+    const QByteArray m_structType;
     const QVector<Member> m_members;
 };
 
@@ -334,14 +333,14 @@ struct DescriptionBase::Private
     }
 
     QString name;
-    std::type_index structType;
+    QByteArray structType;
     QString section;
     QVector<Property> properties;
     QVector<Member> members; // one for each property
     QStringList errors;
 };
 
-DescriptionBase::DescriptionBase(const QString& name, const std::type_info& structType)
+DescriptionBase::DescriptionBase(const QString& name, const char* structType)
     : d(new Private{name, structType, {}, {}, {}, {}})
 {
 }
@@ -385,7 +384,7 @@ int DescriptionBase::add(PropertyKind kind, const char* name, const void* sample
 }
 
 int DescriptionBase::addList(const char* name, size_t offset, const ListOperations& operations,
-                             const std::shared_ptr<const ObjectType>& elementType, const std::type_info& elementStruct)
+                             const std::shared_ptr<const ObjectType>& elementType, const char* elementStruct)
 {
     Property property = propertyOf(PropertyKind::List, QString::fromUtf8(name), d->section);
     property.elementType = elementType;
@@ -400,7 +399,7 @@ int DescriptionBase::addList(const char* name, size_t offset, const ListOperatio
 }
 
 void DescriptionBase::addNested(const char* name, const void* sample, size_t offset,
-                                const std::shared_ptr<const ObjectType>& type, const std::type_info& nestedStruct)
+                                const std::shared_ptr<const ObjectType>& type, const char* nestedStruct)
 {
     const QString prefix = QString::fromUtf8(name);
     const auto* described = dynamic_cast<const StructType*>(type.get());

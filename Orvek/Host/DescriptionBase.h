@@ -3,7 +3,6 @@
 #include <Orvek/Host/ObjectType.h>
 
 #include <type_traits>
-#include <typeinfo>
 
 namespace orvek::host
 {
@@ -46,8 +45,8 @@ public:
     ORVEKQTHOST_EXPORT Property& property(int index);
 
 protected:
-    //! Structs are told from each other by their types.
-    ORVEKQTHOST_EXPORT DescriptionBase(const QString& name, const std::type_info& structType);
+    //! Structs are told from each other by nameOf(); hosts may be built without RTTI.
+    ORVEKQTHOST_EXPORT DescriptionBase(const QString& name, const char* structType);
     ORVEKQTHOST_EXPORT ~DescriptionBase();
     //! Title of the section of what is described from here on. Default empty, which is Property::section's default.
     ORVEKQTHOST_EXPORT void setSection(const QString& title);
@@ -55,12 +54,17 @@ protected:
     //! has.
     ORVEKQTHOST_EXPORT int add(PropertyKind kind, const char* name, const void* sample, size_t offset, Storage storage);
     ORVEKQTHOST_EXPORT int addList(const char* name, size_t offset, const ListOperations& operations,
-                                   const std::shared_ptr<const ObjectType>& elementType,
-                                   const std::type_info& elementStruct);
+                                   const std::shared_ptr<const ObjectType>& elementType, const char* elementStruct);
     //! Describes all that the type describes once more, for the struct at that distance.
     ORVEKQTHOST_EXPORT void addNested(const char* name, const void* sample, size_t offset,
-                                      const std::shared_ptr<const ObjectType>& type,
-                                      const std::type_info& nestedStruct);
+                                      const std::shared_ptr<const ObjectType>& type, const char* nestedStruct);
+
+    //! A text that names the struct; nobody reads it.
+    template <typename T>
+    static const char* nameOf()
+    {
+        return Q_FUNC_INFO;
+    }
 
     //! The storage of a whole number or enumerator.
     template <typename M>
