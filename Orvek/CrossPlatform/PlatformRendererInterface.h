@@ -4,9 +4,9 @@ namespace orvek
 {
 namespace crossplatform
 {
-//! Draws the contents of a view. The widgets only carry the pointer to the display-surface manager and call nothing on
-//! it; what a renderer can do is between the engine and its manager. Owned by the host, which keeps it alive for as
-//! long as a manager knows it.
+//! Draws the contents of a view. The widgets only pass the pointer to the display-surface manager and never call it;
+//! what a renderer can do is up to the engine. Owned by the host, which must keep it alive as long as a manager knows
+//! it.
 class PlatformRendererInterface
 {
 protected:

@@ -5,6 +5,6 @@
 #ifdef Q_OS_WIN
 #include <QtCore/qt_windows.h>
 #else
-//! The native handle of a window, as QWidget::winId() gives it. 0 is no window.
+//! The native handle of a window, as QWidget::winId() returns it; 0 means no window.
 using HWND = WId;
 #endif

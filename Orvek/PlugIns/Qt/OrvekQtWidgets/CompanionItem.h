@@ -6,12 +6,12 @@
 
 #include <initializer_list>
 
-// A layout item for one widget with others around it: they share the space that the layout gives to the item, and those
-// that are hidden take none. To the layout it is the item of the one widget alone.
+// A layout item for one widget and its companions: they share the space that the layout gives the item, and hidden ones
+// take none. The layout sees an item of the one widget only.
 class CompanionItem : public QWidgetItem
 {
 public:
-    // The widgets stand in the given direction; the main one is among them. None is owned.
+    // The widgets are laid out in the given direction; the main one is among them. None is owned.
     CompanionItem(QWidget* main, QBoxLayout::Direction direction, std::initializer_list<QWidget*> widgets)
         : QWidgetItem(main), m_direction(direction), m_widgets(widgets)
     {
@@ -29,7 +29,7 @@ public:
     {
         m_rect = rect;
         Line line(*this);
-        // Side by side they stay together at the start.
+        // In a row they stay together at the start.
         if (m_direction == QBoxLayout::LeftToRight)
             line.addStretch();
         line.setGeometry(rect);
@@ -45,7 +45,7 @@ private:
     public:
         explicit Line(const CompanionItem& item) : QBoxLayout(item.m_direction)
         {
-            // A layout without a parent widget does not turn round by itself.
+            // A layout without a parent widget does not mirror itself for right-to-left languages.
             if (item.m_direction == LeftToRight && item.wid->isRightToLeft())
                 setDirection(RightToLeft);
             setContentsMargins(0, 0, 0, 0);
@@ -53,7 +53,7 @@ private:
             for (QWidget* widget : item.m_widgets)
             {
                 addItem(new QWidgetItem(widget));
-                // Above and below the main one they keep to its middle.
+                // Above and below the main widget, they are centred on it.
                 if (item.m_direction == TopToBottom && widget != item.wid)
                     setAlignment(widget, Qt::AlignHCenter);
             }
@@ -65,9 +65,9 @@ private:
     QRect m_rect;
 };
 
-// A QHBoxLayout or QVBoxLayout that is never narrower than its items: Qt would squeeze the rectangles of widgets whose
-// widths are fixed and let them cover each other. The editor cuts off what reaches beyond its right edge; Qt places
-// nothing beyond the left one, so that is the end to lose also from right to left.
+// A QHBoxLayout or QVBoxLayout that is never narrower than its items: Qt would squeeze the rectangles of widgets with
+// fixed widths and let them overlap. The editor cuts off what extends beyond its right edge. Qt places nothing beyond
+// the left one, so the right end is cut off in right-to-left layouts, too.
 template <typename Box>
 class UnsqueezedBox : public Box
 {

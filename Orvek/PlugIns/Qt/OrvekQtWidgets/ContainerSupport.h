@@ -4,8 +4,8 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QWidget>
 
-// What the two containers share. They lay out a child during its child event; a host that hands the same child to their
-// layout() is then in the middle of that call, which goes on to add an item of the host's own.
+// Code that the two containers share. They lay out a child during its child event. That event can come in the middle of
+// a host's own call that adds the child to their layout(), which then adds a second item.
 namespace ContainerSupport
 {
 inline bool holds(QLayoutItem* item, const QObject* child)
@@ -17,7 +17,8 @@ inline bool holds(QLayoutItem* item, const QObject* child)
     return item->widget() == child;
 }
 
-// The column of a container. The host's item, with its place, stretch and alignment, replaces the container's.
+// The layout of a container. When the host adds a child, its item, with place, stretch and alignment, replaces the
+// container's.
 class Column final : public QVBoxLayout
 {
 public:
@@ -27,7 +28,7 @@ public:
         m_own << itemAt(indexOf(child));
     }
 
-    // Each call that adds an item ends here.
+    // Every call that adds an item ends here.
     void invalidate() override
     {
         QVBoxLayout::invalidate();
@@ -54,8 +55,8 @@ private:
     QVector<QLayoutItem*> m_own; // the container's items; the host may have deleted one
 };
 
-// The container's column in place of its form's, as a form can only name layouts of Qt. The widget is the one in it,
-// and stays behind the layout in the order of the children.
+// Replaces the form's layout, as a form can only name Qt's own layouts. The widget is the one in that layout; it stays
+// after the layout in the list of children.
 inline QVBoxLayout* columnInPlaceOf(QVBoxLayout* fromForm, QWidget* widget)
 {
     QWidget* container = fromForm->parentWidget();
@@ -82,7 +83,7 @@ inline void layOut(const QWidget* container, QWidget* child)
         layout->addWidget(child);
 }
 
-// To be called when a child has gone; Qt's layouts remove one item only.
+// To be called when a child is removed: Qt's layouts then remove only one of its items.
 inline void forget(const QWidget* container, const QObject* child)
 {
     QLayout* layout = container->layout();

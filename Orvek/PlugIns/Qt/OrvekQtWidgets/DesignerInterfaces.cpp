@@ -49,7 +49,7 @@ QString helpTexts(const char* toolTip = "", const char* whatsThis = ".")
         .arg(QLatin1String(toolTip), QLatin1String(whatsThis));
 }
 
-// The layout that takes what is dropped into a container.
+// The layout that receives what is dropped into a container.
 QString column(const char* objectName)
 {
     return QStringLiteral(R"(   <layout class="QVBoxLayout" name="%1">

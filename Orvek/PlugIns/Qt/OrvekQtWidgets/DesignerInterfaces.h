@@ -2,10 +2,10 @@
 
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 
-// What form designers know of each of the eight widgets that they offer. All of it is constant but the flag.
+// What form designers know about each of the eight widgets that they offer. Everything but the flag is constant.
 //
 // Each class derives directly from both bases: with a class or template in between, a cast by the name of the interface
-// finds nothing.
+// fails.
 #define ORVEK_DESIGNER_OVERRIDES                                                                                       \
 public:                                                                                                                \
     QString name() const override;                                                                                     \

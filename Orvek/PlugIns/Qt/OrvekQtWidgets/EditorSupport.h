@@ -7,12 +7,12 @@
 
 #include <initializer_list>
 
-// What several editors do alike. Nothing in here has a meta-object, so that each editor keeps exactly the properties,
+// Code that several editors share. Nothing in here has a meta-object, so each editor keeps exactly the properties,
 // signals and slots that it declares.
 namespace EditorSupport
 {
-// Unlike QSignalBlocker it always unblocks at the end, also if the host had blocked the object before.
-// So an inner one on the same object ends the outer one's silence too.
+// Unlike QSignalBlocker it always unblocks at the end, even if the host had blocked the object before. So an inner one
+// on the same object ends the outer one's silence, too.
 class SignalMute
 {
 public:
@@ -31,7 +31,7 @@ inline void setTitle(QWidget* editor, QLabel* label, const QString& title)
     editor->setWindowTitle(label->text());
 }
 
-// Qt warns about widths that no widget can have; a child takes the nearest one that it can.
+// Qt warns about widths that no widget can have; the child gets the nearest possible one.
 inline void setWidth(QWidget* editor, QWidget* child, int width)
 {
     child->setFixedWidth(qBound(0, width, QWIDGETSIZE_MAX));
@@ -45,8 +45,8 @@ void updateReset(QPushButton* reset, bool allowed, const T& value, const T& defa
     reset->setEnabled(allowed && value != defaultValue);
 }
 
-// The wheel scrolls panels and must not change the values that pass beneath the pointer. Qt hands the event to a filter
-// un-accepted: returning true alone would let it travel on to the parents.
+// The wheel scrolls panels and must not change the values that pass beneath the pointer. Qt passes the event to a
+// filter un-accepted: returning true alone would let it go on to the parents.
 inline bool consumeWheel(const QObject* slider, const QObject* watched, QEvent* event)
 {
     if (watched != slider || event->type() != QEvent::Wheel)

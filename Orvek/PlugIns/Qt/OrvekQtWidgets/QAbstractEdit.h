@@ -2,7 +2,7 @@
 
 #include <QtWidgets/QWidget>
 
-// Base of QFileEdit. Not exported: it is there to be seen in the meta-object, not to be derived from by hosts.
+// Base of QFileEdit. Not exported: it exists for the meta-object, not for hosts to derive from.
 class QAbstractEdit : public QWidget
 {
     Q_OBJECT

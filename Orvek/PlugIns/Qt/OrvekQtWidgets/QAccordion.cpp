@@ -112,7 +112,7 @@ void QAccordion::paintEvent(QPaintEvent*)
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }
 
-// The last widget of the layout besides the check box, if the section has no contents yet.
+// Makes the last widget in the layout, other than the check box, the contents if there are none yet.
 void QAccordion::hookupContentsWidget()
 {
     const QLayout* rows = layout();

@@ -13,15 +13,15 @@ class QSettings;
 QT_END_NAMESPACE
 class SectionBorder;
 
-//! A section that folds: a check box with the title and below it one contents widget, whose direct children are the
-//! editors and further sections that a search filters.
+//! A section that folds: a check box with the title and, below it, one contents widget. A search filters the direct
+//! children of the contents: editors and further sections.
 //!
 //! The contents are the first widget created with the section as its parent, or the last one that the host put into the
-//! section's layout. The section does not own them beyond Qt's parent and child; after their destruction it takes the
-//! next ones. A host may lay them out itself, with stretch or alignment. Contents adopted while the section is closed
-//! stay visible until it is opened or closed again.
+//! section's layout. The section does not own them beyond Qt's parent-child rules; when they are destroyed, the next
+//! such widget takes their place. A host may lay them out itself, with stretch or alignment. Contents adopted while the
+//! section is closed stay visible until it is opened or closed again.
 //!
-//! A search marks what it found with the dynamic property "highlighted" (bool), for style sheets to draw. The children
+//! A search marks its matches with the dynamic property "highlighted" (bool), for use in style sheets. The children
 //! "accordionCheckBox" and "verticalLayout" belong to the section.
 class ORVEKQTWIDGETS_EXPORT QAccordion : public QWidget
 {
@@ -41,20 +41,20 @@ public:
     bool isOpen() const;
     void setOpen(bool open);
 
-    //! Opens or closes the section as the settings say under its object name, in their current group. Without an entry
-    //! it is closed.
+    //! Opens or closes the section as stored under its object name in the current group of the settings. Without an
+    //! entry it closes.
     void readSettings(QSettings& settings);
     //! Stores whether the section is open, as a bool, under its object name in the current group of the settings.
-    //! Sections of one object name share an entry.
+    //! Sections with the same object name share an entry.
     void writeSettings(QSettings& settings);
 
 public Q_SLOTS:
-    //! Shows or hides the contents as the check box says.
+    //! Shows or hides the contents to match the check box.
     void on_accordionCheckBox_toggled();
-    //! Shows the children of the contents whose window title contains the text, in any case, and hides the others; of a
-    //! push button or check box without window title the text counts. If the section's own title contains the text, all
-    //! are shown. Opens the section when there is a match, and gives it a yellow border in place of its own style
-    //! sheet. An empty text shows everything and takes the border away. Does nothing without contents.
+    //! Shows the children of the contents whose window title contains the text, ignoring case, and hides the others; a
+    //! push button or check box without a window title is compared by its text. If the section's own title contains the
+    //! text, all are shown. Opens the section when there is a match, and gives it a yellow border in place of its own
+    //! style sheet. An empty text shows everything and removes the border. Does nothing without contents.
     void setSearchText(const QString& text);
 
 protected:

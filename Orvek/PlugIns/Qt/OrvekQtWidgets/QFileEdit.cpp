@@ -10,10 +10,10 @@ QFileEdit::QFileEdit(QWidget* parent) : QAbstractEdit(parent)
     m_ui.setupUi(this);
 }
 
-// Not inline: hosts cannot see the base's.
+// Not inline: the base's destructor is not exported.
 QFileEdit::~QFileEdit()
 {
-    // A dialog that is still open lies on the stack and must not be deleted with the children. It ends as cancelled.
+    // A dialog that is still open is on the stack and must not be deleted with the children. It ends as cancelled.
     const auto dialogs = findChildren<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly);
     for (QFileDialog* dialog : dialogs)
     {
@@ -134,7 +134,7 @@ void QFileEdit::on_lineEdit_editingFinished()
     if (readOnly())
         return;
     Q_EMIT startedEdit();
-    // The reset button stays as the last name that was set left it.
+    // The reset button keeps its state from the last name that was set.
     m_filename = m_ui.lineEdit->text();
     Q_EMIT valueChanged();
 }
@@ -144,7 +144,7 @@ void QFileEdit::on_browse_clicked()
     if (readOnly())
         return;
     Q_EMIT startedEdit();
-    // The dialog runs the event loop, in which a host may delete the editor.
+    // The dialog runs an event loop, in which a host may delete the editor.
     const QPointer<QFileEdit> alive(this);
     const QString filename = QFileDialog::getOpenFileName(this, m_ui.label->text(), m_defaultPath, m_filter);
     if (!alive)

@@ -19,25 +19,25 @@ class ORVEKQTWIDGETS_EXPORT QFileEdit : public QAbstractEdit
     //! Whether the reset button can be used while the name differs from the default. Default true. The button is always
     //! visible.
     Q_PROPERTY(bool showDefaultButton READ showDefaultButton WRITE setShowDefaultButton)
-    //! Whether the user can change the name neither by typing nor by the buttons. Default false.
+    //! If true, the user can change the name neither by typing nor with the buttons. Default false.
     Q_PROPERTY(bool readOnly READ readOnly WRITE setReadOnly)
     //! Stored for the host; the editor does not check it. Default true.
     Q_PROPERTY(bool mustExist READ mustExist WRITE setMustExist)
     //! The value, any text. Default empty.
     Q_PROPERTY(QString filename READ filename WRITE setFilename)
-    //! Folder in which the file dialog opens, whatever the value. Default empty, which leaves it to the dialog.
+    //! Folder in which the file dialog opens, whatever the value. Default empty: the dialog chooses.
     Q_PROPERTY(QString defaultPath READ defaultPath WRITE setDefaultPath)
     //! What the reset button returns to. Default empty.
     Q_PROPERTY(QString defaultFilename READ defaultFilename WRITE setDefaultFilename)
-    //! The dialog's choice of file types as QFileDialog reads it, "Meshes (*.obj *.ply);;All files (*)" for example.
-    //! Default empty: all files.
+    //! The dialog's file types in QFileDialog's notation, for example "Meshes (*.obj *.ply);;All files (*)". Default
+    //! empty: all files.
     Q_PROPERTY(QString filter READ filter WRITE setFilter)
     //! The text of the label, the caption of the dialog and, once set, the window title. Default "File name".
     Q_PROPERTY(QString title READ title WRITE setTitle)
-    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for unitsWidth.
+    //! Width of the label in pixels, default 80. Returned as set; an impossible width, such as a negative one, is laid
+    //! out as the nearest possible one. The same holds for unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
-    //! Width of the empty space before the reset button in pixels, default 40, as wide as the units of other editors.
+    //! Width of the empty space before the reset button in pixels. Default 40, like the units of other editors.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
 
 public:
@@ -72,11 +72,11 @@ Q_SIGNALS:
     //! The user committed a name, even the same one, reset it, or closed the dialog, even by cancelling it; filename()
     //! already returns the new one.
     void valueChanged();
-    //! Comes before each valueChanged(), with the old name still stored.
+    //! Emitted before each valueChanged(), while the old name is still stored.
     void startedEdit();
 
 public Q_SLOTS:
-    //! Connected by name to the signals of the children; hosts have no need to call them.
+    //! Connected by name to the signals of the children; hosts need not call them.
     void on_lineEdit_editingFinished();
     void on_browse_clicked();
     void on_reset_clicked();

@@ -302,7 +302,7 @@ int QIntSliderEdit::positionOf(int value) const
     return m_powerOfTwo ? roundedExponent(value) : value;
 }
 
-// An end that the other one has dragged along goes back when the range is in order again.
+// An end that the other one dragged along goes back once the range is valid again.
 void QIntSliderEdit::setSliderRange(int first, int last)
 {
     if (m_minimum < m_maximum)
@@ -317,7 +317,7 @@ int QIntSliderEdit::valueOf(int position) const
 {
     if (m_powerOfTwo)
         return powerOf(position);
-    // Where there is one step less, the last one stands for the maximum.
+    // If the slider has one step less, its last position stands for the maximum.
     const bool isLast = qint64(position) + 1 == m_maximum && qint64(m_maximum) - m_minimum == TooManySteps;
     return isLast ? m_maximum : position;
 }

@@ -20,12 +20,12 @@ class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
     Q_OBJECT
     //! The text of the label, and the window title, which the search of a section compares. Default "label".
     Q_PROPERTY(QString title READ title WRITE setTitle)
-    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for textWidth and unitsWidth.
+    //! Width of the label in pixels, default 80. Returned as set; an impossible width, such as a negative one, is laid
+    //! out as the nearest possible one. The same holds for textWidth and unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
-    //! Width of the text field in pixels, default 80. A change of the orientation replaces it.
+    //! Width of the text field in pixels, default 80. Replaced when the orientation changes.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
-    //! Text behind the value, default empty. It is shown only.
+    //! Text after the value, for display only. Default empty.
     Q_PROPERTY(QString units READ units WRITE setUnits)
     //! Width of the units in pixels, default 40.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
@@ -42,13 +42,14 @@ class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
     Q_PROPERTY(QVariant value READ value WRITE setValue)
     //! Whether the slider steps through powers of two. Default false.
     Q_PROPERTY(bool powerOfTwo READ powerOfTwo WRITE setPowerOfTwo)
-    //! Whether the editor lies in a row or stands in a column. Default Qt::Horizontal.
+    //! Whether the editor is a row or a column. Default Qt::Horizontal.
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
-    //! Whether the text field cannot be typed into. Default false. Reset and slider still work. Return and Tab still
-    //! commit the text, and a name counts as 0: for named values also set the field's focus policy to Qt::NoFocus.
+    //! If true, nothing can be typed into the text field. Default false. Reset and slider still work. Return and Tab
+    //! still commit the text, and a name counts as 0: for named values also set the field's focus policy to
+    //! Qt::NoFocus.
     Q_PROPERTY(bool readOnlyText READ readOnlyText WRITE setReadOnlyText)
-    //! Names of the values 0, 1, 2 and so on, default none; values beyond them show as numbers. They do not change the
-    //! range, and a name is not a number when its text is committed.
+    //! Names of the values 0, 1, 2 and so on; values beyond them show as numbers. Default none. They do not change the
+    //! range, and a name committed as text counts as 0.
     Q_PROPERTY(QStringList enums READ enums WRITE setEnums)
 
 public:
@@ -65,10 +66,10 @@ public:
     int unitsWidth() const;
     void setUnitsWidth(int width);
 
-    //! Ends of the range and of the slider. When the handle has to move, the value follows it, with valueChanged(). A
-    //! maximum below the minimum is stored as it is. With powers of two a minimum below 1 becomes 1, and a maximum that
-    //! is not above the minimum twice the minimum. Where they are 2^31 apart, which Qt's styles cannot draw, the slider
-    //! has one step less, and its last position stands for the maximum.
+    //! Ends of the range and of the slider. If the handle has to move, the value follows it, with valueChanged(). A
+    //! maximum below the minimum is stored as it is. With powers of two, a minimum below 1 becomes 1, and a maximum
+    //! that is not above the minimum becomes twice the minimum. If they are 2^31 apart, which Qt's styles cannot draw,
+    //! the slider has one step less, and its last position stands for the maximum.
     int minimum() const;
     void setMinimum(int minimum);
     int maximum() const;
@@ -80,15 +81,14 @@ public:
     bool showDefaultButton() const;
     void setShowDefaultButton(bool show);
     QVariant value() const;
-    //! Sets what an int can be made of, clamped into the range but not rounded to a power of two, without
-    //! valueChanged(); anything else is ignored. Afterwards the editor's signals are not blocked, even if they were
-    //! before.
+    //! Sets any value that converts to an int, clamped to the range but not rounded to a power of two, without
+    //! valueChanged(); others are ignored. Afterwards the editor's signals are not blocked, even if they were before.
     void setValue(QVariant value);
-    //! As setValue(value); the text field is left empty unless showText.
+    //! As setValue(value); the text field is left empty unless showText is true.
     void setValue(QVariant value, bool showText);
     bool powerOfTwo() const;
-    //! Turning it on makes the range start at 1 at least and clamps the value, with valueChanged(); the text stays.
-    //! Typed numbers are rounded to the power of two with the nearest exponent, 2 to the power 30 at most.
+    //! Turning it on raises the minimum to at least 1 and clamps the value, with valueChanged(); the text stays. Typed
+    //! numbers are rounded to the power of two with the nearest exponent, at most 2^30.
     void setPowerOfTwo(bool powerOfTwo);
     Qt::Orientation orientation() const;
     bool readOnlyText() const;
@@ -106,15 +106,15 @@ public:
 Q_SIGNALS:
     //! The user changed the value; value() already returns the new one. A committed text is announced twice.
     void valueChanged();
-    //! The user took hold of the handle; nothing has changed yet. Not for texts and resets.
+    //! The user took hold of the handle; nothing has changed yet. Not emitted for texts and resets.
     void startedEdit();
 
 public Q_SLOTS:
-    //! Turns the row into a column or back. The text field becomes as wide as the label in a column, 64 pixels in a
-    //! row.
+    //! Turns the row into a column or back. The text field becomes as wide as the label in a column and 64 pixels wide
+    //! in a row.
     void setOrientation(Qt::Orientation orientation);
 
-    //! Connected by name to the signals of the children; hosts have no need to call them.
+    //! Connected by name to the signals of the children; hosts need not call them.
     void on_reset_clicked();
     void on_slider_sliderPressed();
     void on_slider_sliderMoved(int position);

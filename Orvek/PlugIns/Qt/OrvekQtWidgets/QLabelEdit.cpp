@@ -99,7 +99,7 @@ void QLabelEdit::on_lineEdit_editingFinished()
 {
     if (readOnly())
         return;
-    // The reset button stays as the host's last value left it.
+    // The reset button keeps its state from the last value that was set.
     m_value = m_ui.lineEdit->text();
     Q_EMIT valueChanged();
 }

@@ -17,7 +17,7 @@ class ORVEKQTWIDGETS_EXPORT QLabelEdit : public QWidget
     //! Whether the reset button can be used while the value differs from the default. Default true. The button is
     //! always visible.
     Q_PROPERTY(bool showDefaultButton READ showDefaultButton WRITE setShowDefaultButton)
-    //! Whether the user can change the value neither by typing nor by the reset button. Default false.
+    //! If true, the user can change the value neither by typing nor with the reset button. Default false.
     Q_PROPERTY(bool readOnly READ readOnly WRITE setReadOnly)
     //! The value, any text. Default empty.
     Q_PROPERTY(QString value READ value WRITE setValue)
@@ -25,10 +25,10 @@ class ORVEKQTWIDGETS_EXPORT QLabelEdit : public QWidget
     Q_PROPERTY(QString defaultValue READ defaultValue WRITE setDefaultValue)
     //! The text of the label, and the window title, which the search of a section compares. Default "label".
     Q_PROPERTY(QString title READ title WRITE setTitle)
-    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for unitsWidth.
+    //! Width of the label in pixels, default 80. Returned as set; an impossible width, such as a negative one, is laid
+    //! out as the nearest possible one. The same holds for unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
-    //! Text behind the field, default empty. It is shown only.
+    //! Text after the field, for display only. Default empty.
     Q_PROPERTY(QString units READ units WRITE setUnits)
     //! Width of the units in pixels, default 40.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
@@ -63,7 +63,7 @@ Q_SIGNALS:
     void startedEdit();
 
 public Q_SLOTS:
-    //! Connected by name to the signals of the children; hosts have no need to call them.
+    //! Connected by name to the signals of the children; hosts need not call them.
     void on_lineEdit_editingFinished();
     void on_reset_clicked();
 

@@ -67,7 +67,7 @@ void QPropertyPanel::on_search_textChanged(const QString& text)
     {
         if (m_scrollContents)
         {
-            // A widget comes before those inside it, so outer sections hear each text first.
+            // Parents come before their children here, so outer sections receive each text first.
             QList<QWidget*> widgets = m_scrollContents->findChildren<QWidget*>();
             widgets.removeOne(m_searchEdit);
             connectSearch(widgets);
@@ -91,8 +91,8 @@ void QPropertyPanel::childEvent(QChildEvent* event)
             ContainerSupport::layOut(this, m_search);
         if (event->child()->isWidgetType())
         {
-            // Here a widget under construction is still a plain QWidget; finished ones that are moved in show their
-            // slot.
+            // A widget under construction is still a plain QWidget here; only finished ones that are moved in show
+            // their slot.
             auto* child = static_cast<QWidget*>(event->child());
             connectSearch(child->findChildren<QWidget*>() << child);
         }
@@ -112,7 +112,7 @@ void QPropertyPanel::childEvent(QChildEvent* event)
     }
     if (m_scrollArea)
     {
-        // The viewport of a standard scroll area, within which all sections lie.
+        // The viewport of a standard scroll area, which contains all sections.
         m_scrollContents = m_scrollArea->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
         if (m_scrollContents)
             m_scrollContents->installEventFilter(this);
@@ -130,7 +130,7 @@ void QPropertyPanel::paintEvent(QPaintEvent*)
 
 void QPropertyPanel::connectSearch(const QList<QWidget*>& widgets)
 {
-    // Thousands of widgets are of a few classes.
+    // Thousands of widgets share a few classes.
     QHash<const QMetaObject*, bool> classes;
     for (const QWidget* widget : widgets)
     {
@@ -138,7 +138,8 @@ void QPropertyPanel::connectSearch(const QList<QWidget*>& widgets)
         auto known = classes.find(metaObject);
         if (known == classes.end())
             known = classes.insert(metaObject, hasSearchSlot(metaObject));
-        // By signature, as any class may have the slot; not unique, so who is reached twice hears each text twice.
+        // By signature, as any class may have the slot. No Qt::UniqueConnection: a widget connected twice receives each
+        // text twice.
         if (*known)
             connect(this, SIGNAL(setSearchText(QString)), widget, SLOT(setSearchText(QString)));
     }

@@ -26,7 +26,8 @@ QPointF localPosition(const QMouseEvent* event)
 #endif
 }
 
-// Before the window is made: engines that draw with Qt's OpenGL can then use it. Those of Qt 5 are all like that.
+// To be called before the window is created, so that engines can draw on it with Qt's OpenGL. In Qt 5 all windows allow
+// that.
 void allowOpenGL(QWidget* widget)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -43,7 +44,7 @@ int truncated(double coordinate)
     return static_cast<int>(qBound(double(Limits::min()), coordinate, double(Limits::max())));
 }
 
-// Handlers expect one number: the axis that was turned further, the vertical one when in doubt.
+// Handlers expect one number: the axis that was turned further, the vertical one if they are equal.
 int wheelDelta(const QWheelEvent* event)
 {
     const QPoint angle = event->angleDelta();
@@ -76,8 +77,8 @@ QRenderWidget::QRenderWidget(QWidget* parent) : QWidget(parent)
 
 QRenderWidget::~QRenderWidget()
 {
-    // If Qt has destroyed the window, those around it can be gone as well: asked for another one now, it would look for
-    // them without end.
+    // If Qt has destroyed the window, those of its ancestors may be gone, too: creating it again would then search for
+    // them forever.
     detach(internalWinId() != 0);
 }
 
@@ -238,7 +239,7 @@ void QRenderWidget::registerWindow()
 {
     if (!m_hwnd || !m_displaySurfaceManager || m_surfaceRegistered)
         return;
-    m_surfaceRegistered = true; // before the call, in which the host may take the manager away again
+    m_surfaceRegistered = true; // before the call, during which the host may remove the manager again
     m_displaySurfaceManager->AddWindow(m_hwnd, m_platformRenderer, AnyViewId);
 }
 
@@ -278,7 +279,7 @@ void QRenderWidget::paintFrame()
             Update();
             return;
         }
-        if (!m_displaySurfaceManager) // the host took it away within ResizeSurface()
+        if (!m_displaySurfaceManager) // removed by the host during ResizeSurface()
             return;
     }
     m_displaySurfaceManager->Render(m_hwnd);
@@ -290,8 +291,7 @@ void QRenderWidget::paintMessage()
 {
     const bool wasOnScreen = testAttribute(Qt::WA_PaintOnScreen);
     setAttribute(Qt::WA_PaintOnScreen, false);
-    // In a paint that began on screen only a redirected device can be painted on; the next paint finds the attribute
-    // off.
+    // A paint that began with the attribute on can only paint on a redirected device; the next paint finds it off.
     if (wasOnScreen && !redirected(nullptr))
     {
         Update();

@@ -14,13 +14,13 @@ QT_END_NAMESPACE
 //! A widget with a native window that an engine draws on.
 //!
 //! The widget registers its window with the host's display-surface manager, asks the manager for a frame at each paint,
-//! reports a new size to it and hands mouse, wheel and keys to the host's handler. The engine's objects belong to the
-//! host, which takes them away, or deletes the widget, before it deletes them. Without a manager the widget shows the
-//! message "Renderer is not enabled".
+//! reports size changes to it and passes mouse, wheel and key input to the host's handler. The engine's objects belong
+//! to the host, which must set them to null here, or delete the widget, before it deletes them. Without a manager the
+//! widget shows the message "Renderer is not enabled".
 //!
-//! Set the manager before the widget is first shown: the message needs Qt to paint, which stays switched on from then
-//! on, and Qt then paints beneath the engine's frames. All of the widget's ancestors and their children become native
-//! windows too, unless Qt::WA_DontCreateNativeAncestors is set on the widget itself before it gets a parent.
+//! Set the manager before the widget is first shown: to paint the message, Qt's own painting is switched on and stays
+//! on, beneath the engine's frames. All of the widget's ancestors and their children become native windows too, unless
+//! Qt::WA_DontCreateNativeAncestors is set on the widget itself before it gets a parent.
 class ORVEKQTWIDGETS_EXPORT QRenderWidget : public QWidget
 {
     Q_OBJECT
@@ -29,18 +29,18 @@ public:
     //! Detaches the window from the manager, see shutdown().
     ~QRenderWidget() override;
 
-    //! The window's handle as the widget last knew it; 0 is none.
+    //! The last known handle of the window; 0 if there is none.
     HWND GetHWND();
     //! The renderer, not owned, or null.
     orvek::crossplatform::PlatformRendererInterface* GetPlatformRendererInterface();
-    //! The renderer draws this view; null draws nothing. With a manager there, the window is registered for it at
+    //! Sets the renderer of this view; null draws nothing. If there is a manager, the window is registered with it at
     //! once. No repaint is requested: call Update().
     void SetPlatformRendererInterface(orvek::crossplatform::PlatformRendererInterface* renderer);
     //! Registers the window with the manager, after removing it from an earlier one; null only removes it. If the
-    //! widget was shown before, call Update(). A second manager receives no ResizeSurface() as long as the size stays
-    //! the same.
+    //! widget was shown before, call Update(). A second manager receives no ResizeSurface() while the size stays the
+    //! same.
     void SetDisplaySurfaceManagerInterface(orvek::crossplatform::DisplaySurfaceManagerInterface* manager);
-    //! The handler receives the input of this view; null for none.
+    //! Sets the handler of this view's input; null for none.
     void SetHandleMouseInterface(orvek::base::BaseMouseHandler* handler);
     //! If continuous is true, a repaint is requested every millisecond instead of on demand. Off by default.
     void setContinuousUpdate(bool continuous);
@@ -50,19 +50,20 @@ public:
     //! set. Harmless when repeated.
     void shutdown();
 
-    //! Null: what is drawn comes from the engine.
+    //! Null: the engine does the drawing.
     QPaintEngine* paintEngine() const override;
 
 Q_SIGNALS:
-    //! A frame was rendered. Comes within the paint event.
+    //! A frame was rendered. Emitted during the paint event.
     void viewUpdated();
-    //! A key was released over the view, after the mouse handler got it. The event is valid during the signal only.
+    //! A key was released over the view, after the mouse handler received it. The event is only valid during the
+    //! signal.
     void keyReleased(QKeyEvent* event);
-    //! Comes after viewUpdated().
+    //! Emitted after viewUpdated().
     void deferredUpdate();
 
 public Q_SLOTS:
-    //! Requests a repaint; several requests before it are one.
+    //! Requests a repaint; several requests before it are merged.
     void Update();
 
 protected:

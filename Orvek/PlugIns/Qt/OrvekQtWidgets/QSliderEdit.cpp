@@ -167,8 +167,7 @@ void QSliderEdit::setStep(double step)
     if (!(step > 0.0))
         return;
     const double count = (m_maximum - m_minimum) / step;
-    // Bounded before it becomes an int, which not every double fits. A maximum below 0 would drag the slider's minimum
-    // along.
+    // Bounded first, as not every double fits an int. A maximum below 0 would drag the slider's minimum along.
     if (!std::isnan(count))
         m_ui.slider->setMaximum(static_cast<int>(qBound(0.0, count, double(MaximumSteps))));
 }
@@ -230,8 +229,8 @@ void QSliderEdit::setOrientation(Qt::Orientation orientation)
         delete row;
         m_ui.horizontalLayout = nullptr;
     }
-    // Three items and no more, as hosts that walk the layout expect; the other children keep to two of them. The larger
-    // values of a vertical slider are at its top.
+    // Exactly three items, as hosts that walk the layout expect; the other children go with two of them. A vertical
+    // slider has its larger values at the top.
     QBoxLayout* row = nullptr;
     CompanionItem* sliderItem = nullptr;
     if (orientation == Qt::Vertical)
@@ -343,7 +342,7 @@ void QSliderEdit::updateSlider()
     Q_EMIT valueChanged();
 }
 
-// If the minimum exceeds the maximum, the result is the maximum. NaN, which only a host can set, passes.
+// If the minimum exceeds the maximum, the result is the maximum. NaN, which only a host can set, is returned as it is.
 double QSliderEdit::clamped(double value) const
 {
     if (m_minimum > value)
@@ -353,7 +352,7 @@ double QSliderEdit::clamped(double value) const
     return value;
 }
 
-// False for a range that its positions cannot be spread over.
+// False if the slider's positions cannot be spread over the range.
 bool QSliderEdit::hasPositions() const
 {
     if (m_logarithmic && !(m_minimum > 0.0 && m_maximum > 0.0))
@@ -382,7 +381,7 @@ double QSliderEdit::positionToValue(int position) const
     if (m_logarithmic)
     {
         const double start = std::log10(m_minimum);
-        // The logarithm of the largest doubles is rounded up; its power is infinite.
+        // The logarithm of the largest doubles is rounded up, so its power is infinite.
         value = std::pow(10.0, (std::log10(m_maximum) - start) * fraction + start);
         if (std::isinf(value) && std::isfinite(m_maximum))
             value = finiteBound(value);

@@ -78,7 +78,7 @@ void QVectorEdit::setTextWidth(int width)
 {
     m_textWidth = width;
     EditorSupport::setWidth(this, m_ui.x, width);
-    // All of the first field's limits, heights included, so that the three always look alike.
+    // Copies all limits, heights included, so that the three fields always look alike.
     for (QLineEdit* field : {m_ui.y, m_ui.z})
     {
         field->setMinimumSize(m_ui.x->minimumSize());
@@ -169,7 +169,7 @@ void QVectorEdit::setShowDefaultButton()
 
 void QVectorEdit::commit(const QLineEdit* field, int component)
 {
-    // Not toFloat(), which refuses numbers that a float only holds rounded to 0 or infinity.
+    // Not toFloat(), which rejects numbers that a float can only round to 0 or infinity.
     bool ok = false;
     const double number = field->text().toDouble(&ok);
     if (!ok)

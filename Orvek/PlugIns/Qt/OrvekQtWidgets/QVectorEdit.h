@@ -9,7 +9,7 @@
 //! Edits three single-precision numbers in one row: title, three text fields with captions, units and a button that
 //! returns to the default.
 //!
-//! A component is committed when its field finishes editing. Text that is not a number, in the form of C with a decimal
+//! A component is committed when its field finishes editing. Text that is not a number in C notation, with a decimal
 //! point, is ignored and stays in the field. Fields show six significant digits. Components have no range; a number too
 //! large for a float becomes infinite.
 //!
@@ -24,12 +24,12 @@ class ORVEKQTWIDGETS_EXPORT QVectorEdit : public QPropertyEditWidget
     Q_PROPERTY(bool colourEdit READ colourEdit WRITE setColourEdit)
     //! Stored for the host; components are committed when their field finishes editing either way. Default false.
     Q_PROPERTY(bool liveUpdate READ liveUpdate WRITE setLiveUpdate)
-    //! Width of the label in pixels, default 80. Reads back as given; a width that no widget can have, a negative one
-    //! for example, is laid out as the nearest possible one. The same holds for textWidth and unitsWidth.
+    //! Width of the label in pixels, default 80. Returned as set; an impossible width, such as a negative one, is laid
+    //! out as the nearest possible one. The same holds for textWidth and unitsWidth.
     Q_PROPERTY(int labelWidth READ labelWidth WRITE setLabelWidth)
     //! Width of each of the three fields in pixels, default 80.
     Q_PROPERTY(int textWidth READ textWidth WRITE setTextWidth)
-    //! Text behind the value, default empty. It is shown only.
+    //! Text after the value, for display only. Default empty.
     Q_PROPERTY(QString units READ units WRITE setUnits)
     //! Width of the units in pixels, default 40.
     Q_PROPERTY(int unitsWidth READ unitsWidth WRITE setUnitsWidth)
@@ -57,7 +57,7 @@ public:
     //! Sets any value, without valueChanged(). Afterwards the editor's signals are not blocked, even if they were
     //! before.
     void setValue(QVector3D value);
-    //! As setValue(value); the three fields are left empty unless showText.
+    //! As setValue(value); the three fields are left empty unless showText is true.
     void setValue(QVector3D value, bool showText);
     //! What the reset button returns to. Default (0, 0, 0). The button is enabled while the value differs.
     QVector3D defaultValue() const;
@@ -71,7 +71,7 @@ Q_SIGNALS:
     void valueChanged();
 
 public Q_SLOTS:
-    //! Connected by name to the signals of the children; hosts have no need to call them.
+    //! Connected by name to the signals of the children; hosts need not call them.
     void on_reset_clicked();
     void on_x_editingFinished();
     void on_y_editingFinished();

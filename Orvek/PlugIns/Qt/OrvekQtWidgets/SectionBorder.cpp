@@ -25,8 +25,7 @@ bool readsStyleSheets(const QWidget* widget)
     return widget->style()->inherits("QStyleSheetStyle");
 }
 
-// Makes the widget inherit its parent's style, as it does when its own sheet goes. A widget with a sheet keeps its
-// style.
+// Makes the widget inherit its parent's style, as when its own sheet is removed. A widget with a sheet keeps its style.
 void inheritStyle(QWidget* widget)
 {
     if (!widget->styleSheet().isEmpty())
@@ -35,7 +34,7 @@ void inheritStyle(QWidget* widget)
     widget->setStyleSheet(QString());
 }
 
-// Takes a child out of the list that Qt walks when its parent gets a style sheet.
+// Keeps a child off the list that Qt goes through when its parent gets a style sheet.
 class OutOfTheList
 {
 public:
@@ -51,7 +50,7 @@ public:
     {
         if (m_child && m_child->parent() == m_parent)
             m_siblings.insert(qMin(m_index, m_siblings.size()), m_child);
-        else // moved away meanwhile, which the parent and so its layout did not notice
+        else // moved away in the meantime, unnoticed by the parent and its layout
             ContainerSupport::forget(m_parent, m_key);
     }
 
@@ -92,12 +91,12 @@ void SectionBorder::setMark(bool mark, QWidget* contents, const QSet<const QObje
     const bool insideIsStyled = sheetChanged && setSheet(sheet, contents);
     if (markChanged || sheetChanged)
         SectionSearch::polish(m_section->style(), m_section);
-    // Where there are no sheets, of an ancestor either, setting an empty one does nothing at all.
+    // Without any sheets, an ancestor's included, setting an empty one has no effect.
     const bool hasSheets =
         !sheet.isEmpty() || (readsStyleSheets(m_section) && m_section->style() != QApplication::style());
     if (insideIsStyled || !contents || !(sheetChanged || hasSheets))
         return;
-    // Whatever a sheet reaches is asked for its size again.
+    // A sheet makes every widget that it reaches compute its size hints again.
     for (QWidget* widget : {contents, m_section})
     {
         widget->updateGeometry();
@@ -126,8 +125,8 @@ bool SectionBorder::setSheet(const QString& sheet, QWidget* contents)
 {
     const QString before = m_section->styleSheet();
     const bool borderOnly = sheet.isEmpty() ? before == borderSheet() && m_aside == contents : before.isEmpty();
-    // A style of the section's own would become that of its contents, sections inside obey the border's rule, and
-    // before the first polish nothing is styled yet.
+    // Not if the section has a style of its own, which its contents would inherit; if sections inside obey the border's
+    // rule; or before the first polish, when nothing is styled yet.
     if (!borderOnly || !contents || contents->parent() != m_section || m_section->testAttribute(Qt::WA_SetStyle) ||
         !m_section->testAttribute(Qt::WA_WState_Polished) || contents->findChild<QAccordion*>())
     {
@@ -137,7 +136,7 @@ bool SectionBorder::setSheet(const QString& sheet, QWidget* contents)
     }
     const QPointer<QWidget> alive(contents);
     m_aside = sheet.isEmpty() ? nullptr : contents;
-    // First among the filters, so that none sees the section without its contents.
+    // First among the filters, so that no other sees the section without its contents.
     m_section->installEventFilter(this);
     m_holdsBack = true;
     {
@@ -149,7 +148,7 @@ bool SectionBorder::setSheet(const QString& sheet, QWidget* contents)
     QCoreApplication::sendEvent(m_section, &change);
     if (!alive || contents->parent() != m_section)
         return true;
-    // The sheet of an ancestor may have gone while the contents stood aside.
+    // The sheet of an ancestor may have been removed while the contents were kept out.
     if (sheet.isEmpty() && contents->style() != m_section->style() && !contents->testAttribute(Qt::WA_SetStyle))
         inheritStyle(contents);
     return false;
@@ -161,7 +160,7 @@ bool SectionBorder::eventFilter(QObject*, QEvent* event)
         return true;
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::ParentChange)
         followSheets();
-    // A section that has come into another one obeys the border there.
+    // A section moved into another one obeys the border there.
     if (event->type() == QEvent::ParentChange || event->type() == QEvent::Show)
         for (const QWidget* ancestor = m_section->parentWidget(); ancestor; ancestor = ancestor->parentWidget())
             if (const auto* outer = qobject_cast<const QAccordion*>(ancestor))
@@ -169,11 +168,11 @@ bool SectionBorder::eventFilter(QObject*, QEvent* event)
     return false;
 }
 
-// Contents that stand aside may have a style that does not read sheets, those that arrive later included.
+// Contents that were kept out may have a style that does not read sheets, and pass it on to widgets added later.
 void SectionBorder::followSheets()
 {
     if (m_section->styleSheet().isEmpty())
-        m_aside = nullptr; // the host has removed the border, and Qt has styled the contents
+        m_aside = nullptr; // the host removed the border, and Qt styled the contents
     else if (m_section->styleSheet() != borderSheet() ||
              (m_section->parentWidget() && readsStyleSheets(m_section->parentWidget())))
         handOn();
@@ -188,7 +187,7 @@ void SectionBorder::handOn()
     m_aside = nullptr;
 }
 
-// Collects from all sheets in force the widgets that a rule addresses through a mark.
+// Collects from all sheets in force the widgets that a rule selects by a mark.
 void SectionBorder::readRules(const QWidget* contents)
 {
     QStringList sheets{qApp->styleSheet()};
@@ -207,7 +206,7 @@ void SectionBorder::readRules(const QWidget* contents)
     for (int i = 0; i < sheets.size(); ++i)
     {
         QString sheet = sheets.at(i);
-        // Not read here: a file, a condition, an escape. Everything is styled again then.
+        // Files, at-rules and escapes are not parsed here; with them everything is styled again.
         if (sheet.startsWith(QLatin1String("file:")) || sheet.contains(QLatin1Char('@')) ||
             sheet.contains(QLatin1Char('\\')))
             m_targets.push_back({});
@@ -222,8 +221,8 @@ void SectionBorder::readRules(const QWidget* contents)
             {
                 const QStringList parts = selector.trimmed().split(combinator);
                 const QStringList asking = parts.filter(QStringLiteral("highlighted"));
-                // A widget whose own mark alone counts is polished when that changes, but with the section's style,
-                // which need not read a sheet inside.
+                // If only its own mark counts, a widget is polished when that changes; but with the section's style,
+                // which may not read a sheet inside.
                 if (asking.isEmpty() || (i < outside && asking == parts.mid(parts.size() - 1)))
                     continue;
                 const bool forMarked = asking.filter(QStringLiteral("[highlighted=true]")) == asking;
@@ -235,7 +234,7 @@ void SectionBorder::readRules(const QWidget* contents)
     }
 }
 
-// Styles the widgets that a rule may address differently now. The marks are the number of widgets around, and the root,
+// Styles the widgets for which a rule may have started or ceased to apply. The marks count the root and its ancestors
 // that are marked or were until now.
 void SectionBorder::restyle(QWidget* root, int marks) const
 {

@@ -3,8 +3,8 @@
 #include <QtCore/QList>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
-// The plugin's root object. Its presence makes the library that applications link the plugin of form designers, so that
-// these show the very widgets.
+// The plugin's root object. It makes the library itself a Designer plugin, so Designer shows exactly the widgets that
+// applications link.
 class WidgetCollection : public QObject, public QDesignerCustomWidgetCollectionInterface
 {
     Q_OBJECT
