@@ -20,7 +20,7 @@ namespace orvek::host
 {
 struct ChoiceButton::Private
 {
-    // What the entries are made from.
+    // What the entries depend on.
     struct Offer
     {
         QStringList names;
@@ -44,15 +44,15 @@ struct ChoiceButton::Private
     Offer offer;
     int shown = 0;          // the value of the current entry
     bool hasExtra = false;  // the last entry is a value without a name
-    QPointer<QWidget> list; // the popup's, which is made when it is first opened
+    QPointer<QWidget> list; // of the popup, created when it is first opened
     QMetaObject::Connection watch;
-    QVector<QPointer<QWidget>> replaced; // hidden for the list
+    QVector<QPointer<QWidget>> replaced; // hidden in favour of the list
 };
 
 ChoiceButton::ChoiceButton(QIntSliderEdit* editor, QWidget* parent) : QComboBox(parent), d(new Private)
 {
     setObjectName(QStringLiteral("choiceButton"));
-    setFocusPolicy(Qt::StrongFocus); // not by the wheel
+    setFocusPolicy(Qt::StrongFocus); // not focused by the wheel
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     // A longer name must not move the row.
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -135,7 +135,7 @@ void ChoiceButton::hideEvent(QHideEvent* event)
     disconnect(d->watch);
 }
 
-// Starts from the editor's present value.
+// Starts from the editor's current value.
 void ChoiceButton::keyPressEvent(QKeyEvent* event)
 {
     d->refresh(this);
@@ -157,12 +157,13 @@ void ChoiceButton::Private::nameIt(ChoiceButton* button) const
     button->setAccessibleName(ChoiceButton::tr("%1, choice").arg(titleOf(editor)));
 }
 
-// An open list stays as the user sees it.
+// Leaves an open list as the user sees it.
 void ChoiceButton::Private::refresh(ChoiceButton* button)
 {
     if (!editor || (list && list->isVisible()))
         return;
-    // Called each time the event loop comes round. The list of names is shared, so it compares as fast as the numbers.
+    // Called on each turn of the event loop. The list of names is shared, so comparing it is as fast as comparing
+    // numbers.
     const int value = editor->value().toInt();
     const Offer wanted = offerOf();
     if (wanted == offer && value == shown)

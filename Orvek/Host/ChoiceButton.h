@@ -10,14 +10,14 @@ class QIntSliderEdit;
 
 namespace orvek::host
 {
-//! A drop-down list of the names of an integer editor, in place of or beside its slider.
+//! A drop-down list of the names of an integer editor, in place of its slider or beside it.
 //!
-//! It offers those of the editor's "enums" whose value lies in the editor's range (and is a power of two if the editor
-//! is set to powers of two), as the editor's valueToText() writes them. A value without a name is an entry with its
-//! number for as long as the editor has it. Value, names and range are followed however they are set.
+//! It offers those of the editor's "enums" whose value is in the editor's range (and is a power of two if the editor is
+//! set to powers of two), as the editor's valueToText() writes them. While the editor has a value without a name, the
+//! list also has an entry with that number. Changes of value, names and range are followed, however they are made.
 //!
-//! A choice stores the value and is announced by one valueChanged() of the editor, without startedEdit(). The wheel
-//! over it scrolls the panel and never chooses.
+//! A choice stores the value, and the editor emits one valueChanged() and no startedEdit(). The wheel over the list
+//! scrolls the panel and never chooses.
 class ORVEKQTHOST_EXPORT ChoiceButton : public QComboBox
 {
     Q_OBJECT
@@ -26,11 +26,11 @@ public:
     explicit ChoiceButton(QIntSliderEdit* editor, QWidget* parent = nullptr);
     ~ChoiceButton() override;
 
-    //! Hides the slider and the field of the editor and puts a new list into their place in the row. The editor owns
-    //! it; deleting it brings them back. Null without an editor.
+    //! Hides the editor's slider and field and puts a new list in their place in the row. The editor owns the list;
+    //! deleting it brings them back. Returns null if editor is null.
     static ChoiceButton* addTo(QIntSliderEdit* editor);
 
-    //! Null once it is destroyed.
+    //! Null once the editor is destroyed.
     QIntSliderEdit* editor() const;
 
     void showPopup() override;

@@ -25,8 +25,8 @@ namespace orvek::host
 {
 namespace
 {
-constexpr int checkSize = 4;       // of the pattern behind a colour with alpha, pixels
-constexpr int narrowestPlace = 16; // of a units label that can hold the button, pixels
+constexpr int checkSize = 4;       // of the checked pattern behind a colour with alpha, pixels
+constexpr int narrowestPlace = 16; // of a units label that has room for the button, pixels
 
 bool hasColour(const QWidget* editor)
 {
@@ -36,7 +36,7 @@ bool hasColour(const QWidget* editor)
 
 double shown(double component)
 {
-    return component > 0.0 ? qMin(component, 1.0) : 0.0; // NaN is 0
+    return component > 0.0 ? qMin(component, 1.0) : 0.0; // NaN becomes 0
 }
 
 QColor colourOf(const EditorValue& value, bool alpha)
@@ -76,7 +76,7 @@ struct ColourButton::Private
     void dropDialog(ColourButton* button);
 
     QPointer<QWidget> editor;
-    const QVectorEdit* vector = nullptr; // the editor if it is one, see isNew()
+    const QVectorEdit* vector = nullptr; // the editor, if it is one; see isNew()
     const QColourEdit* rgba = nullptr;
     QPointer<QLineEdit> alphaField;
     QPointer<QLayout> ownLayout;     // made for the button in a units label
@@ -88,7 +88,7 @@ struct ColourButton::Private
     EditorValue start;
     QStringList startTexts;
     QColor startColour;
-    bool isChanged = false; // something was chosen
+    bool isChanged = false; // a colour has been chosen
 };
 
 ColourButton::ColourButton(QWidget* editor, QWidget* parent) : QToolButton(parent), d(new Private)
@@ -126,7 +126,7 @@ ColourButton::~ColourButton()
     {
         d->dropDialog(this);
         const QPointer<QWidget> editor = d->editor;
-        // An editor that is being destroyed has no colour any more.
+        // An editor that is being destroyed no longer has a colour.
         if (editor && hasColour(editor))
         {
             d->putBack();
@@ -149,7 +149,7 @@ ColourButton* ColourButton::addTo(QWidget* editor)
     QLabel* units = partsOf(editor).units;
     if (units && units->text().isEmpty() && !units->layout() && units->maximumWidth() >= narrowestPlace)
     {
-        // So the columns of the panel stay as they are.
+        // Inside the label, so the columns of the panel stay as they are.
         auto* inside = new QHBoxLayout(units);
         inside->setContentsMargins(2, 0, 2, 0);
         inside->addWidget(button);
@@ -211,17 +211,17 @@ void ColourButton::openDialog()
     d->dialog = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(titleOf(d->editor));
-    // A platform's own dialog may emit its choice only at the end.
+    // A platform's own dialog may report its choice only at the end.
     dialog->setOption(QColorDialog::DontUseNativeDialog);
     dialog->setOption(QColorDialog::ShowAlphaChannel, d->hasAlpha());
     dialog->setCurrentColor(colour());
-    // As the dialog holds it, which may be rounded.
+    // As the dialog stores it, possibly rounded.
     d->startColour = dialog->currentColor();
     connect(dialog, &QColorDialog::currentColorChanged, this, [this](const QColor& colour) { d->choose(colour); });
     connect(dialog, &QDialog::finished, this,
             [this](int result)
             {
-                d->dialog = nullptr; // hidden until it is deleted
+                d->dialog = nullptr; // hidden until deleted
                 const QPointer<QWidget> editor = d->editor;
                 if (!editor)
                     return;
@@ -291,14 +291,14 @@ void ColourButton::hideEvent(QHideEvent* event)
     disconnect(d->watch);
 }
 
-// Not isVisible(), which is false in a closed section too.
+// Not isVisible(), which is also false in a closed section.
 bool ColourButton::Private::hasAlpha() const
 {
     return alphaField && !alphaField->isHidden();
 }
 
-// Whether the colour has changed since the last call. Called each time the event loop comes round, so it avoids finding
-// a property by its name.
+// Whether the colour has changed since the last call. Called on each turn of the event loop, so it avoids looking up a
+// property by name.
 bool ColourButton::Private::isNew()
 {
     std::array<double, 5> now = {};
@@ -336,7 +336,7 @@ void ColourButton::Private::choose(const QColor& colour)
     const QVector<int> chosen = components(colour);
     const QVector<int> before = components(startColour);
     const qreal exact[] = {colour.redF(), colour.greenF(), colour.blueF(), colour.alphaF()};
-    // Of a red, green or blue that is not a number nothing is left to keep.
+    // A red, green or blue that is not a number has nothing to keep.
     for (int i = 0; i < value.numbers.size(); ++i)
         if (chosen[i] != before[i] || (i < 3 && std::isnan(value.numbers[i])))
             value.numbers[i] = double(exact[i]);
@@ -350,7 +350,7 @@ void ColourButton::Private::putBack()
     if (!std::exchange(isChanged, false))
         return;
     writeValue(editor, start);
-    // Texts that were typed and not committed come back too, and the empty fields of a new QColourEdit.
+    // Also restores texts that were typed but not committed, and the empty fields of a new QColourEdit.
     const QVector<QLineEdit*> fields = partsOf(editor).fields;
     for (int i = 0; i < fields.size() && i < startTexts.size(); ++i)
         if (fields[i]->text() != startTexts[i])

@@ -31,10 +31,10 @@ namespace orvek::host
 namespace
 {
 constexpr int narrowest = 270;      // every editor's minimum width
-constexpr double unitsShare = 0.15; // of a row, at most
+constexpr double unitsShare = 0.15; // of a row's width, at most
 constexpr int leastField = 16;      // room for one digit
-constexpr int gap = 6;              // behind titles and units
-constexpr int rowMargin = 2;        // what the editors' forms have; the colour editor has the style's
+constexpr int gap = 6;              // after titles and units
+constexpr int rowMargin = 2;        // that of the editors' forms; the colour editor has the style's
 constexpr int rowSpacing = 1;
 constexpr QChar ellipsis(0x2026);
 
@@ -54,12 +54,12 @@ bool isPlain(const QLabel* label)
 
 int indentOf(const QLabel* label)
 {
-    // QLabel's default for one with a frame, which a style sheet can give it.
+    // QLabel's default for labels with a frame, which a style sheet can add.
     const bool hasDefault = label->indent() < 0 && label->frameWidth() > 0;
     return qMax(0, hasDefault ? advance(label, QStringLiteral("x")) / 2 - label->margin() : label->indent());
 }
 
-// What a label takes besides its text.
+// The width of a label apart from its text.
 int aroundText(const QLabel* label)
 {
     label->ensurePolished();
@@ -71,7 +71,7 @@ bool isCut(const QLabel* label)
     return isPlain(label) && advance(label, label->text()) + aroundText(label) > label->width();
 }
 
-// As QLabel and QFrame paint themselves, but for the text. Whoever styles the label, also with a style sheet, is asked.
+// Paints like QLabel and QFrame except for the text, so styles and style sheets apply.
 void paintElided(QLabel* label)
 {
     QStyleOptionFrame option;
@@ -94,7 +94,7 @@ void paintElided(QLabel* label)
         area.adjust(0, 0, -indent, 0);
     const QString text = label->fontMetrics().elidedText(label->text(), Qt::ElideRight, area.width());
     const bool centred = alignment & Qt::AlignHCenter;
-    // A label that has no room for anything but the dots is painted from their beginning.
+    // If there is only room for the dots, their beginning is painted.
     label->style()->drawItemText(&painter, area, int(centred ? Qt::AlignLeft | Qt::AlignVCenter : alignment),
                                  label->palette(), label->isEnabled(), text, label->foregroundRole());
 }
@@ -123,7 +123,7 @@ QRect textArea(const QLineEdit* field)
         .adjusted(margin, 0, -margin, 0);
 }
 
-// The width that QLineEdit needs so that it does not scroll: one pixel more for the cursor.
+// The width that QLineEdit needs to show the text without scrolling: one pixel more, for the cursor.
 int widthOf(const QLineEdit* field, const QString& text)
 {
     return advance(field, text) + 1;
@@ -140,7 +140,8 @@ bool showsEnd(const QWidget* editor)
     return editor->metaObject()->indexOfProperty("filename") >= 0;
 }
 
-// The number in a text, with ever fewer digits until the text fits; then dots, as a part of a number is another number.
+// The text with fewer and fewer digits in its number until it fits; then only dots, as a part of a number would be
+// another number.
 QString shortened(const QLineEdit* field, bool isNumber, int width)
 {
     const QString text = field->text();
@@ -175,7 +176,7 @@ void paintShortened(QLineEdit* field, bool isNumber)
                                  shortened(field, isNumber, area.width()), QPalette::Text);
 }
 
-// The whole text above the widget's own tip.
+// Shows the whole text above the widget's own tool tip.
 void showWhole(const QWidget* widget, const QHelpEvent* event, const QString& text)
 {
     const QString tip = widget->toolTip();
@@ -185,9 +186,9 @@ void showWhole(const QWidget* widget, const QHelpEvent* event, const QString& te
     QToolTip::showText(event->globalPos(), QStringLiteral("<span>%1</span>").arg(whole), const_cast<QWidget*>(widget));
 }
 
-// -- What an editor's row consists of --------------------------------------------------------------------------------
+// -- The parts of an editor's row -------------------------------------------------------------------------------------
 
-// Items of a row from its beginning to its end; the colour editor's are not created in that order.
+// The items of a row from its beginning to its end; the colour editor creates its own in another order.
 QVector<QLayoutItem*> itemsOf(const QLayout* layout)
 {
     QVector<QLayoutItem*> items;
@@ -231,31 +232,31 @@ struct Row
 {
     QPointer<QWidget> editor;
     EditorParts parts;
-    QVector<QLineEdit*> fields;    // those that are shown and whose width is fixed
-    QVector<QLineEdit*> stretched; // several that share what there is by themselves
-    QStringList names;             // that a field can show instead of numbers
+    QVector<QLineEdit*> fields;    // visible ones of fixed width
+    QVector<QLineEdit*> stretched; // several that divide the free space among themselves
+    QStringList names;             // shown in a field instead of numbers
     TextWidth title;
     TextWidth units;
     QVector<Limits> limits;
     QMargins marginsBefore;
-    int spacingBefore = -1;    // none: the margins are as they were
-    bool hasOtherParts = true; // children have come or gone
+    int spacingBefore = -1;    // negative: the margins have not been changed
+    bool hasOtherParts = true; // children were added or removed
     bool isDirty = true;
-    bool awaitsLayout = false; // that this object has asked for
-    bool isRow = false;        // false for vertical editors and what else is not one
+    bool awaitsLayout = false; // requested by this object
+    bool isRow = false;        // false for vertical editors and anything else
     bool hasUnits = false;
     // All in pixels.
     int head = 0;      // before the title
-    int titleNeed = 0; // what its text takes
+    int titleNeed = 0; // for its text
     int middle = 0;    // between title and last field, without the fields of fixed width
     int fieldNeed = 0; // of each field, for a number
     int nameNeed = 0;  // for the longest name
     int unitsNeed = 0;
     int tail = 0;          // after the last field, without the units
-    int lead = 0;          // from the section's beginning to the row's, when it was last seen
+    int lead = 0;          // from the section's beginning to the row's, when last visible
     int trail = 0;         // from the row's end to the section's
-    int width = 0;         // of the section, or of the row outside of one; 0 before it was first seen
-    int expectedWidth = 0; // until then
+    int width = 0;         // of the section, or of the row outside one; 0 until first visible
+    int expectedWidth = 0; // used until then
 };
 
 bool isOther(const TextWidth& known, const QLabel* label)
@@ -263,7 +264,8 @@ bool isOther(const TextWidth& known, const QLabel* label)
     return label->text() != known.text || label->font() != known.font;
 }
 
-// What the label takes, and some space behind it. A label's own size hint is never below its fixed width.
+// The width that the label's text needs, with a gap after it. Not the label's size hint, which is never below its fixed
+// width.
 int needOf(TextWidth& known, const QLabel* label)
 {
     if (isOther(known, label))
@@ -291,7 +293,7 @@ void measureFields(Row& row, TextWidth& number)
     for (const QLineEdit* field : fields)
     {
         const int frame = field->width() - textArea(field).width() + 1;
-        // A derived editor may add to the number: what is there now is taken as all that it adds.
+        // A derived editor may add text to the number: everything else in the field now is taken as that.
         QString added = field->text();
         bool isNumber = false;
         static_cast<void>(added.toDouble(&isNumber));
@@ -309,7 +311,7 @@ void measureFields(Row& row, TextWidth& number)
     }
 }
 
-// The lengths that do not depend on the row's width.
+// Measures what does not depend on the row's width.
 void measure(Row& row, TextWidth& number)
 {
     row.isDirty = false;
@@ -324,7 +326,7 @@ void measure(Row& row, TextWidth& number)
     const QVector<QLayoutItem*> items = layout ? itemsOf(layout) : QVector<QLayoutItem*>();
     int title = -1;
     int last = -1;
-    int other = -1; // a list of names in place of slider and field, for example
+    int other = -1; // for example a list of names instead of slider and field
     bool hasReset = false;
     for (int i = 0; i < items.size(); ++i)
     {
@@ -368,7 +370,7 @@ void measure(Row& row, TextWidth& number)
         int& part = i < title ? row.head : i <= last ? row.middle : row.tail;
         part += spacing + width;
     }
-    // An editor that was turned once has them in one item with its field.
+    // After setOrientation() an editor has them in one item with its field.
     if (row.parts.reset && !hasReset && !row.parts.reset->isHidden())
         row.tail += (row.hasUnits ? 2 : 1) * rowSpacing + row.parts.reset->minimumWidth();
     measureFields(row, number);
@@ -380,13 +382,13 @@ bool hasOtherTexts(const Row& row)
            (row.hasUnits && isOther(row.units, row.parts.units));
 }
 
-// Columns run through the outermost section: how far a widget's edges lie from that one's.
+// Columns run through the outermost section: the distances of a widget's edges from that section's.
 struct Frame
 {
-    const QWidget* section = nullptr; // null outside of all sections
+    const QWidget* section = nullptr; // null outside all sections
     int left = 0;
     int right = 0;
-    int width = 0; // of the section, or of a row outside of one, as far as it can be told before they have a place
+    int width = 0; // of the section, or of a row outside one, as far as known before the layout
 };
 
 Frame frameOf(const QWidget* contents, const QWidget* root)
@@ -410,7 +412,7 @@ Frame frameOf(const QWidget* contents, const QWidget* root)
         if (ancestor == root)
             break;
     }
-    // Without a place so far, the margins tell where it will be. Whatever they miss is mended once it has one.
+    // Before the first layout, the position is estimated from the margins. Any error is corrected once it is known.
     if (!contents->isVisible())
     {
         frame.width = root->width() - margins.left - margins.right + frame.left + frame.right;
@@ -434,7 +436,7 @@ struct ColumnAligner::Private
     bool fitsTexts = true;
     double titleShare = 0.35;
     bool isPending = false;
-    // The widest of all rows.
+    // Maxima over all rows.
     int titleNeed = 0;
     int unitsNeed = 0;
     int tail = 0;
@@ -476,7 +478,7 @@ void ColumnAligner::Private::leave(QWidget* widget)
     const auto found = rows.find(widget);
     if (found == rows.end())
         return;
-    // One that is being destroyed has lost its guard, and its children with it.
+    // An editor that is being destroyed has lost its guard, and its children are gone, too.
     if (found->editor)
     {
         watch(*found, false);
@@ -504,12 +506,12 @@ void ColumnAligner::Private::watch(Row& row, bool isWatched)
     {
         if (!label)
             continue;
-        label->removeEventFilter(q); // watchTitles() watches those that are cut
+        label->removeEventFilter(q); // watchTitles() adds it again to those that are cut
         label->update();
     }
 }
 
-// The titles that are cut are watched again by the pass that follows.
+// The pass that follows watches the cut titles again.
 void ColumnAligner::Private::watchAll()
 {
     for (Row& row : rows)
@@ -518,7 +520,7 @@ void ColumnAligner::Private::watchAll()
     request();
 }
 
-// Before anything is painted, as that is asked for with a low priority. What nobody sees waits until it is shown.
+// Runs before anything is painted, as repaints have a lower priority. Invisible rows wait until they are shown.
 void ColumnAligner::Private::request()
 {
     const QWidget* root = tree->root();
@@ -560,8 +562,8 @@ void ColumnAligner::Private::alignNow()
         Q_EMIT q->aligned();
 }
 
-// When the root appears, all below it have their places. The platform may ask for the first picture before any posted
-// event is delivered, layout requests among them.
+// When the root appears, everything below it has its place. The platform may request the first frame before any posted
+// event is delivered, layout requests included.
 void ColumnAligner::Private::alignAtOnce()
 {
     alignNow();
@@ -592,7 +594,7 @@ void ColumnAligner::Private::updateNeeds()
     }
 }
 
-// Asks each widget that holds rows once where it lies. Rows that were seen and are hidden keep their place.
+// Determines the position of each widget that holds rows once. Hidden rows keep their last position.
 void ColumnAligner::Private::place()
 {
     QHash<const QWidget*, Frame> frames;
@@ -634,7 +636,7 @@ bool ColumnAligner::Private::apply(Row& row)
         changed = setLimits(row, row.parts.units, units, units) || changed;
     else
         changed = setMargins(row, units + rowMargin) || changed;
-    // The fields of sliders are alike in all rows; several fields share what there is.
+    // Slider fields have the same width in all rows; several fields divide the free space.
     int field = 0;
     if (row.fields.size() == 1)
         field = qMin(qMax(fieldNeed, qMin(nameNeed, room / 2)), room - sliderMiddle);
@@ -650,7 +652,7 @@ bool ColumnAligner::Private::apply(Row& row)
     return changed;
 }
 
-// Remembers what it finds, even if a host has set another width in the meantime.
+// Records the widths it finds, even if a host has changed them in the meantime.
 bool ColumnAligner::Private::setLimits(Row& row, QWidget* child, int minimum, int maximum)
 {
     auto limits = std::find_if(row.limits.begin(), row.limits.end(),
@@ -669,7 +671,7 @@ bool ColumnAligner::Private::setLimits(Row& row, QWidget* child, int minimum, in
     return true;
 }
 
-// For an editor without units: the room that they would take.
+// Reserves the space for units in an editor without them.
 bool ColumnAligner::Private::setMargins(Row& row, int end)
 {
     QLayout* layout = row.editor->layout();
@@ -708,7 +710,7 @@ void ColumnAligner::Private::restore(Row& row)
     row.spacingBefore = -1;
 }
 
-// Most titles fit and are left to themselves.
+// Most titles fit and need no event filter.
 void ColumnAligner::Private::watchTitles(const Row& row)
 {
     const auto watchIfCut = [this](QLabel* label, int need)
@@ -735,7 +737,7 @@ bool ColumnAligner::Private::filterField(QLineEdit* field, QEvent* event)
         showWhole(field, static_cast<QHelpEvent*>(event), field->text());
         return true;
     }
-    // Also in an inactive window, where it shows its cursor and selection again later.
+    // Also in an inactive window, where the field will show its cursor and selection again later.
     if (field->window()->focusWidget() == field)
         return false;
     const auto row = rows.find(field->parentWidget());
@@ -746,7 +748,7 @@ bool ColumnAligner::Private::filterField(QLineEdit* field, QEvent* event)
         row->isDirty = true;
         request();
     }
-    // QLineEdit scrolls to its cursor while it paints, so that a click finds the place that the user sees.
+    // QLineEdit scrolls to its cursor when it paints, so a click hits the place that the user sees.
     const bool end = showsEnd(row->editor);
     const int cursor = end ? field->text().size() : 0;
     if (field->cursorPosition() != cursor)
@@ -783,7 +785,7 @@ ColumnAligner::ColumnAligner(QWidget* root, QObject* parent) : QObject(parent), 
     for (QWidget* widget : widgets)
         d->enter(widget);
     root->installEventFilter(this);
-    // Before the first layout, so that rows need not be laid out twice: now, or when the root is polished.
+    // Before the first layout, so that rows are not laid out twice: now, or when the root is polished.
     if (root->testAttribute(Qt::WA_WState_Polished) && !root->isVisible())
         d->alignNow();
 }
@@ -871,7 +873,7 @@ int ColumnAligner::uncutWidth()
 
 void ColumnAligner::align()
 {
-    d->tree->widgets(); // takes in what has come since the last event
+    d->tree->widgets(); // adds what has arrived since the last event
     d->alignNow();
 }
 
@@ -886,7 +888,7 @@ bool ColumnAligner::eventFilter(QObject* watched, QEvent* event)
         if (auto* label = qobject_cast<QLabel*>(watched))
             return d->filterTitle(label, event);
         break;
-    // Another text, font, style, language or direction of a part makes the editor lay out its row again.
+    // A changed text, font, style, language or direction of a part makes the editor lay out its row again.
     case QEvent::LayoutRequest:
     {
         const auto row = d->rows.find(watched);

@@ -12,27 +12,27 @@ QT_END_NAMESPACE
 
 namespace orvek::host
 {
-//! Lines up the editors below a widget: their titles, fields and units stand in columns, also across nested sections,
-//! and what is too long for its column is cut where it does no harm. The texts themselves never change.
+//! Lines up the editors below a widget: their titles, fields and units form columns, also across nested sections, and
+//! what is too long for its column is cut where it does no harm. The texts themselves never change.
 //!
 //! Editors with a vertical slider are left alone. The editors' own widths (labelWidth, textWidth, unitsWidth) keep what
-//! the host has set; they hold again when the columns are switched off or this object is destroyed.
+//! the host has set; they apply again when the columns are switched off or this object is destroyed.
 class ORVEKQTHOST_EXPORT ColumnAligner : public QObject
 {
     Q_OBJECT
-    //! Whether the columns are kept in line. Default true.
+    //! Whether the columns are aligned. Default true.
     Q_PROPERTY(bool alignsColumns READ alignsColumns WRITE setAlignsColumns)
     //! Whether a title or unit wider than its label ends in "…" and shows its whole text as a tool tip. Default true.
     Q_PROPERTY(bool elidesTitles READ elidesTitles WRITE setElidesTitles)
-    //! Whether a field without the focus shows the end of a file name, the beginning of another text, and a number in
-    //! as few digits as fit. The whole text is in a tool tip. Default true.
+    //! Whether a field without the focus shows the end of a file name, the beginning of any other text, and a number
+    //! with as few digits as fit; a tool tip has the whole text. Default true.
     Q_PROPERTY(bool fitsTexts READ fitsTexts WRITE setFitsTexts)
-    //! The largest part of an outermost section's width that the titles may take, 0.1 to 0.9; what is beyond is
-    //! clamped, and NaN changes nothing. Default 0.35.
+    //! The largest part of an outermost section's width that the titles may take, 0.1 to 0.9; other values are clamped,
+    //! and NaN is ignored. Default 0.35.
     Q_PROPERTY(double titleShare READ titleShare WRITE setTitleShare)
 
 public:
-    //! Follows every editor below root, also those that come later. Not owned; may be destroyed first.
+    //! Follows every editor below root, including later ones. Not owned; may be destroyed first.
     explicit ColumnAligner(QWidget* root, QObject* parent = nullptr);
     ~ColumnAligner() override;
 
@@ -45,15 +45,15 @@ public:
     double titleShare() const;
     void setTitleShare(double share);
 
-    //! The width of the root in pixels from which on no title, unit or number is cut, with the present texts and fonts.
-    //! At least 270, the smallest width of an editor: down to that one the columns hold. Add what the root's frames
-    //! take if nothing is visible yet.
+    //! The smallest width of the root, in pixels, at which no title, unit or number is cut with the current texts and
+    //! fonts. At least 270, the smallest width of an editor; down to that width the columns hold. If nothing is visible
+    //! yet, add the width of the root's frames.
     int uncutWidth();
-    //! Does now what otherwise happens once before the next painting.
+    //! Aligns now; otherwise it happens once before the next painting.
     void align();
 
 Q_SIGNALS:
-    //! Widths of an editor have changed. For hosts that line up widgets of their own with the titles.
+    //! The widths of some editors have changed. For hosts that line up widgets of their own with the titles.
     void aligned();
 
 protected:

@@ -11,12 +11,12 @@
 
 namespace orvek::host
 {
-//! What is said about one property, in a chain behind the line that describes it. See Property for each.
+//! Refines the description of one property by chained calls. Property documents each setting.
 template <typename T, typename Value = void>
 class DescribedProperty
 {
 public:
-    //! Each sets the member of Property that has its name, and returns the property for the next.
+    //! Each sets the member of Property with its name, and returns the property for the next call.
     DescribedProperty title(const QString& text) { return set(&Property::title, text); }
     DescribedProperty section(const QString& title) { return set(&Property::section, title); }
     DescribedProperty units(const QString& text) { return set(&Property::units, text); }
@@ -28,14 +28,14 @@ public:
     DescribedProperty live(bool on) { return set(&Property::live, on); }
     DescribedProperty stored(bool on) { return set(&Property::stored, on); }
     DescribedProperty maximumLength(int length) { return set(&Property::maximumLength, length); }
-    //! In place of the value in the sample; of the type that PropertyKind says. An invalid one takes the default away.
+    //! Replaces the sample's value; must have the type listed at PropertyKind. An invalid one removes the default.
     DescribedProperty defaultValue(const QVariant& value) { return set(&Property::defaultValue, value); }
     //! Both ends of the range, in the unit of the value.
     DescribedProperty range(double minimum, double maximum)
     {
         return set(&Property::minimum, minimum).set(&Property::maximum, maximum);
     }
-    //! One more entry of a choice: what files say, what users see, and an enumerator or number.
+    //! Adds an entry to a choice: its key in files, its title for users, and an enumerator or number.
     template <typename E>
     DescribedProperty entry(const QString& key, const QString& title, E value)
     {
@@ -44,14 +44,14 @@ public:
         property().choices.append({key, title, static_cast<int>(value)});
         return *this;
     }
-    //! When its editor is enabled: a function bool(const T&), called with the object.
+    //! When the editor is enabled: a function bool(const T&), called with the object.
     template <typename F>
     DescribedProperty enabledWhen(F condition)
     {
         property().enabledWhen = onStruct(std::move(condition));
         return *this;
     }
-    //! When its row is shown, likewise.
+    //! When the row is shown: a function bool(const T&), called with the object.
     template <typename F>
     DescribedProperty shownWhen(F condition)
     {
@@ -83,22 +83,22 @@ private:
 
 //! Describes a struct by pointers to its members, once for panel, file, comparison and undo.
 //!
-//! One line a property; Property says what the words behind it mean, and how the defaults are. Members of base classes
-//! are described like the struct's own, private ones by a function of the struct. The description may go once type()
-//! has been asked for.
+//! Each property takes one line; Property documents the chained settings and their defaults. Members of base classes
+//! are described like the struct's own; private ones need a function of the struct. The description may be destroyed
+//! after type() has been called.
 template <typename T>
 class Description : private DescriptionBase
 {
 public:
-    //! The name is what messages say. The values of the sample are the defaults of the properties: without one, those
-    //! that a T has when it is made without arguments.
+    //! The name is used in messages. The values of the sample are the defaults of the properties; without a sample,
+    //! those of a default-constructed T.
     explicit Description(const QString& name) : DescriptionBase(name, nameOf<T>()), m_sample() {}
     Description(const QString& name, T sample) : DescriptionBase(name, nameOf<T>()), m_sample(std::move(sample)) {}
 
     using DescriptionBase::errors;
     using DescriptionBase::type;
 
-    //! Title of the section of what is described from here on.
+    //! Title of the section for the properties described from here on.
     void section(const QString& title) { setSection(title); }
 
     //! A float or double.
@@ -133,7 +133,7 @@ public:
                       "a power of two is a whole number of at most 32 bits");
         return added(PropertyKind::PowerOfTwo, name, member, wholeStorage<M>());
     }
-    //! Three numbers, of any size unless a range is set.
+    //! Three numbers, unlimited unless a range is set.
     template <typename B>
     DescribedProperty<T> vector(const char* name, QVector3D B::*member)
     {
@@ -158,7 +158,7 @@ public:
     {
         return added(PropertyKind::Text, name, member, textStorage<M>());
     }
-    //! The name of a file in a QString, or in a std::string in UTF-8.
+    //! A file name in a QString, or in a std::string in UTF-8.
     template <typename B, typename M>
     DescribedProperty<T> file(const char* name, M B::*member)
     {
@@ -172,16 +172,16 @@ public:
     }
 
     //! A struct within the struct: all of its properties, with the name before theirs. The type must come from the
-    //! Description of that struct. Its sections stay; what has none is in one named like the member, unless section()
-    //! says another. Defaults are those of this sample.
+    //! Description of that struct. Properties keep their sections; those without one go into a section named like the
+    //! member, unless section() sets another. The defaults are those of this sample.
     template <typename B, typename M>
     void nested(const char* name, M B::*member, const std::shared_ptr<const ObjectType>& type)
     {
         addNested(name, &m_sample, offsetOf(member), type, nameOf<M>());
     }
 
-    //! A list of structs: a QVector or std::vector, whose elements can be made without arguments. A type from the
-    //! Description of another struct is an error.
+    //! A list of structs: a QVector or std::vector with default-constructible elements. A type from the Description of
+    //! another struct is an error.
     template <typename B, typename L>
     DescribedProperty<T> list(const char* name, L B::*member, const std::shared_ptr<const ObjectType>& elementType)
     {

@@ -19,7 +19,7 @@ namespace
 {
 using Storage = DescriptionBase::Storage;
 
-// Where and how a property's value lies in the struct.
+// How a property's value is stored in the struct.
 struct Member
 {
     size_t offset = 0;
@@ -44,7 +44,7 @@ const T& as(const void* member)
     return *static_cast<const T*>(member);
 }
 
-// Enumerators are not of the type itself, so that only their bytes may be read.
+// Reads only the bytes, as an enumerator has a type of its own.
 template <typename T>
 T bytesAs(const void* member)
 {
@@ -102,7 +102,7 @@ bool store(void* member, Storage storage, const QVariant& value)
     switch (storage)
     {
     case Storage::Float:
-        // Beyond the largest float there is none to convert to.
+        // A finite number beyond the largest float has no float.
         if (std::isfinite(value.toDouble()) && std::isinf(toFloat(value.toDouble())))
             return false;
         *static_cast<float*>(member) = toFloat(value.toDouble());
@@ -145,7 +145,7 @@ bool store(void* member, Storage storage, const QVariant& value)
     return false;
 }
 
-// What of the first object differs in the others. It ends as soon as all components do.
+// Which components differ from the first object's. Stops once all do.
 template <typename Compare>
 unsigned gather(const QVector<void*>& objects, size_t offset, unsigned all, Compare compare)
 {
@@ -388,7 +388,7 @@ int DescriptionBase::addList(const char* name, size_t offset, const ListOperatio
 {
     Property property = propertyOf(PropertyKind::List, QString::fromUtf8(name), d->section);
     property.elementType = elementType;
-    // Of an engine's own types nobody knows which struct they are for.
+    // Types derived by an engine do not say which struct they are for.
     const auto* described = dynamic_cast<const StructType*>(elementType.get());
     if (described && described->structType() != elementStruct)
         d->errors << QStringLiteral("%1.%2: \"%3\" is the type of another struct")

@@ -6,12 +6,12 @@
 
 namespace orvek::host
 {
-//! What all descriptions of structs have in common; hosts use Description<T>. A member is known by its distance from
-//! the beginning of the struct and by its type in memory, so that nothing is instantiated for each struct.
+//! The common part of all descriptions of structs; hosts use Description<T>. A member is known by its offset in the
+//! struct and its type in memory, so little code is instantiated for each struct.
 class DescriptionBase
 {
 public:
-    //! Type of a member in memory.
+    //! The type of a member in memory.
     enum class Storage
     {
         Float,
@@ -20,7 +20,7 @@ public:
         UInt8,
         Int16,
         UInt16,
-        Int32, //!< of unsigned ones the same bits
+        Int32, //!< also for unsigned ones, with the same bits
         Bool,
         Vector,
         Colour,
@@ -28,7 +28,7 @@ public:
         Utf8, //!< std::string
         List
     };
-    //! How the elements of a list are reached.
+    //! Access to the elements of a list.
     struct ListOperations
     {
         int (*count)(const void* list);
@@ -36,30 +36,31 @@ public:
         void (*resize)(void* list, int count);
     };
 
-    //! The finished type, for Inspector, ObjectFile and the rest. Null if a description is wrong: each of errors() is
-    //! written as a warning then. What is described afterwards is in types that are asked for later.
+    //! The finished type, for Inspector, ObjectFile and the rest. Null if a description is wrong; then each of errors()
+    //! is printed as a warning. Properties described later only appear in types requested after that.
     ORVEKQTHOST_EXPORT std::shared_ptr<const ObjectType> type() const;
-    //! What type() would warn about. Empty if all is well.
+    //! What type() would warn about; empty if there is nothing.
     ORVEKQTHOST_EXPORT QStringList errors() const;
-    //! The property of that index, to be changed.
+    //! The property with that index, for changing it.
     ORVEKQTHOST_EXPORT Property& property(int index);
 
 protected:
-    //! Structs are told from each other by nameOf(); hosts may be built without RTTI.
+    //! Structs are distinguished by nameOf(), as hosts may be built without RTTI.
     ORVEKQTHOST_EXPORT DescriptionBase(const QString& name, const char* structType);
     ORVEKQTHOST_EXPORT ~DescriptionBase();
-    //! Title of the section of what is described from here on. Default empty, which is Property::section's default.
+    //! Title of the section for the properties described from here on. Default empty, which is Property::section's
+    //! default.
     ORVEKQTHOST_EXPORT void setSection(const QString& title);
-    //! Describes the member at that distance, and returns the index of the property. Its default is what the sample
-    //! has.
+    //! Describes the member at that offset and returns the index of the property. Its default is the value in the
+    //! sample.
     ORVEKQTHOST_EXPORT int add(PropertyKind kind, const char* name, const void* sample, size_t offset, Storage storage);
     ORVEKQTHOST_EXPORT int addList(const char* name, size_t offset, const ListOperations& operations,
                                    const std::shared_ptr<const ObjectType>& elementType, const char* elementStruct);
-    //! Describes all that the type describes once more, for the struct at that distance.
+    //! Describes all properties of the type again, for the struct at that offset.
     ORVEKQTHOST_EXPORT void addNested(const char* name, const void* sample, size_t offset,
                                       const std::shared_ptr<const ObjectType>& type, const char* nestedStruct);
 
-    //! A text that names the struct; nobody reads it.
+    //! A text that is different for each struct; never shown.
     template <typename T>
     static const char* nameOf()
     {

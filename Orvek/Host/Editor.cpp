@@ -29,7 +29,7 @@ enum Part
     Units,
     Slider,
     Reset,
-    FirstField // and those behind it, in the order of the components
+    FirstField // followed by the others, in the order of the components
 };
 
 constexpr int FieldCount = 8;
@@ -76,7 +76,8 @@ bool isEditor(const QWidget* widget)
                        { return partNamed(child->objectName()) >= FirstField && qobject_cast<QLineEdit*>(child); });
 }
 
-// One pass over the children: a panel has thousands of editors, and each class of this library asks for their parts.
+// A single pass over the children: panels have thousands of editors, and each class of this library asks for their
+// parts.
 EditorParts partsOf(const QWidget* editor)
 {
     EditorParts parts;

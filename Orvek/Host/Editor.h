@@ -9,11 +9,11 @@ class QPushButton;
 class QSlider;
 class QWidget;
 
-// What the classes of this library know of an editor: its children by their fixed names and its properties. An editor
-// of a host's own that has the same names is served like those of the widget library. Private; no meta-object.
+// What this library knows about an editor: its children by their fixed names, and its properties. A host's own editor
+// with the same names is served like those of the widget library. Private; no meta-object.
 namespace orvek::host
 {
-//! The parts of an editor; any but the fields may be null. Valid for as long as the editor lives.
+//! The parts of an editor; any but the fields may be null. Valid as long as the editor lives.
 struct EditorParts
 {
     QLabel* label = nullptr;
@@ -26,17 +26,17 @@ struct EditorParts
 //! Whether the widget is an editor: it has a signal valueChanged() and a direct child QLineEdit of a known name.
 bool isEditor(const QWidget* widget);
 EditorParts partsOf(const QWidget* editor);
-//! Whether the widget is a section: one with a check box "accordionCheckBox" and a slot setSearchText(QString).
+//! Whether the widget is a section, that is, has a check box "accordionCheckBox" and a slot setSearchText(QString).
 bool isSection(const QWidget* widget);
 //! The title that the user sees: the window title, which the widgets keep equal to it, or the label's text.
 QString titleOf(const QWidget* editor);
 
-//! The value of an editor in a form that compares exactly: a QVariant compares numbers with tolerance.
+//! An editor's value in a form that compares exactly, as QVariant compares numbers with a tolerance.
 struct EditorValue
 {
     QVector<double> numbers; // one, three or four; an int or bool is one number
-    QString text;            // for editors of texts; the numbers are empty then
-    bool isKnown = true;     // false if the editor has no value that can be read
+    QString text;            // of editors of texts; the numbers are empty then
+    bool isKnown = true;     // false if the editor has no readable value
 };
 bool operator==(const EditorValue& a, const EditorValue& b);
 inline bool operator!=(const EditorValue& a, const EditorValue& b)
@@ -44,12 +44,12 @@ inline bool operator!=(const EditorValue& a, const EditorValue& b)
     return !(a == b);
 }
 
-//! Reads "value", "filename" or, of a QColourEdit, the colour.
+//! Reads "value", "filename" or, from a QColourEdit, the colour.
 EditorValue readValue(const QWidget* editor);
-//! Writes it back, silently as the editors' setters are. Also writes the fields of a QColourEdit, which show only what
-//! is typed into them. Does nothing with an unknown value.
+//! Writes the value back, silently, as the editors' setters do. Also writes the fields of a QColourEdit, which its
+//! setter leaves alone. Ignores an unknown value.
 void writeValue(QWidget* editor, const EditorValue& value);
-//! What the editor would show in each of its fields for the value that it has: asks its valueToText(), also a derived
-//! one's, and that of a host's own if Qt can invoke it by name.
+//! What the editor would show in each field for its current value, by its valueToText(): that of a derived class too,
+//! and that of a host's own editor if Qt can invoke it by name.
 QStringList textsOfValue(QWidget* editor);
 } // namespace orvek::host

@@ -31,7 +31,7 @@ namespace
 {
 // -- Names -----------------------------------------------------------------------------------------------------------
 
-// What stands in front of the user; a file editor's window title differs until it gets a title.
+// The title on the screen; a file editor's window title differs until a title is set.
 QString spokenTitle(const QWidget* editor)
 {
     const QLabel* label = partsOf(editor).label;
@@ -39,7 +39,7 @@ QString spokenTitle(const QWidget* editor)
     return Qt::mightBeRichText(title) ? QTextDocumentFragment::fromHtml(title).toPlainText() : title;
 }
 
-// The context of these texts; the tool that collects them needs it spelt out beside each one.
+// The context of these texts. lupdate needs it spelt out beside each one.
 constexpr char Context[] = "orvek::host::EditorAccessibility";
 struct ChildName
 {
@@ -62,7 +62,7 @@ const ChildName childNames[] = {
     {"alpha", QT_TRANSLATE_NOOP("orvek::host::EditorAccessibility", "%1, alpha")},
 };
 
-// Null for a child that has no role in an editor.
+// Null for a child without a role in an editor.
 const char* nameOfChild(const QWidget* editor, const QString& child)
 {
     QString role = child;
@@ -105,14 +105,14 @@ QString nameOf(const QWidget* widget)
 // -- Interfaces ------------------------------------------------------------------------------------------------------
 
 class Named;
-// All that exist. Qt's cache owns them.
+// All existing ones. Qt's cache owns them.
 QSet<Named*>& instances()
 {
     static QSet<Named*> all;
     return all;
 }
 
-// A widget with a name of ours; the rest is Qt's.
+// A widget with a name from this library; the rest is Qt's.
 class Named : public QAccessibleWidget
 {
 public:
@@ -142,7 +142,7 @@ void announceNames(QWidget* widget)
     }
 }
 
-// Has its children in the order of the components.
+// Reports its children in the order of the components.
 class EditorInterface final : public Named
 {
 public:
@@ -161,7 +161,7 @@ public:
     }
 
 private:
-    // The fields take the places that fields have, each in its turn; a title in the last place comes first.
+    // The fields fill the positions of fields in order; a label created last comes first.
     QVector<QObject*> inOrder() const
     {
         const EditorParts parts = partsOf(widget());
@@ -289,8 +289,8 @@ private:
     QObject m_context; // of the connections
 };
 
-// Announces an editor's value once the editor has it; Qt announces the handle before. A host's own editor is of any
-// class, so its signal is connected by name.
+// Announces an editor's value once the editor has it; Qt announces the handle's move before that. A host's own editor
+// can be of any class, so its signal is connected by name.
 class ValueNews final : public QObject
 {
     Q_OBJECT
@@ -308,12 +308,12 @@ private Q_SLOTS:
     }
 
 private:
-    QSlider* const m_slider; // outlives the interface that this belongs to
+    QSlider* const m_slider; // outlives the interface that owns this object
     const QAccessibleValueInterface* const m_value;
 };
 
-// Speaks and takes the editor's value, not the position of the handle. For an editor without a value that is a number
-// the position has to do.
+// Reads and sets the editor's value instead of the handle's position. If the editor's value is not a number, the
+// position is used.
 class SliderInterface final : public Named, public QAccessibleValueInterface
 {
 public:
@@ -328,7 +328,7 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         const bool isValue = kind == QAccessible::Value;
-        // A number's name, or a unit, is not in what tools read of a slider, but they read descriptions.
+        // Tools do not read a value's name or unit from a slider, but they do read descriptions.
         const bool isDescription = kind == QAccessible::Description && Named::text(kind).isEmpty();
         if (!isValue && !isDescription)
             return Named::text(kind);
@@ -355,7 +355,7 @@ public:
             return slider()->singleStep();
         return (maximumValue().toDouble() - minimumValue().toDouble()) / positions;
     }
-    // As the user's own change: it is clamped, shown and emitted.
+    // Like a change by the user: it is clamped, shown and announced.
     void setCurrentValue(const QVariant& value) override
     {
         bool ok = false;
@@ -366,7 +366,7 @@ public:
         const auto* integers = qobject_cast<const QIntSliderEdit*>(editor());
         if (integers || !hasNumber())
         {
-            // One position is one value, or one power of two.
+            // Each position is one value or one power of two.
             const double position = integers && integers->powerOfTwo() ? std::log2(std::max(1.0, number)) : number;
             slider()->setValue(
                 int(std::lround(qBound(double(slider()->minimum()), position, double(slider()->maximum())))));
@@ -392,7 +392,7 @@ private:
     ValueNews m_news;
 };
 
-// Qt's own for fields cannot be derived from, so this one answers all that it does, from public parts of QLineEdit.
+// Qt's own class for fields cannot be derived from, so this one provides the same from public parts of QLineEdit.
 class FieldInterface final : public Named, public QAccessibleTextInterface, public QAccessibleEditableTextInterface
 {
 public:
@@ -410,7 +410,7 @@ public:
     {
         QAccessible::State state = Named::state();
         state.selectableText = true;
-        state.editable = true; // Qt's own says so of read-only fields as well
+        state.editable = true; // Qt's own sets this for read-only fields as well
         state.readOnly = field()->isReadOnly();
         return state;
     }
@@ -432,7 +432,7 @@ public:
 
     void selection(int index, int* start, int* end) const override
     {
-        *start = index == 0 ? field()->selectionStart() : 0; // -1 without a selection
+        *start = index == 0 ? field()->selectionStart() : 0; // -1 if nothing is selected
         *end = index == 0 ? *start + field()->selectedText().size() : 0;
     }
     int selectionCount() const override { return field()->hasSelectedText() ? 1 : 0; }
@@ -453,7 +453,7 @@ public:
     int characterCount() const override { return field()->displayText().size(); }
     QRect characterRect(int offset) const override
     {
-        // From the cursor, the only place that a field gives.
+        // Computed from the cursor, the only position that a field reveals.
         const QString text = field()->displayText();
         const QFontMetrics metrics = field()->fontMetrics();
         const QRect cursor = field()->inputMethodQuery(Qt::ImCursorRectangle).toRect();
@@ -479,7 +479,7 @@ public:
 
     void deleteText(int start, int end) override { replaceText(start, end, QString()); }
     void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
-    // As typed: it can be undone, and counts as the user's.
+    // Like typing: it can be undone and counts as the user's.
     void replaceText(int start, int end, const QString& text) override
     {
         if (field()->isReadOnly() || !field()->isEnabled())
@@ -498,8 +498,8 @@ private:
 
 bool installed = false;
 
-// Qt asks while an editor is still building itself, too, and keeps the answer: so a child counts by its name, and
-// whether its parent is an editor is seen each time that the name is asked for.
+// Qt also asks while an editor is still under construction, and caches the answer. So a child is recognised by its
+// name, and its parent is checked each time the name is requested.
 bool isNamedPart(const QWidget* widget)
 {
     const QWidget* parent = widget->parentWidget();
@@ -512,7 +512,7 @@ bool isNamedPart(const QWidget* widget)
     return nameOfChild(parent, widget->objectName()) && parent->metaObject()->indexOfSignal("valueChanged()") >= 0;
 }
 
-// Null for what is not ours.
+// Null for other widgets.
 QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 {
     if (!object || !object->isWidgetType())
@@ -547,7 +547,7 @@ void EditorAccessibility::install()
         return;
     installed = true;
     QAccessible::installFactory(interfaceOf);
-    // Qt asks for every widget that it shows, and keeps the answer.
+    // Qt asks for every widget that it shows, and caches the answer.
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget* widget : widgets)
         if (QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget))

@@ -6,11 +6,12 @@
 
 namespace orvek::host
 {
-//! Describes the widgets to screen readers and other assistive tools: names with the live title ("Roughness, value"),
-//! sliders with the editor's own values, sections that unfold, and colours in the order red, green, blue, alpha.
+//! Describes the widgets to screen readers and other assistive tools: names with the current title ("Roughness,
+//! value"), sliders with the editor's own values, expandable sections, and colours in the order red, green, blue,
+//! alpha.
 //!
 //! It serves all editors, sections, panels and render widgets of the application, and costs nothing until an assistive
-//! tool asks. A name that the host has set with setAccessibleName() is kept.
+//! tool asks. A name set by the host with setAccessibleName() is kept.
 class ORVEKQTHOST_EXPORT EditorAccessibility
 {
     Q_DECLARE_TR_FUNCTIONS(orvek::host::EditorAccessibility)
@@ -18,12 +19,12 @@ class ORVEKQTHOST_EXPORT EditorAccessibility
 public:
     EditorAccessibility() = delete;
 
-    //! Call it once the QApplication is there, best before the first window; only from the GUI thread. A second call
-    //! does nothing.
+    //! Call it on the GUI thread once the QApplication exists, preferably before the first window. A second call does
+    //! nothing.
     static void install();
-    //! From here on the widgets answer as Qt makes them. Without install() before it does nothing.
+    //! From now on the widgets answer as Qt would by itself. Does nothing without an earlier install().
     static void uninstall();
-    //! Whether install() was called, and uninstall() not since.
+    //! Whether install() has been called without uninstall() since.
     static bool isInstalled();
 };
 } // namespace orvek::host

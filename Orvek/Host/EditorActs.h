@@ -7,7 +7,7 @@
 class QWidget;
 
 // Classes of this library that change an editor's value for the user emit these signals around its valueChanged(), so
-// that every EditorUndo knows where the act begins and ends. Private.
+// every EditorUndo knows where the act begins and ends. Private.
 namespace orvek::host
 {
 class EditorActs final : public QObject
@@ -20,11 +20,11 @@ public:
 Q_SIGNALS:
     //! A single change is about to be made; the editor still has its old value.
     void aboutToChange(QWidget* editor);
-    //! Until ended() all changes are one act of the user: a dialog is open, for example.
+    //! All changes until ended() are one act of the user, for example while a dialog is open.
     void begun(QWidget* editor);
     void ended(QWidget* editor);
-    //! The user has typed an edit of the value that is there into one of the editor's fields, counted by component.
-    //! Whoever knows more values behind the editor than the one in it changes them and sets isDone.
+    //! The user typed an edit relative to the current value into one of the editor's fields, counted by component. A
+    //! receiver that has several values behind the editor changes each of them and sets isDone.
     void relativeEdit(QWidget* editor, int component, const orvek::host::Relative& edit, bool* isDone);
 };
 } // namespace orvek::host

@@ -31,7 +31,7 @@ namespace orvek::host
 {
 namespace
 {
-// The exact numbers beside the rounded "#rrggbb" of a colour.
+// The exact numbers that accompany the rounded "#rrggbb" of a colour.
 QString exactFormat()
 {
     return QStringLiteral("application/x-orvek-numbers");
@@ -53,7 +53,7 @@ struct Switches
     bool decide() const { return keepsUntouched || checksText || evaluates || copiesWhole; }
 };
 
-// The fewest digits that give the same number back; a vector's are floats.
+// The fewest digits that read back as the same number; a vector's numbers are floats.
 QString exactText(double number, bool isFloat)
 {
     QString text;
@@ -102,7 +102,7 @@ QVector<double> componentsOf(const QString& text, bool fromColour)
     return components.size() == 3 || components.size() == 4 ? components : QVector<double>();
 }
 
-// What the editor makes of a text. Unknown if a host's own editor has no textToValue() that Qt can invoke.
+// The editor's reading of a text. Unknown if a host's own editor has no textToValue() that Qt can invoke.
 struct Reading
 {
     bool isKnown = false;
@@ -119,7 +119,7 @@ Reading readByEditor(QWidget* editor, const QString& text)
     }
     else if (auto* integerEdit = qobject_cast<QIntSliderEdit*>(editor))
     {
-        // Returns 0 for "0", and for a text that is not a number.
+        // textToValue() returns 0 both for "0" and for a text that is not a number.
         reading.isKnown = true;
         const int number = integerEdit->textToValue(text);
         reading.number = number;
@@ -141,13 +141,13 @@ Reading readByEditor(QWidget* editor, const QString& text)
     return reading;
 }
 
-// All that is done for one editor, which is guarded, as are its fields.
+// Handles one editor; the editor and its fields are guarded.
 class Row final : public QObject
 {
 public:
     Row(QWidget* editor, const Switches& switches, QObject* parent);
     ~Row() override;
-    //! Stops acting. May be called while one of the row's own functions waits for the editor.
+    //! Stops acting. May be called while one of the row's own functions is inside a call to the editor.
     void letGo();
     void markFields();
 
@@ -158,7 +158,7 @@ private:
     struct Field
     {
         QPointer<QLineEdit> edit;
-        QString text; // before it was typed into
+        QString text; // before typing began
         bool isWatched = false;
     };
 
@@ -190,7 +190,7 @@ private:
     void paste();
     void showMenu(const QPoint& position);
 
-    QWidget* const m_key; // of the registry; the editor may be gone
+    QWidget* const m_key; // in the registry; the editor may be gone
     QPointer<QWidget> m_editor;
     QPointer<QSlider> m_slider;
     QPointer<QLabel> m_label;
@@ -212,7 +212,7 @@ Row::Row(QWidget* editor, const Switches& switches, QObject* parent)
         m_fields << Field{edit, QString()};
         edit->installEventFilter(this);
     }
-    // After the editor's own, so asked before it.
+    // Installed after the editor's own filter, so called before it.
     if (m_slider)
         m_slider->installEventFilter(this);
     if (m_label)
@@ -254,7 +254,7 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Wheel:
         if (watched != m_slider || !m_switches.scrollsWithWheel || !acts())
             return false;
-        // Not accepted, it goes on to the parents, past the slider and the editor's own filter.
+        // Left un-accepted, it goes on to the parents, past the slider and the editor's own filter.
         event->ignore();
         return true;
     case QEvent::KeyPress:
@@ -291,7 +291,7 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
         return keyPressed(index, static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::ShortcutOverride)
     {
-        // Keys of the field first, before the window's shortcuts.
+        // The field's keys take precedence over the window's shortcuts.
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool escapes =
             m_switches.restoresOnEscape && key->matches(QKeySequence::Cancel) && m_fields[index].edit->isModified();
@@ -303,8 +303,8 @@ bool Row::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-// Called before any event that can change the text, so a field that is not modified still has the text from before. If
-// it was modified before this row acted, the value's text takes its place.
+// Called before any event that can change the text, so a field that is not modified still has its original text. If it
+// was modified before this row began to act, the value's text is used instead.
 void Row::remember(int index)
 {
     Field& field = m_fields[index];
@@ -392,9 +392,9 @@ bool Row::focusLost(int index, QFocusEvent* event)
     const bool isOwnMenu = event->reason() == Qt::PopupFocusReason && popup && popup->parentWidget() == field.edit;
     if (isOwnMenu || !m_switches.decide() || (!isTouched(field) && !m_switches.keepsUntouched))
         return false;
-    // From another window or a menu the focus comes back, and half an expression may be finished then.
+    // When another window or a menu takes the focus, it will return, and a half-typed expression may be finished then.
     const bool leaves = event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
-    // The field does everything as usual except editingFinished(), which finish() emits where it is due.
+    // The field does everything as usual except emit editingFinished(); finish() does that when it is due.
     const QPointer<Row> alive(this);
     {
         const QSignalBlocker silence(field.edit);
@@ -435,7 +435,7 @@ void Row::finish(int index, bool leaving)
     QMetaObject::invokeMethod(field.edit, "editingFinished");
 }
 
-// False if the text is no value.
+// Returns false if the text is not a value.
 bool Row::commit(int index, const QString& text)
 {
     const QPointer<QLineEdit> edit = m_fields[index].edit;
@@ -458,7 +458,7 @@ bool Row::commit(int index, const QString& text)
     return true;
 }
 
-// Nothing if the text is not one, or the editor has names. What is added is in the units shown, a factor is not.
+// Empty if the text is not a relative edit or the editor has names. A summand is in the units shown; a factor is not.
 std::optional<Relative> Row::relativeOf(int index, const QString& text) const
 {
     const std::optional<RelativeText> typed = m_switches.evaluates ? relativeText(text) : std::nullopt;
@@ -501,7 +501,7 @@ void Row::commitRelative(int index, const Relative& edit)
     mark(index);
 }
 
-// What to hand to the editor for a text that was typed; null if the text is no value.
+// The text to pass to the editor for a typed text; null if that is not a value.
 QString Row::textToCommit(int index, const QString& text) const
 {
     QString given = text.isNull() ? QString(QLatin1String("")) : text;
@@ -532,7 +532,7 @@ QString Row::textToCommit(int index, const QString& text) const
     return !reading.isKnown || readByEditor(m_editor, ready).isValue ? ready : QString();
 }
 
-// Without the sign for per cent or degrees that a derived editor writes, and without the units behind the field.
+// Removes a sign such as % or ° that a derived editor writes, and the units shown after the field.
 QString Row::withoutUnits(int index, const QString& text) const
 {
     static const QRegularExpression number(QStringLiteral(R"(^[-+]?[\d.]+(e[-+]?\d+)?)"));
@@ -555,7 +555,7 @@ QString Row::storedText(int index) const
     return textsOfValue(m_editor).value(index);
 }
 
-// Whether the text that was committed is the value now. The texts of whole numbers have only one form.
+// Whether the committed text is now the value. Texts of whole numbers have only one form.
 bool Row::isStored(int index, const QString& text) const
 {
     const EditorValue value = readValue(m_editor);
@@ -596,21 +596,21 @@ void Row::step(int index, double count)
     EditorValue value = readValue(m_editor);
     if (index >= value.numbers.size())
         return;
-    // Without the last digits, so that ten steps of 0.1 make 1; a vector has floats.
+    // The last digits are dropped, so that ten steps of 0.1 make 1; a vector has floats.
     const double number = stepped(value.numbers[index], count);
     value.numbers[index] = QString::number(number, 'g', value.numbers.size() == 3 ? 7 : 15).toDouble();
     if (std::isfinite(number))
         change(value);
 }
 
-// Of several values behind a blank field.
+// Steps each of several values behind a blank field.
 void Row::stepEach(int index, double count)
 {
     const double minimum = m_editor->property("minimum").toDouble();
     const bool isFactor =
         m_editor->property("powerOfTwo").toBool() ||
         (m_editor->property("logarithmic").toBool() && minimum > 0.0 && !(m_editor->property("step").toDouble() > 0.0));
-    constexpr double base = 1024.0; // a power of two that can be stepped both ways
+    constexpr double base = 1024.0; // a power of two that can be stepped in both directions
     const Relative edit{isFactor ? '*' : '+', isFactor ? stepped(base, count) / base : stepped(0.0, count)};
     bool isDone = false;
     if (std::isfinite(edit.operand))
@@ -661,7 +661,7 @@ void Row::copy() const
     auto* data = new QMimeData;
     if (value.numbers.size() == 1)
     {
-        // With all digits, unless the editor shows the value in other units.
+        // All digits, unless the editor shows the value in other units.
         text = exactText(value.numbers[0], false);
         if (isInteger(m_editor) || readByEditor(m_editor, text).number != value.numbers[0])
             text = storedText(0);
@@ -691,7 +691,7 @@ QString Row::pastedText()
     return data->hasFormat(exactFormat()) ? QString::fromLatin1(data->data(exactFormat())) : data->text();
 }
 
-// The value with the components in the text; unknown if either has none.
+// The value with the components in the text; unknown if the editor or the text has none.
 EditorValue Row::withComponents(const QString& text) const
 {
     EditorValue value = readValue(m_editor);
@@ -702,7 +702,7 @@ EditorValue Row::withComponents(const QString& text) const
     return value;
 }
 
-// As one change. False if the text has no components.
+// Sets all as one change. Returns false if the text has no components.
 bool Row::setComponents(const QString& text)
 {
     const EditorValue value = withComponents(text);

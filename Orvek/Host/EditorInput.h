@@ -10,57 +10,57 @@ class QWidget;
 
 namespace orvek::host
 {
-//! Makes typing into editors safe, and steps, computes, copies and pastes in them.
+//! Makes typing into editors safe, and adds stepping, arithmetic, copying and pasting.
 //!
-//! It follows all editors below a widget: the library's, those derived from them, and a host's own that have a signal
-//! valueChanged() and a QLineEdit child by one of the names "lineEdit", "x", "y", "z", "red", "green", "blue", "alpha".
-//! Whether a text is a value is up to the editor's textToValue(), and valueToText() writes values; of a host's own
-//! editors those that Qt can invoke by name, with the types of QSliderEdit. Without them its numbers are computed, and
-//! any other text is left to it. Editors of texts are never computed, stepped or marked.
+//! It follows all editors below a widget: the library's, those derived from them, and a host's own with a signal
+//! valueChanged() and a QLineEdit child named "lineEdit", "x", "y", "z", "red", "green", "blue" or "alpha". The
+//! editor's textToValue() decides whether a text is a value, and valueToText() writes values; in a host's own editors
+//! they are used if Qt can invoke them by name, with the types of QSliderEdit. Without them arithmetic still works, and
+//! any other text is left to the editor. Editors of texts have no arithmetic, steps or "invalid" mark.
 //!
-//! Values come through an editor's own slots or its setter with one valueChanged(), so a host's connections stay as
-//! they are. Of several EditorInputs for one editor the first one acts.
+//! Values are set through an editor's own slots, or its setter and one valueChanged(), so a host's connections need no
+//! change. If several EditorInputs follow an editor, the first one acts.
 class ORVEKQTHOST_EXPORT EditorInput : public QObject
 {
     Q_OBJECT
-    //! Whether fields that nobody typed into commit nothing, however they are left, Return included: no signal, and the
-    //! value keeps all of its bits. A text typed back to what it was counts as not typed. Default true, as for all
+    //! Whether fields that nobody typed into commit nothing, however they are left, even with Return: no signal, and
+    //! the value keeps all of its bits. A text typed back to what it was counts as untouched. Default true, as for all
     //! the following.
     Q_PROPERTY(bool keepsUntouched READ keepsUntouched WRITE setKeepsUntouched)
-    //! Whether Esc takes back what was typed since the last commit and stays in the field. Without anything to take
-    //! back it goes on to the window.
+    //! Whether Esc undoes what was typed since the last commit and stays in the field. With nothing to undo, Esc goes
+    //! on to the window.
     Q_PROPERTY(bool restoresOnEscape READ restoresOnEscape WRITE setRestoresOnEscape)
-    //! Whether Return in a field ends there, and presses no button of a dialog.
+    //! Whether Return in a field stops there instead of pressing a button of a dialog.
     Q_PROPERTY(bool holdsReturn READ holdsReturn WRITE setHoldsReturn)
-    //! Whether the wheel over a slider scrolls what lies around the editor, as it does over the other parts.
+    //! Whether the wheel over a slider scrolls what lies around the editor, as it does elsewhere in the editor.
     Q_PROPERTY(bool scrollsWithWheel READ scrollsWithWheel WRITE setScrollsWithWheel)
     //! Whether the decimal key of the keypad types a point into a number where the keyboard's language has a comma.
     Q_PROPERTY(bool typesPoint READ typesPoint WRITE setTypesPoint)
-    //! Whether Up and Down step a number in a field that is not read-only, ten steps with Shift and a tenth with Ctrl.
-    //! A step is the property "step", in the unit of the value. Without one, or with 0, it is a hundredth of the range,
-    //! a hundredth of the ratio of its ends if the editor is logarithmic; 1 for whole numbers, one doubling for powers
-    //! of two; 0.01 for a colour and 0.1 for anything else without a range. What was typed is committed first.
+    //! Whether Up and Down step a number in a field that is not read-only; with Shift ten steps, with Ctrl a tenth. A
+    //! step is the property "step", in the unit of the value. If that is missing or 0, it is a hundredth of the range,
+    //! on a logarithmic editor a hundredth of the ratio of its ends; 1 for whole numbers, a factor of two for powers of
+    //! two; 0.01 for a colour, and 0.1 for anything else without a range. Typed text is committed first.
     Q_PROPERTY(bool stepsWithArrows READ stepsWithArrows WRITE setStepsWithArrows)
-    //! Whether a field has the dynamic property "invalid", true, while its text is no value. Such a text is never
-    //! committed: leaving the field brings back the text from before, and Return keeps it. And whether a field whose
-    //! number could not be stored as it is, out of range for example, shows what was stored.
+    //! Whether a field has the dynamic property "invalid", true, while its text is not a value. Such a text is never
+    //! committed: leaving the field restores the text from before, and Return keeps it. Also, whether a field whose
+    //! number could not be stored exactly, for example out of range, shows what was stored.
     Q_PROPERTY(bool checksText READ checksText WRITE setChecksText)
     //! Whether arithmetic in a number's field is computed on commit, in the units shown: "3*2", "1/3", "sqrt(2)",
-    //! "2pi", with the functions of muParser and the point as in C. Whole numbers are rounded. "+=2", "-=2", "*=2" and
-    //! "/=2" change the value that is there. Also lets an editor's units be typed, and the names of a QIntSliderEdit's
-    //! values, in any case of letters.
+    //! "2pi", with the functions of muParser and a decimal point. Whole numbers are rounded. "+=2", "-=2", "*=2" and
+    //! "/=2" change the current value. Also accepts an editor's units behind the number, and the names of a
+    //! QIntSliderEdit's values, ignoring case.
     Q_PROPERTY(bool evaluates READ evaluates WRITE setEvaluates)
     //! Whether whole values are copied and pasted: Copy without a selection in a number's field; Paste of three or four
-    //! numbers, or "#rrggbb" for a colour, in a field of a vector or colour, as one change; and a menu on the title.
-    //! A colour between black and white is copied as "#rrggbb" beside its exact numbers, which Paste uses; all else as
-    //! numbers.
+    //! numbers, or of "#rrggbb" for a colour, in a field of a vector or colour, as one change; and a menu on the title.
+    //! A colour between black and white is copied as "#rrggbb" together with its exact numbers, which Paste prefers;
+    //! all else is copied as numbers.
     Q_PROPERTY(bool copiesWhole READ copiesWhole WRITE setCopiesWhole)
 
 public:
-    //! Follows every editor below root, and root if it is one, also those that come later. Root must not be null. It is
-    //! not owned; may die first.
+    //! Follows every editor below root, including later ones, and root itself if it is one. Root must not be null. It
+    //! is not owned and may die first.
     explicit EditorInput(QWidget* root, QObject* parent = nullptr);
-    //! The editors behave again as without it.
+    //! The editors behave again as without this object.
     ~EditorInput() override;
 
     bool keepsUntouched() const;

@@ -39,7 +39,7 @@ EditorTree::EditorTree(QWidget* root) : m_key(root), m_root(root)
 
 EditorTree::~EditorTree()
 {
-    // Another root may have come to lie at the same address since.
+    // Another root may have been created at the same address since.
     const auto known = registry().find(m_key);
     if (known != registry().end() && known->expired())
         registry().erase(known);
@@ -70,7 +70,7 @@ bool EditorTree::eventFilter(QObject*, QEvent* event)
     QObject* child = static_cast<QChildEvent*>(event)->child();
     if (!child->isWidgetType())
         return false;
-    // A key, until it is known to live: what leaves may be no more than a QObject.
+    // Only a key until it is known to be alive: a child that leaves may be no more than a QObject.
     auto* widget = reinterpret_cast<QWidget*>(child);
     if (event->type() == QEvent::ChildAdded)
     {
@@ -80,7 +80,7 @@ bool EditorTree::eventFilter(QObject*, QEvent* event)
     }
     else if (m_followed.contains(widget))
     {
-        // What is being destroyed has no children any more.
+        // A widget that is being destroyed no longer has children.
         const auto inside = child->findChildren<QWidget*>();
         for (QWidget* descendant : inside)
             forget(descendant);
@@ -113,7 +113,7 @@ void EditorTree::forget(QWidget* widget)
         return;
     disconnect(*known);
     m_followed.erase(known);
-    // Harmless for one that is being destroyed: its list of filters is its QObject's.
+    // Harmless while it is being destroyed: the list of filters belongs to its QObject.
     widget->removeEventFilter(this);
     Q_EMIT left(widget);
 }

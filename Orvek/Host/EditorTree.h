@@ -10,27 +10,28 @@
 
 namespace orvek::host
 {
-// Follows the widgets below a root: those that are there, and those that come and leave later. What lies inside an
-// editor is left out. All that follow the same root share one tree, so that each widget has one event filter and not
-// one for each of them. Private.
+// Follows the widgets below a root: those that exist, and those added or removed later. The inside of editors is left
+// out. Everyone who follows the same root shares one tree, so each widget has only one event filter. Private.
 class EditorTree final : public QObject
 {
     Q_OBJECT
 public:
-    //! The tree of this root; made if nobody has one. It lives as long as anyone keeps it, also longer than the root.
+    //! The tree of this root, created if there is none. It lives as long as someone keeps it, even longer than the
+    //! root.
     static std::shared_ptr<EditorTree> of(QWidget* root);
     ~EditorTree() override;
 
     //! Null once it has been destroyed.
     QWidget* root() const;
-    //! Everything that is followed, parents before children, without the root. Takes in first what has come since the
-    //! last event; so call it where a row built a moment ago must not be missed.
+    //! All followed widgets, parents before children, without the root. First adds what has arrived since the last
+    //! event, so a row built a moment ago is included.
     QVector<QWidget*> widgets();
-    //! Takes in what has come since the last event, so that entered() is emitted now. Costs nothing if there is none.
+    //! Adds what has arrived since the last event, so that entered() is emitted now. Costs nothing if nothing has
+    //! arrived.
     void takeIn();
 
 Q_SIGNALS:
-    //! The widget has come, and its constructor has ended. Parents come before their children.
+    //! The widget has arrived, and its constructor has finished. Parents are reported before their children.
     void entered(QWidget* widget);
     //! The widget has been destroyed or has moved out of the root. Only good as a key: it may be half destroyed.
     void left(QWidget* widget);
@@ -43,9 +44,9 @@ private:
     void follow(QWidget* widget);
     void forget(QWidget* widget);
 
-    QWidget* const m_key; // of the registry; the root may be gone
+    QWidget* const m_key; // in the registry; the root may be gone
     const QPointer<QWidget> m_root;
-    QHash<QWidget*, QMetaObject::Connection> m_followed; // with the connection that tells of their destruction
+    QHash<QWidget*, QMetaObject::Connection> m_followed; // with the connection to their destroyed()
     QVector<QPointer<QWidget>> m_arrivals;               // may still be under construction
 };
 } // namespace orvek::host

@@ -69,8 +69,8 @@ Value readNumber(const QWidget* editor)
     return {{{static_cast<const Editor*>(editor)->value().toDouble()}, QString()}, QVariant()};
 }
 
-// Finding a property by its name would be most of the work when a host has all values read again with each push. Most
-// editors of a panel are of these kinds.
+// Looking up a property by name would be most of the work when a host has all values read again on each push. Most
+// editors in a panel are of these kinds.
 Value (*readerFor(const QWidget* editor))(const QWidget*)
 {
     if (qobject_cast<const QSliderEdit*>(editor))
@@ -86,7 +86,7 @@ Value (*readerFor(const QWidget* editor))(const QWidget*)
     return readAny;
 }
 
-// Editors emit nothing, as always when they are set; buttons emit toggled() but not clicked().
+// Editors emit nothing when set; buttons emit toggled() but not clicked().
 void writeAny(QWidget* editor, const Value& value)
 {
     if (auto* box = qobject_cast<QCheckBox*>(editor))
@@ -123,7 +123,7 @@ bool isStepKey(int key)
     }
 }
 
-// The check box that opens and closes a section has no value.
+// A section's own check box has no value.
 bool isRowCheckBox(const QWidget* widget)
 {
     if (!qobject_cast<const QCheckBox*>(widget))
@@ -135,11 +135,11 @@ bool isRowCheckBox(const QWidget* widget)
 
 struct EditorUndo::Private
 {
-    // What the user is doing. A change without any input before it is an act of its own.
+    // What the user is doing. A change without any preceding input is an act of its own.
     enum Kind
     {
         Other,
-        Press,   // of the mouse, and what comes of it until its release
+        Press,   // of the mouse, until its release
         KeyStep, // of an arrow key
         Commit,  // of a field
         UntouchedCommit
@@ -167,13 +167,13 @@ struct EditorUndo::Private
 
     int act = 0; // changes with the same number are one step
     Kind kind = Other;
-    const EditorFollower* follower = nullptr; // only to be compared
+    const EditorFollower* follower = nullptr; // only for comparison
     QPointer<QObject> child;
-    int keyAct = 0;             // of the last key step; 0 if the next one is a new act
-    QElapsedTimer sinceKeyStep; // valid once there was one
+    int keyAct = 0;             // of the last key step; 0: the next one is a new act
+    QElapsedTimer sinceKeyStep; // valid after the first one
 };
 
-// One for each editor. Its connections and event filters end with it.
+// One per editor. Its connections and event filters end with it.
 class EditorFollower final : public QObject
 {
     Q_OBJECT
@@ -182,7 +182,7 @@ public:
 
     Value read() const { return source ? Value{{}, source->state()} : m_read(editor); }
     bool isSame(const Value& a, const Value& b) const { return source ? source->isSame(a.other, b.other) : a == b; }
-    // A source still has its old state when the editor has changed.
+    // Not needed with a source, which still has the old state after the editor has changed.
     void remember()
     {
         if (!source)
@@ -211,8 +211,8 @@ private:
     Value (*const m_read)(const QWidget*);
     EditorUndo::Private* const m_undo;
     QVector<QPointer<QLineEdit>> m_fields;
-    QMetaObject::Connection m_editing; // to the field with the focus
-    QPointer<QLineEdit> m_typed;       // whose text the user has changed since entering it
+    QMetaObject::Connection m_editing; // to the focused field
+    QPointer<QLineEdit> m_typed;       // its text was changed by the user since it got the focus
 };
 
 class EditorUndo::Step : public QUndoCommand
@@ -234,7 +234,7 @@ public:
     void undo() override { restore(m_before); }
     void redo() override
     {
-        // The stack redoes each new step; the user has done this one already.
+        // The stack redoes each new step, but this one is already done.
         if (m_done)
             restore(m_after);
         m_done = true;
@@ -297,22 +297,22 @@ void EditorFollower::connectTo(const char* signal, const char* slot)
 void EditorFollower::watch(QWidget* part)
 {
     if (qobject_cast<QLabel*>(part))
-        return; // presses on it come to the editor itself
+        return; // mouse presses on it reach the editor itself
     part->installEventFilter(this);
     if (auto* field = qobject_cast<QLineEdit*>(part))
         m_fields << field;
-    // Not only the mouse clicks: a shortcut, an assistive technology and the host do too.
+    // Buttons are not only clicked by the mouse, but also by a shortcut, an assistive tool or the host.
     else if (auto* button = qobject_cast<QAbstractButton*>(part))
         connect(button, &QAbstractButton::pressed, this,
                 [this, button]
                 {
-                    // One that repeats is pressed again and again while the mouse holds it.
+                    // A repeating button is pressed again and again while the mouse holds it.
                     if (m_undo->kind != EditorUndo::Private::Press || m_undo->child != button)
                         m_undo->begin(this, EditorUndo::Private::Other, button);
                 });
 }
 
-// Setting the text ends the field's own undo history, so that it does not go back beyond the commit.
+// Setting the text clears the field's own undo history, so that it cannot go back beyond the commit.
 void EditorFollower::finishTyping()
 {
     m_typed = nullptr;
@@ -326,7 +326,7 @@ void EditorFollower::finishTyping()
     }
 }
 
-// Handles no event but the undo keys; all others go on to the editor and its other filters.
+// Handles only the undo keys; all other events go on to the editor and its other filters.
 bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
 {
     auto* field = qobject_cast<QLineEdit*>(watched);
@@ -345,7 +345,7 @@ bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
         if (field)
         {
-            // Moves ahead of filters that came later. They may consume a key, and a change they make is an act too.
+            // Moves ahead of filters installed later: they may consume a key, and a change they make is an act too.
             field->installEventFilter(this);
             m_typed = nullptr;
             disconnect(m_editing);
@@ -360,7 +360,7 @@ bool EditorFollower::eventFilter(QObject* watched, QEvent* event)
         }
         break;
     case QEvent::ChildAdded:
-        // A button that the host puts beside the value, for example.
+        // For example a button that the host adds beside the value.
         if (watched == editor && static_cast<QChildEvent*>(event)->child()->isWidgetType())
             static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
         break;
@@ -379,12 +379,12 @@ bool EditorFollower::onKey(QObject* child, const QKeyEvent* key)
     else if (field && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter))
         kind = commitOf(field);
     m_undo->begin(this, kind, child);
-    // If nobody accepts the override, the window's shortcut gets the key.
+    // If nobody accepts the override, the key goes to the window's shortcut.
     return key->type() == QEvent::ShortcutOverride && m_undo->passesUndoKeys && field && !field->isModified() &&
            (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo));
 }
 
-// A slot of textEdited() may have set the text, and the field does not count as modified then.
+// A slot of textEdited() may have set the text; then the field does not count as modified.
 EditorUndo::Private::Kind EditorFollower::commitOf(const QLineEdit* field) const
 {
     return field->isModified() || field == m_typed ? EditorUndo::Private::Commit : EditorUndo::Private::UntouchedCommit;
@@ -550,10 +550,10 @@ void EditorUndo::Private::enter(QWidget* widget)
         q->add(widget);
 }
 
-// Called with each input before the editor gets it, while the editor still has its old value.
+// Called for each input before the editor receives it, while the editor still has its old value.
 void EditorUndo::Private::begin(EditorFollower* by, Kind what, QObject* with)
 {
-    // A key during a drag, a modifier for example, does not end it.
+    // A key during a drag, for example a modifier, does not end the drag.
     const auto* held = qobject_cast<const QAbstractSlider*>(child.data());
     if (what != Press && kind == Press && follower == by && held && held->isSliderDown())
         return;
@@ -568,7 +568,7 @@ void EditorUndo::Private::begin(EditorFollower* by, Kind what, QObject* with)
         endSoon();
 }
 
-// All changes that an input makes come before control returns to the event loop.
+// All changes caused by an input come before control returns to the event loop.
 void EditorUndo::Private::endSoon()
 {
     QMetaObject::invokeMethod(

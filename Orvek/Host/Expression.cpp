@@ -11,7 +11,7 @@ namespace orvek::host
 {
 namespace
 {
-// muParser knows no product without its sign. A name before a parenthesis is a function.
+// muParser does not know products without a sign. A name before a parenthesis is a function.
 QString withProductSigns(const QString& text)
 {
     static const QRegularExpression token(
@@ -45,7 +45,7 @@ std::optional<double> evaluate(const QString& text)
     const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 128; });
     if (!isAscii || text.trimmed().isEmpty())
         return {};
-    mu::string_type expression; // its characters are wide on some platforms
+    mu::string_type expression; // wide characters on some platforms
     const QString complete = withProductSigns(text);
     for (const QChar c : complete)
         expression += static_cast<mu::char_type>(c.unicode());
@@ -56,7 +56,7 @@ std::optional<double> evaluate(const QString& text)
         parser.DefineConst(_T("e"), 2.71828182845904523536);
         parser.SetExpr(expression);
         const double result = parser.Eval();
-        // "1,5" is two results, of which it returns the last.
+        // "1,5" has two results, and only the last is returned.
         if (parser.GetNumResults() == 1 && std::isfinite(result))
             return result;
     }

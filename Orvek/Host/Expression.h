@@ -6,11 +6,11 @@
 
 namespace orvek::host
 {
-//! The number of an arithmetic expression: "3*2", "1/3", "sqrt(2)", "2pi", with the point of the C locale. Nothing if
-//! it is not an expression or its result is not finite. Private.
+//! The number of an arithmetic expression: "3*2", "1/3", "sqrt(2)", "2pi", with a decimal point. Empty if it is not an
+//! expression or its result is not finite. Private.
 std::optional<double> evaluate(const QString& text);
 
-//! An edit of the value that is there: "+=2", "-=1/3", "*=2", "/=4". Private.
+//! An edit relative to the current value: "+=2", "-=1/3", "*=2", "/=4". Private.
 struct Relative
 {
     char operation = '+'; // + - * /
@@ -18,7 +18,7 @@ struct Relative
 
     double of(double value) const;
 };
-//! The operation and what stands behind its sign; nothing if the text does not begin with one.
+//! The operation and what follows its sign; empty if the text does not begin with one.
 struct RelativeText
 {
     char operation = '+';

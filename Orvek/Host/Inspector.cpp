@@ -31,10 +31,10 @@ namespace orvek::host
 {
 namespace
 {
-constexpr int retryInterval = 100; // milliseconds, while an editor is being used
-constexpr int rowsAtOnce = 300;    // that a search builds before what it has found is painted
+constexpr int retryInterval = 100; // milliseconds, while an editor is in use
+constexpr int rowsAtOnce = 300;    // the most that a search builds before its results are painted
 
-// The layout that the sections go into.
+// The layout for the sections.
 QBoxLayout* sectionsOf(QWidget* panel)
 {
     QWidget* holder = panel;
@@ -86,7 +86,7 @@ QStringList errorsOf(const ObjectType& type, QSet<const ObjectType*>& asked)
 }
 } // namespace
 
-// What the objects' signals reach. Its connections end with it.
+// Receives the objects' signals. Its connections end with it.
 class InspectorListener final : public QObject
 {
     Q_OBJECT
@@ -104,7 +104,7 @@ struct Inspector::Private
 {
     Private(Inspector* inspector, QWidget* root, QUndoStack* undoStack);
 
-    // What is shown together: shared properties, mixed values, one step.
+    // Objects shown together: shared properties, mixed values, one undo step.
     struct Group
     {
         QVector<Objects> objects;
@@ -125,7 +125,7 @@ struct Inspector::Private
             for (const auto& section : group.sections)
                 visit(*section);
     }
-    // The groups' shared properties by a name made of theirs; of two of one name the first.
+    // The groups' shared properties by a name made from theirs; the first one if names are equal.
     QHash<QString, std::pair<std::shared_ptr<Selection>, SharedProperty>>
         namedProperties(QString (*nameOf)(QString)) const;
     void search();
@@ -146,7 +146,7 @@ struct Inspector::Private
     struct Form
     {
         std::shared_ptr<PanelHost> host;
-        std::vector<std::pair<QString, std::shared_ptr<InspectorRow>>> rows; // with the names of the properties
+        std::vector<std::pair<QString, std::shared_ptr<InspectorRow>>> rows; // with the names of their properties
     };
 
     Inspector* const q;
@@ -155,15 +155,15 @@ struct Inspector::Private
     QPointer<QBoxLayout> column;
     std::shared_ptr<PanelHost> host; // of the panel
     std::shared_ptr<EditorTree> tree;
-    EditorUndo unrecorded{nullptr}; // takes what the user does if there is no stack
+    EditorUndo unrecorded{nullptr}; // takes the user's edits if there is no stack
     Selection::Keys keys;
     InspectorSection::Maker maker;
     QHash<QString, EditorFactory> factories;
     QHash<int, EditorFactory> kindFactories;
     std::vector<HostRow> hostRows;
-    bool isStale = false; // other rows have to be built although the types are the same
+    bool isStale = false; // rows must be rebuilt although the types are the same
     QTimer timer;
-    QTimer searchTimer; // goes on with what the last text finds
+    QTimer searchTimer; // continues building for the last search text
     int frameInterval = 16;
 
     std::vector<Group> groups;
@@ -207,7 +207,7 @@ Inspector::Private::Private(Inspector* inspector, QWidget* root, QUndoStack* und
     if (!panel)
         return;
     column = sectionsOf(panel);
-    // Before the search of the PanelHost, which then finds the rows of what it will show.
+    // Connected before the PanelHost's search, which then finds the rows built here.
     if (auto* propertyPanel = qobject_cast<QPropertyPanel*>(root))
         QObject::connect(propertyPanel, QOverload<const QString&>::of(&QPropertyPanel::setSearchText), q,
                          [this] { search(); });
@@ -225,7 +225,7 @@ Inspector::~Inspector()
 {
     if (d->host)
         d->host->columns()->disconnect(this);
-    // While everything is there: a dialog that is open puts back what it has found.
+    // While everything still exists, so that an open dialog can restore what it found.
     d->forms.clear();
     d->host.reset();
     EditorActs::instance()->disconnect(this);
@@ -433,8 +433,7 @@ void Inspector::Private::build(std::size_t index)
     search();
 }
 
-// In the order in which the properties first name them. Rows of the host's for other sections come behind the last
-// group.
+// In the order in which the properties first name them. The host's rows for other sections follow the last group.
 std::vector<std::unique_ptr<InspectorSection>> Inspector::Private::makeSections(const Group& group, bool isLast) const
 {
     QStringList titles;
@@ -563,7 +562,7 @@ std::shared_ptr<InspectorRow> Inspector::Private::makeRow(const Property& proper
     return made;
 }
 
-// Lines check boxes up with the fields of the first editor that is seen.
+// Lines the check boxes up with the fields of the first visible editor.
 void Inspector::Private::alignFlags()
 {
     int position = -1;
@@ -600,7 +599,7 @@ void Inspector::Private::refresh()
         hasGaps = hasGaps || group.selection->hasGaps();
         remaining << group.selection->remaining();
     }
-    // Without those that are destroyed.
+    // Continues without the destroyed ones.
     if (hasGaps)
     {
         setGroups(remaining);

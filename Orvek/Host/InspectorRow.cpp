@@ -23,16 +23,16 @@ namespace orvek::host
 {
 namespace
 {
-constexpr double blank = std::numeric_limits<double>::quiet_NaN(); // differs from whatever the user enters
+constexpr double blank = std::numeric_limits<double>::quiet_NaN(); // differs from anything the user enters
 constexpr QChar dash(0x2014);
 
-// The value of a text editor while the texts differ. Nobody types it, so whatever the editor has later is an edit.
+// The value of a text editor while the texts differ. Nobody types this, so any other text is an edit.
 QString blankText()
 {
     return QString(dash) + QChar(0x200B);
 }
 
-// With all digits.
+// Unrounded.
 QVector<double> exactNumbers(const QVariant& value)
 {
     if (value.userType() == QMetaType::QColor)
@@ -55,7 +55,7 @@ double clamped(const Property& property, double number)
 
 QColor withComponent(QColor colour, int component, double number)
 {
-    // Not QColor::setRedF() and the like: they complain, and in a model of another kind change the other components.
+    // Not QColor::setRedF() and the like: they print warnings, and in other colour models change the other components.
     QRgba64 rgba = colour.rgba64();
     const auto part = quint16(std::lround(qBound(0.0, number, 1.0) * 65535.0));
     switch (component)
@@ -151,7 +151,7 @@ void InspectorRow::bind(std::shared_ptr<Selection> selection, const SharedProper
     const bool wasBound = bool(m_selection);
     m_selection = std::move(selection);
     m_property = property;
-    // What was typed was for the other objects.
+    // Typed text was meant for the previous objects.
     if (std::any_of(m_fields.cbegin(), m_fields.cend(), [](const auto& field) { return field && field->isModified(); }))
         m_isShown = false;
     m_hasEnabledWhen = m_hasShownWhen = false;
@@ -254,7 +254,7 @@ void InspectorRow::take()
         now.numbers << (m_box->checkState() == Qt::Unchecked ? 0.0 : 1.0);
     else
         now = readValue(m_editor);
-    // Each object gets its own value back, with the digits that the editor has not.
+    // Each object gets its own value back, with the digits that the editor lacks.
     if (m_start.isValid() && now == m_startShown)
     {
         restore(QVariant(m_start));
@@ -285,7 +285,7 @@ void InspectorRow::take()
     if (!isChanged)
         return;
     m_edited(selection->roots(), m_path);
-    // A slot that does not want the value has stored another one: shown at once, although the field has the focus.
+    // A slot that rejects the value has stored another one: show it at once, even while the field has the focus.
     const QVariant kept = selection->first(m_property);
     if (m_editor && m_selection == selection && !identical(kept, m_value))
         show(kept, selection->differences(m_property));
@@ -321,7 +321,7 @@ void InspectorRow::beginAct()
     m_startShown = m_shown;
 }
 
-// Through the editor, so that it is a step as any other edit.
+// Acts through the editor, so it is an undo step like any other edit.
 void InspectorRow::reset()
 {
     const QVariant& value = m_description.defaultValue;
@@ -340,8 +340,7 @@ void InspectorRow::reset()
     QMetaObject::invokeMethod(m_editor, "valueChanged", Qt::DirectConnection);
 }
 
-// Which components the user has changed: those of a vector that are other than what was shown, also those that were
-// blank.
+// The components changed by the user: those that differ from what was shown, including blank ones.
 unsigned InspectorRow::editedComponents(const EditorValue& now) const
 {
     if (m_box || now.numbers.size() == 1)
@@ -358,7 +357,7 @@ unsigned InspectorRow::editedComponents(const EditorValue& now) const
     return components;
 }
 
-// What the object has if the editor has this value now.
+// The object's new value if the editor has this value now.
 QVariant InspectorRow::changed(const QVariant& old, const EditorValue& now, unsigned components) const
 {
     if (!components)
@@ -395,7 +394,7 @@ QVariant InspectorRow::related(const QVariant& old) const
     return withNumber(m_description, old, m_change->component, m_change->edit.of(numbers[m_change->component]));
 }
 
-// A value that can be reset, if any object has one: the editor's own button follows the value that it has.
+// A value that differs from the default if any object has one: the editor's own reset button depends on its value.
 QVariant InspectorRow::unlikeDefault() const
 {
     QVariant found;
@@ -409,7 +408,7 @@ QVariant InspectorRow::unlikeDefault() const
     return found;
 }
 
-// Also offers what a choice shows besides its entries: a value that is none of them, or a dash.
+// For a choice it also adds an entry for a value that is not a choice, or a dash for differing ones.
 EditorValue InspectorRow::editorValue(const QVariant& value, unsigned mixed)
 {
     switch (m_description.kind)
@@ -446,12 +445,12 @@ EditorValue InspectorRow::editorValue(const QVariant& value, unsigned mixed)
             shown.numbers[i] = blank;
     const int count = int(readValue(m_editor).numbers.size());
     while (shown.numbers.size() < count)
-        shown.numbers << 1.0; // the alpha of a colour that has none
+        shown.numbers << 1.0; // alpha of a colour that has none
     shown.numbers.resize(count);
     return shown;
 }
 
-// Whether the editor has this value already, as after an edit: its text and its handle stay as the user left them.
+// Whether the editor already shows this value, as after an edit; then its text and handle stay as the user left them.
 bool InspectorRow::isShowing(const QVariant& value, unsigned mixed, const EditorValue& now) const
 {
     if (m_box || m_description.kind == PropertyKind::Choice)
@@ -503,7 +502,7 @@ void InspectorRow::showFlag(bool value, bool mixed)
         m_reset->setEnabled(reset.isValid() && !m_description.readOnly && (mixed || value != reset.toBool()));
 }
 
-// Fields of components that differ are blank.
+// Blanks the fields of components that differ.
 void InspectorRow::mark()
 {
     const auto* list = m_editor->findChild<QComboBox*>(QStringLiteral("choiceButton"), Qt::FindDirectChildrenOnly);

@@ -16,15 +16,15 @@
 
 namespace orvek::host
 {
-// One property and the editor that shows it: both ways between the objects of a selection and the editor. Steps of undo
-// keep it; without its editor it only serves them. Private.
+// One property and the editor that shows it: transfers values between the objects of a selection and the editor, in
+// both directions. Undo steps keep it alive; once the editor is gone it only serves them. Private.
 class InspectorRow final : public EditorSource
 {
 public:
     using Edited = std::function<void(const QVector<void*>& objects, const QString& path)>;
 
-    //! The row is what is hidden if the property is not shown: the editor, or what lies around a check box. Neither is
-    //! owned.
+    //! The row is the widget to hide when the property is not shown: the editor, or the widget around a check box.
+    //! Neither is owned.
     InspectorRow(const Property& description, QString path, QWidget* editor, QWidget* row, Edited edited);
     ~InspectorRow() override;
     Q_DISABLE_COPY(InspectorRow)
@@ -35,14 +35,15 @@ public:
 
     //! Shows a property of these objects from the next refresh() on. Without a selection the editor is disabled.
     void bind(std::shared_ptr<Selection> selection, const SharedProperty& property);
-    //! Shows the values if they have changed; false if the editor is being used, and has to wait.
+    //! Shows the values if they have changed; false if the editor is in use and has to be updated later.
     bool refresh();
-    //! Changes one component of each object by itself.
+    //! Applies the edit to one component of each object.
     void change(int component, const Relative& edit);
-    //! Between these a dialog shows its choice at once, and puts back what it has found when it is cancelled.
+    //! While a dialog is open between these calls, it changes the values at once; if cancelled, it restores what it
+    //! found.
     void beginAct();
     void endAct() { m_start.clear(); }
-    //! The default for all objects.
+    //! Sets all objects to the default.
     void reset();
 
     QString title() const override { return m_description.displayTitle(); }
@@ -69,21 +70,21 @@ private:
     const QString m_path;
     const QPointer<QWidget> m_editor;
     const QPointer<QWidget> m_row;
-    const QPointer<QCheckBox> m_box; // the editor if it is one
+    const QPointer<QCheckBox> m_box; // the editor, if it is one
     QVector<QPointer<QLineEdit>> m_fields;
     QPointer<QSlider> m_slider;
-    QPointer<QPushButton> m_reset; // of a row whose editor has none itself
+    QPointer<QPushButton> m_reset; // of rows whose editor has none itself
     QMetaObject::Connection m_resetting;
     const Edited m_edited;
 
     std::shared_ptr<Selection> m_selection;
     SharedProperty m_property;
-    bool m_hasEnabledWhen = false; // any of the types
+    bool m_hasEnabledWhen = false; // in any of the types
     bool m_hasShownWhen = false;
-    bool m_isHidden = false; // as shownWhen says
+    bool m_isHidden = false; // as shownWhen demands
     // What the editor shows:
     bool m_isShown = false;
-    bool m_isShowing = false; // just now; what the editor announces is not an edit
+    bool m_isShowing = false; // at this moment; what the editor announces now is not an edit
     QVariant m_value;
     unsigned m_mixed = 0;
     unsigned m_marked = 0;
@@ -94,8 +95,8 @@ private:
         int component;
         Relative edit;
     };
-    std::optional<Change> m_change; // while it is being made
-    QVariant m_start;               // of an act
+    std::optional<Change> m_change; // during the change
+    QVariant m_start;               // at the start of an act
     EditorValue m_startShown;
 };
 } // namespace orvek::host

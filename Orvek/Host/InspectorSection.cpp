@@ -196,7 +196,7 @@ void InspectorSection::fill()
     m_maker.rowsBuilt();
 }
 
-// A section for each element.
+// Keeps one section for each element.
 void InspectorSection::follow(List& list)
 {
     const std::size_t count = std::size_t(m_selection->count(list.property));

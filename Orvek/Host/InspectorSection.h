@@ -22,31 +22,32 @@ public:
     struct Entry
     {
         SharedProperty property;
-        QPointer<QWidget> hostRow; // in place of a property; owned by the inspector
+        QPointer<QWidget> hostRow; // instead of a property; owned by the inspector
     };
     //! What the inspector does for its sections.
     struct Maker
     {
         std::function<std::shared_ptr<InspectorRow>(const Property& property, const QString& path)> makeRow;
-        std::function<void()> rowsBuilt; // by whoever follows the panel's editors they are known from then on
+        std::function<void()> rowsBuilt; // now the classes that follow the panel's editors can find them
         bool opensSections = true;
     };
 
-    //! The title is the object name, too. The path comes before the names of its properties, "lights[0]." for example.
+    //! The title is also the object name. The path is a prefix of the names of its properties, for example
+    //! "lights[0].".
     InspectorSection(const Maker& maker, const QString& title, QString path, QVector<Entry> entries);
     ~InspectorSection();
     Q_DISABLE_COPY(InspectorSection)
 
     QAccordion* widget() const { return m_section.data(); }
-    //! The objects have the same properties each time.
+    //! The objects must have the same properties each time.
     void bind(std::shared_ptr<Selection> selection);
-    //! Shows what has changed; nothing while it is closed. False if an editor is being used, and has to wait.
+    //! Shows what has changed; does nothing while closed. False if an editor is in use and has to be updated later.
     bool refresh();
-    //! Builds the rows if one of them, or the section itself, has the text in its title. Returns how many it has built.
+    //! Builds the rows if a row's title or the section's own contains the text. Returns how many were built.
     int search(const QString& text);
-    //! The row of this property, built if need be; null if it is not here.
+    //! The row of this property, built if needed; null if it is not in this section.
     InspectorRow* row(const QString& path);
-    //! Calls visit with each row that is built.
+    //! Calls visit with each row built so far.
     void forEachRow(const std::function<void(const InspectorRow&)>& visit) const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace orvek::host
 {
-// The dispatcher is the application's; a second application in one program, as in tests, has another.
+// Owned by the dispatcher, and so by the application; a second application in one program, as in tests, gets its own.
 LoopWatch* LoopWatch::instance()
 {
     static QPointer<LoopWatch> watch;
@@ -25,7 +25,7 @@ LoopWatch::LoopWatch() : QObject(QAbstractEventDispatcher::instance())
                 m_waits = true;
                 Q_EMIT cameRound();
             });
-    // A loop that is run by hand or has no time to wait only wakes up.
+    // A loop that is run by hand, or never idle, only emits awake().
     connect(dispatcher, &QAbstractEventDispatcher::awake, this,
             [this]
             {

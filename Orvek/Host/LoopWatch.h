@@ -2,8 +2,8 @@
 
 #include <QtCore/QObject>
 
-// The editors' setters emit nothing, and setColour() of a QColourEdit does not even change its fields. A widget that
-// shows an editor's value compares it each time the event loop comes round, as nothing is painted before that. Private.
+// The editors' setters emit nothing, and QColourEdit::setColour() does not even change the fields. A widget that shows
+// an editor's value therefore compares it on each turn of the event loop, as nothing is painted before that. Private.
 namespace orvek::host
 {
 class LoopWatch final : public QObject
@@ -14,7 +14,7 @@ public:
     static LoopWatch* instance();
 
 Q_SIGNALS:
-    //! The event loop is about to wait, or has handled events without waiting. Never while nothing happens.
+    //! The event loop is about to wait, or has handled events without waiting. Not emitted while nothing happens.
     void cameRound();
 
 private:

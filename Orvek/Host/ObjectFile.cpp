@@ -26,7 +26,7 @@ namespace orvek::host
 namespace
 {
 constexpr int MaximumWarnings = 20;    // more would fill a window, and a hostile file has a million
-constexpr int MaximumQuoteLength = 40; // characters of the file that a message repeats
+constexpr int MaximumQuoteLength = 40; // characters of the file that a message quotes
 const QString MinusZero = QStringLiteral("-0");
 
 struct Text
@@ -43,7 +43,7 @@ struct Node
 
 struct Element;
 
-// What a file has for one property.
+// A file's content for one property.
 struct Value
 {
     int property = -1;
@@ -110,19 +110,19 @@ QString lineAndColumn(const QByteArray& contents, int offset)
     return QStringLiteral("%1:%2").arg(before.count('\n') + 1).arg(column);
 }
 
-// Whether it is the same after it has been a file, which is in UTF-8.
+// Whether the text survives a file, which is in UTF-8.
 bool isUnicode(const QString& text)
 {
     return QString::fromUtf8(text.toUtf8()) == text;
 }
 
-// QJsonValue keeps a whole number as an integer, which has no negative zero.
+// QJsonValue stores a whole number as an integer, which has no negative zero.
 QJsonValue jsonNumber(double value)
 {
     return value == 0.0 && std::signbit(value) ? QJsonValue(MinusZero) : QJsonValue(value);
 }
 
-// The shortest decimal that is read back as the same float: 0.1 rather than 0.10000000149011612.
+// The shortest decimal that reads back as the same float: 0.1 rather than 0.10000000149011612.
 QJsonValue jsonNumber(float value)
 {
     using Limits = std::numeric_limits<float>;
@@ -155,7 +155,7 @@ QString numberExpected(const Property& property)
     return toAbove ? Text::tr("a number of at most %1").arg(number(property.maximum)) : Text::tr("a number");
 }
 
-// "#rrggbb" where eight bits are all there is, otherwise "#rrrrggggbbbb"; with alpha in front if there is any.
+// "#rrggbb" if eight bits suffice, otherwise "#rrrrggggbbbb"; alpha comes first if there is any.
 QJsonValue jsonColour(const QColor& colour)
 {
     if (!colour.isValid())
@@ -189,7 +189,7 @@ std::optional<QColor> colourIn(const QJsonValue& json, bool withAlpha)
     {
         bool isHex = false;
         const QString part = name.mid(1 + i * digits, digits);
-        // toUShort() also takes signs and spaces.
+        // toUShort() also accepts signs and spaces.
         const bool isPlain = std::all_of(part.begin(), part.end(), [](QChar c) { return c.isLetterOrNumber(); });
         const ushort value = part.toUShort(&isHex, 16);
         if (!isHex || !isPlain)
@@ -207,7 +207,7 @@ void addMember(Node& node, const QStringList& path, int property)
     place->property = property;
 }
 
-// Puts members that the object has not written where they were.
+// Puts back members that the object has not written.
 void merge(QJsonObject& target, const QJsonObject& kept)
 {
     for (auto it = kept.begin(); it != kept.end(); ++it)
@@ -252,7 +252,7 @@ struct ObjectFile::Private
     bool named(const QString& fileName, bool succeeded);
 
     std::shared_ptr<const ObjectType> type;
-    QHash<const ObjectType*, Node> nodes; // each made when it is first needed
+    QHash<const ObjectType*, Node> nodes; // each created when first needed
     UnknownMembers treatment = UnknownMembers::Warn;
     QJsonObject kept;
     QJsonObject header;
@@ -289,7 +289,7 @@ void ObjectFile::Private::begin()
     moreWarnings = 0;
 }
 
-// The first error stays: later ones are often only its consequences.
+// Keeps the first error: later ones are often only its consequences.
 bool ObjectFile::Private::fail(const QString& path, const QString& problem)
 {
     if (error.isEmpty())
@@ -355,7 +355,7 @@ std::optional<QVariant> ObjectFile::Private::valueIn(const Property& property, c
     }
     case PropertyKind::Colour:
     case PropertyKind::ColourWithAlpha:
-        // Without a default the object itself decides whether it takes a QColor or a QVector3D.
+        // Without a default the object itself decides whether it accepts a QColor or a QVector3D.
         if (property.defaultValue.isValid() ? property.defaultValue.userType() == QMetaType::QColor : !json.isArray())
         {
             const bool withAlpha = property.kind == PropertyKind::ColourWithAlpha;
@@ -486,7 +486,7 @@ Element ObjectFile::Private::captureAll(const ObjectType& objectType, const void
     return capture(objectType, object, all);
 }
 
-// The values that the object has now in the same properties.
+// The object's current values of the same properties.
 Element ObjectFile::Private::capture(const ObjectType& objectType, const void* object, const Element& likeThis)
 {
     Element now;
@@ -499,7 +499,7 @@ Element ObjectFile::Private::capture(const ObjectType& objectType, const void* o
             captured.value = objectType.read(object, value.property);
         else
         {
-            // Only read, although elements to change are had in the same way.
+            // Only read, but element() is the same for reading and changing.
             auto* owner = const_cast<void*>(object);
             const int count = objectType.count(object, value.property);
             for (int i = 0; i < count; ++i)
@@ -520,13 +520,13 @@ bool ObjectFile::Private::apply(const ObjectType& objectType, const Element& ele
         const QString place = memberPath(path, property.name);
         if (property.kind != PropertyKind::List)
         {
-            // An object that has the value already need not be able to get it.
+            // An object that already has the value need not accept it.
             if (!identical(objectType.read(object, value.property), value.value) &&
                 !objectType.write(object, value.property, value.value))
                 all = fail(place, Text::tr("%1 refuses the value").arg(objectType.name()));
             continue;
         }
-        // From no elements on, so that each begins with its defaults.
+        // Emptied first, so that each element starts with its defaults.
         const int count = value.elements.size();
         if (!objectType.resize(object, value.property, 0) || !objectType.resize(object, value.property, count))
         {
@@ -569,7 +569,7 @@ bool ObjectFile::Private::fromJson(const QJsonObject& json, void* object)
     return true;
 }
 
-// Of a value that files cannot have, something that is not read either.
+// For a value that files cannot represent, returns something that cannot be read either.
 QJsonValue ObjectFile::Private::jsonOf(const Property& property, const QVariant& value) const
 {
     switch (value.userType())
@@ -607,7 +607,7 @@ bool ObjectFile::Private::writeProperty(const ObjectType& objectType, int proper
     const Property& described = objectType.properties()[property];
     if (described.kind != PropertyKind::List)
     {
-        // Reading it back finds all that files cannot have.
+        // Reading it back reveals everything that files cannot represent.
         const QVariant value = objectType.read(object, property);
         json = jsonOf(described, value);
         const std::optional<QVariant> back = valueIn(described, json, path);
@@ -623,7 +623,7 @@ bool ObjectFile::Private::writeProperty(const ObjectType& objectType, int proper
     for (int i = 0; i < count; ++i)
     {
         QJsonObject element;
-        // Only read, although elements to change are had in the same way.
+        // Only read, but element() is the same for reading and changing.
         if (!writeMembers(*described.elementType, node, objectType.element(const_cast<void*>(object), property, i),
                           elementPath(path, i), element))
             return false;
@@ -682,7 +682,7 @@ std::optional<QByteArray> ObjectFile::Private::contents(const QString& fileName,
     QByteArray contents;
     if (file.open(QIODevice::ReadOnly))
     {
-        // Devices and pipes have no size that could be asked for. In pieces, as room for a piece is made at once.
+        // Devices and pipes do not report a size. Read in pieces, as memory for a piece is allocated at once.
         constexpr qint64 Piece = qint64(64) * 1024;
         for (QByteArray more = file.read(Piece); !more.isEmpty() && contents.size() <= maximumSize;
              more = file.read(Piece))
@@ -697,7 +697,7 @@ std::optional<QByteArray> ObjectFile::Private::contents(const QString& fileName,
     return contents;
 }
 
-// Puts the name of the file before the error.
+// Puts the file name before the error.
 bool ObjectFile::Private::named(const QString& fileName, bool succeeded)
 {
     if (!succeeded)
@@ -756,7 +756,7 @@ bool ObjectFile::write(const QString& fileName, const void* object)
         d->error = Text::tr("cannot be written: %1").arg(file.errorString());
     else
     {
-        // Of a disk that fills up meanwhile, commit() knows only when nothing at all could be written.
+        // If the disk fills up meanwhile, commit() only notices when nothing at all could be written.
         if (file.write(contents) != contents.size())
             file.cancelWriting();
         if (!file.commit())

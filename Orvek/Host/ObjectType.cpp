@@ -14,7 +14,7 @@ namespace orvek::host
 {
 namespace
 {
-// What is wrong with one property, each without its name.
+// What is wrong with one property; texts without its name.
 class Complaints
 {
 public:
@@ -34,7 +34,7 @@ public:
             askChoices();
         if (property.kind == PropertyKind::List && !property.elementType)
             m_texts << QStringLiteral("a list without the type of its elements");
-        // It would only repeat the others.
+        // Otherwise it would only repeat the others.
         if (m_texts.isEmpty())
             askDefault();
     }
@@ -119,7 +119,7 @@ private:
     QStringList m_texts;
 };
 
-// A finite number of the range other than the value, NaN if there is none.
+// A finite number in the range other than the value; NaN if there is none.
 double otherNumber(const Property& property, double value)
 {
     Property range = property;
@@ -140,7 +140,7 @@ double otherNumber(const Property& property, double value)
     return std::numeric_limits<double>::quiet_NaN();
 }
 
-// A valid value that differs in that component and in no other; invalid if there is none.
+// A valid value that differs in this component only; invalid if there is none.
 QVariant otherValue(const Property& property, const QVariant& value, int component)
 {
     switch (property.kind)
@@ -225,7 +225,7 @@ void ObjectType::setProperties(QVector<Property> properties)
 {
     m_properties = std::move(properties);
     m_indices.clear();
-    // Of two of one name the first is found.
+    // If names are equal, the first property is found.
     for (int i = m_properties.size() - 1; i >= 0; --i)
         m_indices.insert(m_properties.at(i).name, i);
 }
@@ -342,7 +342,7 @@ bool ObjectType::equal(const void* a, const void* b) const
 {
     if (a == b)
         return true;
-    // Only read, although lists of elements to change are had in the same way.
+    // Only read, but element() is the same for reading and changing.
     const QVector<void*> both{const_cast<void*>(a), const_cast<void*>(b)};
     for (int i = 0; i < m_properties.size(); ++i)
     {
@@ -365,11 +365,11 @@ bool ObjectType::copy(const void* from, void* to) const
         if (property.kind != PropertyKind::List)
         {
             const QVariant value = read(from, i);
-            // What cannot be written may be there already.
+            // A value that cannot be written may already be there.
             all = (identical(read(to, i), value) || write(to, i, value)) && all;
             continue;
         }
-        // Elements that stay keep what is not described of them.
+        // Remaining elements keep what is not described.
         const int length = count(from, i);
         if (count(to, i) != length && !resize(to, i, length))
         {

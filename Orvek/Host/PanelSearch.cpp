@@ -28,17 +28,17 @@ struct Receiver
     QPointer<QWidget> widget;
     QPointer<QCheckBox> box; // null if it is not a section
     Receiver* outer = nullptr;
-    QWidget* row = nullptr;    // the child of the outer section's contents that it is, or lies in
+    QWidget* row = nullptr;    // the child of the outer section's contents that is or contains it
     bool wasConnected = false; // by the panel
     // During a search:
     bool isKnown = false; // wasOpen is from before the search
-    bool isNew = false;   // it, or a row of it, has come since the last text
+    bool isNew = false;   // it, or a row of it, was added since the last text
     bool wasOpen = true;
     bool matches = false;
-    bool found = false;      // it matches, or one inside it does
+    bool found = false;      // it matches, or a section inside it does
     bool wasFound = false;   // before the last text or arrival
-    bool foundInner = false; // one inside it does
-    bool wanted = false;     // it lies in a section whose own title matches
+    bool foundInner = false; // a section inside it matches
+    bool wanted = false;     // it is inside a section whose own title matches
 };
 
 // A row or section during a search.
@@ -46,7 +46,7 @@ struct Item
 {
     QPointer<QWidget> widget;
     bool wasHidden; // by the host
-    bool isHidden;  // after the last text; a difference is the host's doing
+    bool isHidden;  // after the last text; any difference is the host's doing
 };
 
 bool hasTextSignal(const QWidget* panel)
@@ -54,7 +54,7 @@ bool hasTextSignal(const QWidget* panel)
     return panel->metaObject()->indexOfSignal("setSearchText(QString)") >= 0;
 }
 
-// False for a widget that is only waiting for its parent or layout to show it.
+// False for a widget that merely waits for its parent or layout to show it.
 bool isHiddenOnPurpose(const QWidget* widget)
 {
     return widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
@@ -78,7 +78,7 @@ bool titleContains(const QWidget* section, const QString& text)
 }
 
 // Sections mark themselves with "highlighted"; one without contents never does. A host's widget without that property
-// counts as a match, as it may contain some.
+// counts as a match, as it may contain one.
 bool isMatch(const Receiver& receiver, const QString& text)
 {
     const QVariant mark = receiver.widget->property("highlighted");
@@ -92,7 +92,7 @@ void send(QWidget* receiver, const QString& text)
     QMetaObject::invokeMethod(receiver, "setSearchText", Qt::DirectConnection, Q_ARG(QString, text));
 }
 
-// A slot of the host may delete one meanwhile.
+// A slot of the host may delete one in the meantime.
 void showAll(const QVector<QPointer<QWidget>>& widgets)
 {
     for (const QPointer<QWidget>& widget : widgets)
@@ -105,7 +105,7 @@ bool takesFocus(const QWidget* widget, const QWidget* panel)
     return (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && widget->isVisibleTo(panel);
 }
 
-// An editor's first field, as whoever searches wants to type; otherwise the first child that Tab would reach.
+// An editor's first field, as the user wants to type; otherwise the first child in tab order.
 QWidget* focusTargetIn(QWidget* match, const QWidget* panel)
 {
     if (isEditor(match))
@@ -157,11 +157,11 @@ struct PanelSearch::Private
         bool wasOpen;
     };
     QVector<Departure> departures;
-    QPointer<QWidget> focusBefore; // where it was before it came into the field
-    QPointer<QWidget> current;     // the match gone to last
+    QPointer<QWidget> focusBefore; // before the search field got it
+    QPointer<QWidget> current;     // the match visited last
     QString text;
     bool hasSeenText = false;
-    bool isActing = false; // whatever folds now is not the user's doing
+    bool isActing = false; // folding is not the user's doing now
     bool isQueued = false;
     bool restores = true;
     bool showsNested = true;
@@ -223,7 +223,7 @@ PanelSearch::PanelSearch(QWidget* panel, QObject* parent) : QObject(parent), d(n
                     if (old && now == searchField && old->window() == now->window())
                         d->focusBefore = old;
                 });
-        // Children of the field, as the panel writes down each new child of its own.
+        // Children of the field, as the panel prints each new child of its own.
         const auto addKey = [this](QKeySequence::StandardKey key)
         { return new QShortcut(QKeySequence(key), d->field.data()); };
         d->findKey = addKey(QKeySequence::Find);
@@ -242,7 +242,7 @@ PanelSearch::PanelSearch(QWidget* panel, QObject* parent) : QObject(parent), d(n
     connect(panel, SIGNAL(setSearchText(QString)), this, SLOT(onSearchText(QString)));
     if (!d->isSearching())
         return;
-    // What is hidden now is taken for the search's doing, but for the outermost sections, which none hides.
+    // Anything hidden now counts as hidden by the search, except the outermost sections, which a search never hides.
     for (const auto& receiver : d->receivers)
         d->remember(*receiver);
     for (Item& item : d->items)
@@ -258,7 +258,7 @@ PanelSearch::~PanelSearch()
     for (const QPointer<QShortcut>& key : {d->findKey, d->nextKey, d->previousKey})
         delete key.data();
     delete d->message.data();
-    // A panel being destroyed has lost its signal.
+    // A panel that is being destroyed has lost its signal.
     if (!d->panel || !hasTextSignal(d->panel))
         return;
     for (const auto& receiver : d->receivers)
@@ -419,11 +419,11 @@ void PanelSearch::Private::enter(QWidget* widget)
 
 void PanelSearch::Private::leave(QWidget* widget)
 {
-    // The guarded pointers are null if the widget is being destroyed; otherwise it moves elsewhere.
+    // The guarded pointers are null if the widget is being destroyed; otherwise it is moving elsewhere.
     const auto item = items.find(widget);
     if (item != items.end())
     {
-        // Its new parent shows it, unless the host had hidden it.
+        // Its new parent will show it, unless the host had hidden it.
         if (item->widget && !item->wasHidden && item->widget->isHidden())
         {
             item->widget->setAttribute(Qt::WA_WState_ExplicitShowHide, false);
@@ -463,7 +463,8 @@ void PanelSearch::Private::queueCatchUp()
         Qt::QueuedConnection);
 }
 
-// Ends the search in what has moved out of the panel; what has only moved inside it is as before the search.
+// Ends the search for what has moved out of the panel; what has moved within it is reset to its state before the
+// search.
 void PanelSearch::Private::letGo()
 {
     const auto left = std::exchange(departures, {});
@@ -494,7 +495,7 @@ void PanelSearch::Private::letGo()
     }
 }
 
-// Filters what has come since the last text.
+// Filters what was added since the last text.
 void PanelSearch::Private::catchUp()
 {
     const QScopedValueRollback<bool> guard(isActing, true);
@@ -518,7 +519,7 @@ void PanelSearch::Private::catchUp()
         arrange(false);
 }
 
-// From now on this object sends the texts. Disconnects all of the panel's connections if there are several.
+// From now on this object sends the texts. Removes all of the panel's connections if there are several.
 void PanelSearch::Private::takeOver(Receiver& receiver)
 {
     if (QObject::disconnect(panel, SIGNAL(setSearchText(QString)), receiver.widget, SLOT(setSearchText(QString))))
@@ -538,8 +539,8 @@ void PanelSearch::Private::receive(const QString& newText)
 {
     tree->takeIn();
     letGo();
-    // At its first text the panel has connected its sections just before this. Disconnected while the signal is being
-    // emitted, they do not receive it from the panel any more.
+    // On its first text the panel connected its sections just before this. Disconnected during the emission, they no
+    // longer receive it from the panel.
     if (!hasSeenText)
         for (const auto& receiver : receivers)
             takeOver(*receiver);
@@ -553,7 +554,7 @@ void PanelSearch::Private::receive(const QString& newText)
             remember(*receiver);
     if (wasSearching)
         noticeHostsChanges();
-    // A row with the focus may be hidden and shown again on the way.
+    // A row with the focus may be hidden and shown again in the process.
     const QPointer<QWidget> focus = QApplication::focusWidget();
     if (isSearching())
         filter();
@@ -605,7 +606,7 @@ void PanelSearch::Private::filter()
     {
         if (widget)
             send(widget, sent);
-        if (text != sent) // a host has changed it
+        if (text != sent) // changed by a host
             return;
     }
     arrange(true);
@@ -645,7 +646,7 @@ void PanelSearch::Private::restore()
     showMessage(false);
 }
 
-// An empty text opens the section and shows all rows. One that is to be closed is kept from opening in between.
+// An empty text opens the section and shows all rows. A section to be closed is prevented from opening in between.
 void PanelSearch::Private::endSearch(QWidget* section, bool wasOpen)
 {
     const QPointer<QCheckBox> box =
@@ -702,7 +703,7 @@ void PanelSearch::Private::markFound()
             outer->found = outer->foundInner = true;
 }
 
-// Changes only what is not yet as it should be: every change lays the panel out again.
+// Changes only what differs, as every change lays out the panel again.
 void PanelSearch::Private::showFound(bool isNewText)
 {
     QVector<QPointer<QWidget>> shown;
@@ -720,7 +721,7 @@ void PanelSearch::Private::showFound(bool isNewText)
         if (receiver->outer ? isSeen && showsNested : isSeen || !hidesUnmatched)
         {
             show(widget);
-            if (receiver->row) // none for a section beside the contents of the outer one
+            if (receiver->row) // null for a section beside the outer one's contents
                 show(receiver->row);
         }
         else if (hidesUnmatched && receiver->box && !isSeen && !isHiddenOnPurpose(widget))
@@ -755,7 +756,7 @@ void PanelSearch::Private::showMessage(bool nothingFound)
         message->setTextFormat(Qt::PlainText);
         message->setAlignment(Qt::AlignCenter);
         message->setMargin(6);
-        // However long the text is, the panel can be as narrow as before.
+        // The panel can be as narrow as before, however long the text is.
         message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         auto* rows = qobject_cast<QBoxLayout*>(panel->layout());
         const int fieldAt = rows && field ? rows->indexOf(field) : -1;
@@ -780,13 +781,13 @@ void PanelSearch::Private::updateKeys()
             key->setEnabled(hasShortcut && isSearching());
 }
 
-// The rows that match, and the check boxes of sections whose titles do, in the order in which they are seen.
+// The matching rows, and the check boxes of sections with a matching title, in visual order.
 QVector<QWidget*> PanelSearch::Private::matches() const
 {
     QVector<QWidget*> found;
     if (!panel || !isSearching())
         return found;
-    // Where they are is only known once the layouts have followed the last text.
+    // Positions are only known once the layouts have followed the last text.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     const auto add = [this, &found](QWidget* widget)
     {
@@ -847,7 +848,7 @@ void PanelSearch::Private::goTo(QWidget* match)
 
 void PanelSearch::Private::onFindKey(bool ambiguous)
 {
-    // Of several panels in a window the one with the focus has the key; otherwise they take turns.
+    // If a window has several panels, the key belongs to the one with the focus; otherwise they take turns.
     const QWidget* above = ambiguous ? QApplication::focusWidget() : nullptr;
     for (; above && above != panel; above = above->parentWidget())
     {

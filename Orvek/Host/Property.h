@@ -14,7 +14,7 @@ namespace orvek::host
 {
 class ObjectType;
 
-//! What sort of value a property has, and with it the editor that shows it. Behind each: the type in which
+//! What sort of value a property has, which decides the editor that shows it. Each with the type in which
 //! ObjectType::read() returns it.
 enum class PropertyKind
 {
@@ -34,74 +34,77 @@ enum class PropertyKind
 //! One entry of a choice.
 struct PropertyChoice
 {
-    //! What files say; unique within the property, not translated.
+    //! Written to files; unique within the property, not translated.
     QString key;
-    //! What users see.
+    //! Shown to users.
     QString title;
     //! Unique within the property.
     int value = 0;
 };
 
-//! The description of one property: all that panel, file and undo need to know of it. Plain data.
+//! The description of one property: all that panel, file and undo need to know about it. Plain data.
 struct Property
 {
-    //! Identifies it in files and forms. Unique within its type. That of a nested struct's member has the name of the
-    //! struct before it: "material.roughness".
+    //! Identifies it in files and forms. Unique within its type. Members of a nested struct have the struct's name
+    //! before theirs: "material.roughness".
     QString name;
-    //! What users see; translated by the host. If it is empty, the name's last part in words: "baseColour" is "Base
+    //! Shown to users; translated by the host. If empty, the last part of the name in words: "baseColour" becomes "Base
     //! Colour".
     QString title;
-    //! Title of the section that shows it. Properties of one section need not follow each other. Empty: a section named
-    //! like the nested struct, or like the type.
+    //! Title of the section that shows it. Properties of one section need not be consecutive. If empty, a section named
+    //! after the nested struct or the type.
     QString section;
     //! What sort of value it has. Default PropertyKind::Number.
     PropertyKind kind = PropertyKind::Number;
 
     //! Lower end of the range: of the value, or of each component of a vector. Default 0; Description and QObjectType
-    //! have others, according to the kind. Must not exceed the maximum. Choices have their values, and other kinds
-    //! ignore it.
+    //! set others, depending on the kind. Must not exceed the maximum. Used for numbers, whole numbers, powers of two,
+    //! vectors and linear colours only.
     double minimum = 0.0;
     //! Upper end of the range, like minimum. Default 1.
     double maximum = 1.0;
-    //! Distance of two slider positions, in the unit of the value. 0, the default, is the editor's own.
+    //! Distance between two slider positions, in the unit of the value. Default 0: the editor's own.
     double step = 0.0;
-    //! Equal ratios take equal distances on the slider. Default false. The minimum must be above 0 then.
+    //! Whether equal distances on the slider stand for equal ratios. Default false. If true, the minimum must be above
+    //! 0.
     bool logarithmic = false;
-    //! Behind the value, for example "m". Default empty.
+    //! Shown after the value, for example "m". Default empty.
     QString units;
-    //! What resetting returns to, as read() returns it; within the range. Invalid: the property has no default, and its
-    //! reset button is not used.
+    //! The value that resetting restores, of the type that read() returns and within the range. Invalid: the property
+    //! cannot be reset.
     QVariant defaultValue;
-    //! Entries of a choice in the order shown; at least one. Other kinds have none.
+    //! Entries of a choice in the order shown, at least one. Empty for other kinds.
     QVector<PropertyChoice> choices;
-    //! Of the row and its parts. Default empty.
+    //! Tool tip of the row and its parts. Default empty.
     QString toolTip;
-    //! Of the dialog of a file: "Meshes (*.obj *.ply)". Default empty: all files.
+    //! File types in the dialog of a file: "Meshes (*.obj *.ply)". Default empty: all files.
     QString fileFilter;
-    //! Shown but not changed by the user. Default false.
+    //! Whether it is shown but cannot be changed by the user. Default false.
     bool readOnly = false;
-    //! A drag of the slider changes the value all the while and not only at its end. Default true.
+    //! Whether the value changes during a drag of the slider, not only at its end. Default true.
     bool live = true;
-    //! In files and comparisons as well as in panels. Default true; false for what is only shown, such as a frame rate.
+    //! Whether it takes part in files and comparisons, not only in panels. Default true; false for what is only shown,
+    //! such as a frame rate.
     bool stored = true;
-    //! The object holds a float, not a double: files get the shortest decimal that is read back as the same float, and
-    //! ranges are compared as floats. Of vectors it is always so. Default false.
+    //! Whether the object holds a float, not a double: files get the shortest decimal that reads back as the same
+    //! float, and ranges are compared as floats. Always so for vectors. Default false.
     bool singlePrecision = false;
-    //! The most characters of a text or file, or elements of a list, that files may have. Default 0: any number.
+    //! The largest number of characters of a text or file name, or of elements of a list, in files. Default 0:
+    //! unlimited.
     int maximumLength = 0;
 
-    //! Whether its editor is enabled for the object, which is of the type that the property belongs to. Empty, the
-    //! default: always. Asked again whenever values may have changed.
+    //! Whether the editor is enabled for the object, which has the type that the property belongs to. Empty, the
+    //! default: always. Called again whenever values may have changed.
     std::function<bool(const void* object)> enabledWhen;
-    //! Whether its row is shown, like enabledWhen.
+    //! Whether the row is shown; otherwise like enabledWhen.
     std::function<bool(const void* object)> shownWhen;
 
-    //! Of a list: the type of its elements, otherwise null.
+    //! For a list, the type of its elements; otherwise null.
     std::shared_ptr<const ObjectType> elementType;
 
-    //! The title, or what stands for it if it is empty.
+    //! The title; if it is empty, the one made from the name.
     ORVEKQTHOST_EXPORT QString displayTitle() const;
-    //! The title of the choice with this value; an empty one if there is none.
+    //! The title of the choice with this value; empty if there is none.
     ORVEKQTHOST_EXPORT QString choiceTitle(int value) const;
 };
 } // namespace orvek::host

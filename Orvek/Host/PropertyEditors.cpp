@@ -27,7 +27,7 @@ namespace orvek::host
 {
 namespace
 {
-// As in the editors' forms.
+// The same as in the editors' forms.
 constexpr int rowHeight = 24;
 constexpr int rowMargin = 2;
 constexpr int resetWidth = 14;
@@ -51,14 +51,14 @@ void hideInPlace(QWidget* part)
     part->hide();
 }
 
-// For a vector, whose default cannot be switched off.
+// For a vector, whose reset button cannot be switched off.
 void hideReset(QWidget* editor)
 {
     if (QPushButton* reset = partsOf(editor).reset)
         hideInPlace(reset);
 }
 
-// Of a number without ends. Its place stays, so that the fields keep their column.
+// For a number without a range. The slider keeps its place, so the fields stay in their column.
 void hideSlider(QWidget* editor)
 {
     if (QSlider* slider = partsOf(editor).slider)
@@ -90,7 +90,7 @@ void describeInteger(QIntSliderEdit* editor, const Property& property, bool all)
         for (int i = 0; i < property.choices.size(); ++i)
             if (property.defaultValue.isValid() && property.choices[i].value == property.defaultValue.toInt())
                 editor->setDefaultValue(i);
-        // A name is not a number to the editor itself.
+        // The editor itself would read a name as 0.
         editor->setReadOnlyText(true);
         return;
     }
@@ -132,7 +132,7 @@ void setReadOnly(QWidget* editor)
         editor->setEnabled(false);
     else
     {
-        // The numbers can be copied.
+        // Read-only, not disabled, so the numbers can be copied.
         for (QLineEdit* field : parts.fields)
             field->setReadOnly(true);
         if (parts.slider)
@@ -213,7 +213,7 @@ FlagRow createFlagRow(const Property& property)
 
 void alignFlagRow(const QWidget* row, const QWidget* panel, int position)
 {
-    // Above all the title can be read.
+    // Above all, the title must be readable.
     if (auto* label = row->findChild<QLabel*>(QStringLiteral("label"), Qt::FindDirectChildrenOnly))
         label->setFixedWidth(
             qMax(position - label->mapTo(panel, QPoint()).x(), label->minimumSizeHint().width() + rowMargin));
@@ -222,7 +222,7 @@ void alignFlagRow(const QWidget* row, const QWidget* panel, int position)
 QWidget* createEditor(const Property& property)
 {
     QWidget* editor = newEditor(property);
-    // From their forms they are of different heights, and some much higher than a row.
+    // The forms give them different heights, some much higher than a row.
     if (editor)
         editor->setMinimumHeight(rowHeight);
     return editor;
@@ -317,7 +317,7 @@ void setChoices(QWidget* editor, const Property& property, const QString& more)
         names << (choice.title.isEmpty() ? choice.key : choice.title);
     if (!more.isNull())
         names << more;
-    // A handle that the new end moves would emit valueChanged().
+    // Otherwise the new end would move the handle and emit valueChanged().
     const int last = int(names.size()) - 1;
     if (integer->value().toInt() > last)
         integer->setValue(last);

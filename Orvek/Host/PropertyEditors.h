@@ -9,7 +9,7 @@ class QWidget;
 // The library's editor for each kind of property. Private.
 namespace orvek::host
 {
-// A row with its title, its check box and a button that returns to the default, in the columns of the editors.
+// A row with a title, a check box and a button that returns to the default, in the columns of the editors.
 struct FlagRow
 {
     QWidget* row = nullptr;
@@ -24,8 +24,8 @@ QWidget* createEditor(const Property& property);
 QVector<double> shownNumbers(const QVariant& value);
 //! Whether the editor can show such a property.
 bool fits(const QWidget* editor, PropertyKind kind);
-//! Gives the editor what the description says, without a signal; title and units only if it describesAll.
+//! Applies the description to the editor, without a signal; title and units only if describesAll is true.
 void describe(QWidget* editor, const Property& property, bool describesAll);
-//! Offers the choices in a list of names, and one more behind them if it is not null.
+//! Offers the choices in a list of names, followed by one more if it is not null.
 void setChoices(QWidget* editor, const Property& property, const QString& more);
 } // namespace orvek::host

@@ -86,7 +86,7 @@ bool hasType(const Property& property, const QVariant& value)
 float toFloat(double number)
 {
     constexpr auto Largest = double(std::numeric_limits<float>::max());
-    constexpr double RoundedDown = Largest * (1 + 1.0 / (1 << 25)); // half the way to the float that would be next
+    constexpr double RoundedDown = Largest * (1 + 1.0 / (1 << 25)); // halfway to the next float, if there were one
     if (std::abs(number) <= Largest || std::isnan(number))
         return float(number);
     const double nearest = std::abs(number) < RoundedDown ? Largest : std::numeric_limits<double>::infinity();
@@ -150,7 +150,7 @@ unsigned differentComponents(const QColor& a, const QColor& b)
 {
     if (a.isValid() != b.isValid())
         return 15;
-    // Components of this model are floats, and may exceed 1.
+    // Components of this colour model are floats and may exceed 1.
     if (a.spec() == QColor::ExtendedRgb || b.spec() == QColor::ExtendedRgb)
     {
         if (a.spec() != b.spec())

@@ -21,7 +21,7 @@ namespace
 {
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 
-// The local path where it says all of the address.
+// The local path, if that is equivalent to the URL.
 QString textOf(const QUrl& url)
 {
     const QString path = url.toLocalFile();
@@ -36,7 +36,7 @@ std::optional<QUrl> urlOf(const QString& text)
     return url;
 }
 
-// The values that a property of that type can have; none if it cannot be shown.
+// A property with the values that this type can have; empty if it cannot be shown.
 std::optional<Property> describedByType(const QMetaProperty& metaProperty)
 {
     Property property;
@@ -49,7 +49,7 @@ std::optional<Property> describedByType(const QMetaProperty& metaProperty)
         property.maximum = maximum;
     };
     if (metaProperty.isFlagType())
-        return std::nullopt; // several at once
+        return std::nullopt; // flags: several values at once
     if (metaProperty.isEnumType())
     {
         const QMetaEnum keys = metaProperty.enumerator();
@@ -57,7 +57,7 @@ std::optional<Property> describedByType(const QMetaProperty& metaProperty)
         QSet<int> values;
         for (int i = 0; i < keys.keyCount(); ++i)
         {
-            // Of two names of one value the first.
+            // If names share a value, the first one counts.
             if (values.contains(keys.value(i)))
                 continue;
             values << keys.value(i);
@@ -110,8 +110,8 @@ std::optional<Property> describedByType(const QMetaProperty& metaProperty)
     return property;
 }
 
-// What the class information about a property says, word for word: "minimum=0; logarithmic". As filters of file dialogs
-// have ";;" in them, only a single semicolon ends a word.
+// The words of the class information about a property: "minimum=0; logarithmic". File dialog filters contain ";;", so
+// only a single semicolon separates words.
 class Words
 {
 public:
@@ -295,7 +295,7 @@ private:
         m_mistakes << QStringLiteral("default is \"%1\", which is not a value of the property").arg(text);
     }
 
-    // "shadows" or "!shadows", the name of a property that is true or false.
+    // "shadows" or "!shadows": the name of a bool property.
     std::function<bool(const void*)> condition(const QString& key, const QString& text)
     {
         const bool wanted = !text.startsWith(QLatin1Char('!'));
@@ -311,13 +311,13 @@ private:
     }
 
     Property& m_property;
-    const QMetaObject* const m_speaker;    // whose class information it is
-    const QMetaObject* const m_metaObject; // whose properties are listed
+    const QMetaObject* const m_speaker;    // the class with the information
+    const QMetaObject* const m_metaObject; // the class whose properties are listed
     QStringList& m_mistakes;
     bool m_hidden = false;
 };
 
-// The class that has the class information of that index, for translations.
+// The class that declares the class information with that index; its name is the context for translations.
 const QMetaObject* speakerOf(const QMetaObject* metaObject, int classInfo)
 {
     while (metaObject->superClass() && classInfo < metaObject->classInfoOffset())
@@ -364,7 +364,7 @@ QObjectType::QObjectType(const QMetaObject* metaObject, const QMetaObject* first
         property->name = QString::fromUtf8(metaProperty.name());
         property->readOnly = !metaProperty.isWritable();
         property->stored = metaProperty.isWritable() && metaProperty.isStored();
-        // Those of base classes come first, so that a derived class has the last word.
+        // Base classes come first, so the derived class has the last word.
         QStringList mistakes;
         bool hidden = false;
         for (int j = 0; j < metaObject->classInfoCount(); ++j)

@@ -8,21 +8,21 @@ namespace orvek::host
 {
 //! The properties of any class derived from QObject, by its meta-object.
 //!
-//! Properties of type double, float, whole numbers that fit an int, enumerations, bool, QString, QUrl, QVector3D and
-//! QColor are listed, those of the base classes first. Others are left out, and so are dynamic ones. Q_CLASSINFO says
-//! what a meta-object does not know of a property, for example its range:
+//! Lists properties of type double, float, whole numbers that fit an int, enumerations, bool, QString, QUrl, QVector3D
+//! and QColor, those of the base classes first. Others are left out, and so are dynamic ones. Q_CLASSINFO adds what a
+//! meta-object does not know about a property, for example its range:
 //!
 //! Q_CLASSINFO("property:roughness", "minimum=0; maximum=1; step=0.01; section=Surface")
 //!
-//! Objects are passed as QObject pointers, of that class or one derived from it. Changes are followed by the
+//! Objects are passed as QObject pointers, of that class or one derived from it. Changes are followed by means of the
 //! properties' NOTIFY signals.
 class ORVEKQTHOST_EXPORT QObjectType : public ObjectType
 {
 public:
-    //! Lists the properties of the class with that metaObject, which must not be null, and of its bases up to and
-    //! including first; null, the default, includes all up to QObject. If first is not one of them, only the class's
-    //! own. The values of the sample are the properties' defaults unless the class says others; without one, a property
-    //! has a default only if the class says it. The sample is not kept.
+    //! Lists the properties of the class with that metaObject, which must not be null, and of its base classes up to
+    //! and including first; null, the default, includes all of them. If first is not a base class, only the class's own
+    //! are listed. Defaults come from Q_CLASSINFO, otherwise from the sample; without either a property has none. The
+    //! sample is not kept.
     explicit QObjectType(const QMetaObject* metaObject, const QMetaObject* first = nullptr,
                          const QObject* sample = nullptr);
     ~QObjectType() override;

@@ -23,9 +23,9 @@ struct State
     QPointer<QWidget> section;
     QPointer<QCheckBox> box;
     QPointer<QLineEdit> search; // of the panel around it; may be null
-    QString key;                // empty until it is first needed
-    bool isOpen = true;         // as the user or the host wants it
-    bool isOpened = false;      // since, by the host or by clearing a search
+    QString key;                // empty until first needed
+    bool isOpen = true;         // as set by the user or the host
+    bool isOpened = false;      // since then, by the host or by clearing a search
     bool isDue = false;         // restored during a search
 };
 
@@ -61,7 +61,7 @@ QString escaped(QString name)
     return name;
 }
 
-// The section's form gives it this name if it has none.
+// The form sets this name if the section has none.
 QString nameOf(const QWidget* section)
 {
     const QString name = section->objectName();
@@ -92,7 +92,7 @@ struct SectionStates::Private
     QHash<QWidget*, State> states;
     QVector<QPointer<QLineEdit>> searches;
     QHash<QString, bool> read; // by restore()
-    QHash<QString, bool> gone; // of sections that have left
+    QHash<QString, bool> gone; // of removed sections
     bool isRestored = false;
     bool isQueued = false;
     bool isForwarding = false;
@@ -177,7 +177,7 @@ void SectionStates::setCtrlFoldsAll(bool on)
     d->ctrlFoldsAll = on;
 }
 
-// To the check box, everything that the left button does inside it happens on its indicator.
+// For the check box, everything that the left button does in the title line happens on its indicator.
 bool SectionStates::eventFilter(QObject* watched, QEvent* event)
 {
     const auto type = event->type();
@@ -219,7 +219,7 @@ void SectionStates::Private::enter(QWidget* widget)
                 [this, field = state.search.data()](const QString& text) { onSearchText(field, text); });
     }
     states.insert(widget, state);
-    // Queued, as the section has its name and title by then.
+    // Queued, as the section will have its name and title by then.
     if (!isQueued)
         QMetaObject::invokeMethod(
             q, [this] { takeInArrivals(); }, Qt::QueuedConnection);
@@ -253,7 +253,7 @@ void SectionStates::Private::updateKeys()
         QString path = escaped(nameOf(widget));
         for (QWidget* above = widget->parentWidget(); above && above != tree->root(); above = above->parentWidget())
         {
-            // Sections come before those inside them, so this one has its key.
+            // Outer sections come first, so this one has its key.
             const auto outer = states.constFind(above);
             if (outer != states.cend())
             {
@@ -311,7 +311,7 @@ void SectionStates::Private::setOpen(QWidget* section, bool open)
         return;
     state->isOpen = open;
     state->isOpened = state->isDue = false;
-    // At the end, as a slot of the host may change the states.
+    // Last, as a slot of the host may change the states.
     if (const QPointer<QCheckBox> box = state->box)
         box->setChecked(open);
 }
@@ -321,7 +321,7 @@ void SectionStates::Private::onToggled(QWidget* section, bool open)
     const auto state = states.find(section);
     if (state == states.end() || state->isDue)
         return;
-    // A search only opens sections. Whether this is the host, or the search being cleared, shows in onSearchText().
+    // A search only opens sections. onSearchText() finds out whether this was the host or the clearing of a search.
     if (!open)
         state->isOpen = state->isOpened = false;
     else if (!isSearched(*state))
@@ -345,7 +345,7 @@ void SectionStates::Private::onClicked(QWidget* section, bool open)
         setOpen(sibling, open);
 }
 
-// Comes after the sections have followed the text, as the panel's own connection is older.
+// Called after the sections have followed the text, as the panel's own connection is older.
 void SectionStates::Private::onSearchText(const QLineEdit* field, const QString& text)
 {
     QVector<QWidget*> due;
@@ -353,7 +353,7 @@ void SectionStates::Private::onSearchText(const QLineEdit* field, const QString&
     {
         if (state->search != field)
             continue;
-        // Opened while the field was empty: by the host before this search, or by clearing it just now.
+        // Opened while the field was empty: by the host before this search, or by clearing the field just now.
         if (state->isOpened && !text.isEmpty())
             state->isOpen = true;
         state->isOpened = false;

@@ -9,11 +9,11 @@
 
 namespace orvek::host
 {
-// A property that all objects of a selection have: its index in the type of each group.
+// A property that all objects of a selection share: its index in the type of each group.
 using SharedProperty = QVector<int>;
 
-// Objects of one or several types whose values are shown and changed together. Steps of undo keep the one they changed,
-// so it outlives what an inspector shows, and looks for its objects again before it writes to them. Private.
+// Objects of one or several types whose values are shown and changed together. Undo steps keep the selection they
+// changed, so it may outlive its display and must look for its objects again before it writes to them. Private.
 class Selection final
 {
 public:
@@ -27,34 +27,34 @@ public:
     {
         std::shared_ptr<Selection> selection;
         SharedProperty property;
-        QString path; // names it in Inspector::edited()
+        QString path; // the name given to Inspector::edited()
         QVector<QVariant> values;
     };
 
-    //! Groups of null pointers alone are left out.
+    //! Groups that contain only null pointers are omitted.
     Selection(const QVector<Inspector::Objects>& objects, const Keys& keys);
-    //! The elements of that index of a list.
+    //! The elements with that index in a list.
     Selection(std::shared_ptr<Selection> owner, SharedProperty list, int index);
 
     bool isEmpty() const { return m_groups.empty(); }
-    //! Of the groups, in their order.
+    //! The types of the groups, in their order.
     QVector<const ObjectType*> types() const;
-    //! All objects; those that own the elements if it has elements of a list.
+    //! All objects; for elements of a list, the objects that own them.
     QVector<void*> roots() const;
-    //! The properties of the first type that all others have too, with the same name and kind.
+    //! The properties of the first type that all the others have too, with the same name and kind.
     QVector<SharedProperty> shared() const;
     const Property& description(const SharedProperty& property) const;
     QString sectionTitle(const SharedProperty& property) const;
 
-    //! Finds the objects again: the elements of a list, those that are known by keys, those that are destroyed.
+    //! Finds the objects again: elements of a list, objects known by keys, destroyed objects.
     void resolve();
-    //! Whether some are not there any more, and what is left.
+    //! Whether some objects no longer exist, and those that do.
     bool hasGaps() const { return m_hasGaps; }
     QVector<Inspector::Objects> remaining() const;
-    //! Of the first object.
+    //! The value of the first object.
     QVariant first(const SharedProperty& property) const;
     unsigned differences(const SharedProperty& property) const;
-    //! Calls visit(type, index, object) for each object that is there until it returns false.
+    //! Calls visit(type, index, object) for each existing object until it returns false.
     template <typename Visit>
     void forEach(const SharedProperty& property, Visit visit) const
     {
@@ -63,7 +63,7 @@ public:
                 if (object && !visit(*m_groups[i].type, property[int(i)], object))
                     return;
     }
-    //! One for each type.
+    //! Calls visit for each type.
     template <typename Visit>
     void forEachDescription(const SharedProperty& property, Visit visit) const
     {
@@ -74,22 +74,22 @@ public:
     void write(const SharedProperty& property, const QVector<QVariant>& values) const;
     //! The length of the shortest list.
     int count(const SharedProperty& list) const;
-    //! The objects behind them that are QObjects; null for the others.
+    //! The objects as QObjects; null for those that are not.
     QVector<QObject*> notifiers() const;
 
 private:
     struct Group
     {
         std::shared_ptr<const ObjectType> type;
-        QVector<void*> objects;            // null for those that are not there any more
-        QVector<QPointer<QObject>> guards; // of the objects if they are QObjects, otherwise empty
-        QVariantList keys;                 // of the objects if the host has given some, otherwise empty
+        QVector<void*> objects;            // null for those that no longer exist
+        QVector<QPointer<QObject>> guards; // for objects that are QObjects, otherwise empty
+        QVariantList keys;                 // if the host has given keys, otherwise empty
     };
 
     std::vector<Group> m_groups;
     bool m_hasGaps = false;
     Keys m_keys;
-    // Of elements only:
+    // For elements only:
     std::shared_ptr<Selection> m_owner;
     SharedProperty m_list;
     int m_index = 0;

@@ -24,8 +24,8 @@ namespace orvek::host
 {
 namespace
 {
-// Milliseconds. X11 repeats a key as a release and a press of one time, and Qt hides the pair only if it has read both.
-// So the release of a key that was held for long enough to repeat waits for a press.
+// Milliseconds. X11 repeats a key as a release and a press with the same time, and Qt hides the pair only if it has
+// read both. So the release of a key held long enough to repeat waits for a press.
 constexpr quint64 shortestDelay = 100;
 constexpr int releaseWait = 10;
 
@@ -35,13 +35,13 @@ bool isTab(const QKeyEvent* event)
            !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
 }
 
-// Milliseconds. Rounded up, so that there are never more frames than refreshes.
+// Milliseconds, rounded up so that there are never more frames than refreshes.
 int frameInterval(const QWidget* view)
 {
     const QWindow* window = view->window()->windowHandle();
     const QScreen* screen = window ? window->screen() : QGuiApplication::primaryScreen();
     const qreal rate = screen ? screen->refreshRate() : 0.0;
-    constexpr qreal usual = 60.0; // where the platform does not know
+    constexpr qreal usual = 60.0; // if the platform does not know
     return qMax(1, qCeil(1000.0 / (rate >= 1.0 ? rate : usual)));
 }
 } // namespace
@@ -55,7 +55,7 @@ struct ViewInput::Private final : BaseMouseHandler
         lateRelease.setInterval(releaseWait);
         connect(&lateRelease, &QTimer::timeout, q, [this] { flush(); });
     }
-    // Null from the moment its destructor has run, which is before Qt clears the pointer.
+    // Null as soon as its destructor has run, which is before Qt clears the pointer.
     QRenderWidget* view() const { return qobject_cast<QRenderWidget*>(object); }
 
     void MouseDown(int button, int x, int y) override
@@ -121,21 +121,21 @@ struct ViewInput::Private final : BaseMouseHandler
     QPoint position;      // of the pointer, in device pixels
     struct Key
     {
-        uint code;     // as it went to the handler
+        uint code;     // as sent to the handler
         quint64 since; // time of the press in milliseconds
     };
-    QHash<quint32, Key> keys; // held, by what tells physical keys apart
-    quint32 keyIdentity = 0;  // of the key event that the view handles
+    QHash<quint32, Key> keys; // held, by what distinguishes physical keys
+    quint32 keyIdentity = 0;  // of the key event that the view is handling
     quint64 keyTime = 0;
     bool keyRepeats = false;
     QTimer lateRelease;
-    bool isLate = false; // whether lateKey has still to be released
+    bool isLate = false; // whether lateKey still has to be released
     quint32 lateKey = 0;
     quint64 lateTime = 0;
-    bool hasWindow = true;                // false from the loss of the native window to the next one
+    bool hasWindow = true;                // false between the loss of the native window and the next one
     QTimer* timer = nullptr;              // a child of q; null unless updating continuously
-    QVector<QPointer<QWidget>> ancestors; // up to the top level; their events are filtered besides the view's
-    std::unique_ptr<QWindow> lot;         // never shown; holds the windows below for the moment of a show
+    QVector<QPointer<QWidget>> ancestors; // up to the top level; their events are filtered like the view's
+    std::unique_ptr<QWindow> lot;         // never shown; holds the native windows during a show
     QVector<QPointer<QWindow>> parked;
 };
 
@@ -164,7 +164,7 @@ void ViewInput::Private::KeyboardInput(unsigned int key, bool pressed, int reser
         }
         const Key known = keys.take(keyIdentity);
         if (releasesHeld)
-            key = known.code; // with Shift pressed since, the platform has another code for it
+            key = known.code; // if Shift was pressed since, the platform reports another code
     }
     else if (releasesHeld)
         return;
@@ -188,7 +188,7 @@ void ViewInput::Private::release()
 {
     isLate = false;
     lateRelease.stop();
-    // The handler may open a dialog, which comes here again.
+    // The handler may open a dialog, which calls this function again.
     const QVector<int> oldButtons = std::exchange(buttons, {});
     const QHash<quint32, Key> oldKeys = std::exchange(keys, {});
     for (int button : oldButtons)
@@ -221,8 +221,8 @@ void ViewInput::Private::follow()
     }
 }
 
-// X11 cannot change some flags of a window that exists, so Qt makes another one when it is shown again. All native
-// windows in the old one are destroyed with it, and Qt does not notice. So they lie elsewhere for that moment.
+// X11 cannot change some flags of an existing window, so Qt creates another one when it is shown again. All native
+// windows in the old one are destroyed with it, unnoticed by Qt. So they are moved out for that moment.
 void ViewInput::Private::park()
 {
     const QWindow* window = view()->window()->windowHandle();
@@ -251,19 +251,19 @@ void ViewInput::Private::unpark()
     lot.reset();
 }
 
-// For a window that is there without being on the screen. The widget itself stays where it is in its parent.
+// For a window that exists but is not on the screen. The widget itself keeps its place in its parent.
 void ViewInput::Private::remake()
 {
     if (!keepsWindow || !view() || !view()->isVisible())
         return;
-    view()->winId(); // creates a window where there is none any more
-    // A top level of its own is replaced as described above, and its widget keeps the handle of the old one.
+    view()->winId(); // creates a window if there is none
+    // A top-level view's own window is replaced as described above, and its widget keeps the old handle.
     const bool isStale = view()->isWindow() && view()->windowHandle()->winId() != view()->internalWinId();
     if (!isStale && view()->windowHandle()->isVisible())
         return;
     const bool hadFocus = view()->hasFocus();
     view()->windowHandle()->destroy();
-    view()->hide(); // it is hidden, but Qt 6 would not show it again otherwise
+    view()->hide(); // already hidden, but Qt 6 would not show it again otherwise
     view()->show();
     if (hadFocus)
         view()->setFocus();
@@ -284,8 +284,8 @@ void ViewInput::Private::registerWindow()
         return;
     if (manager)
     {
-        // The view reads its handle again only at a new size. Without a manager, shutdown() does no more than to
-        // forget the last one.
+        // The view reads its handle again only when its size changes. Without a manager, shutdown() only forgets the
+        // last size.
         view()->shutdown();
         QResizeEvent resize(view()->size(), view()->size());
         QCoreApplication::sendEvent(view(), &resize);
@@ -294,7 +294,7 @@ void ViewInput::Private::registerWindow()
     Q_EMIT q->windowReplaced();
 }
 
-// True if the view must not see the event.
+// Returns true if the view must not receive the event.
 bool ViewInput::Private::filterView(QEvent* event)
 {
     switch (event->type())
@@ -325,7 +325,7 @@ bool ViewInput::Private::filterView(QEvent* event)
         return true;
     }
     case QEvent::Show:
-        // Once the windows are on the screen.
+        // Later, once the windows are on the screen.
         QMetaObject::invokeMethod(
             q, [this] { remake(); }, Qt::QueuedConnection);
         Q_FALLTHROUGH();
@@ -448,10 +448,10 @@ void ViewInput::setContinuousUpdate(bool continuous)
     connect(d->timer, &QTimer::timeout, this,
             [this]
             {
-                // Started again by what the view receives when it comes back.
+                // Started again by events that the view receives when it returns.
                 if (!isSeen())
                     return d->timer->stop();
-                const int interval = frameInterval(d->view()); // the window may have come to another screen
+                const int interval = frameInterval(d->view()); // the window may have moved to another screen
                 if (interval != d->timer->interval())
                     d->timer->setInterval(interval);
                 d->view()->Update();
@@ -463,7 +463,7 @@ bool ViewInput::isSeen() const
 {
     if (!d->view() || !d->view()->isVisible() || d->view()->window()->isMinimized())
         return false;
-    // A window within another one is not told that the outer one has left the screen.
+    // A nested window is not notified when the outer one leaves the screen.
     for (const QWindow* window : {d->view()->windowHandle(), d->view()->window()->windowHandle()})
         if (!window || !window->isExposed())
             return false;
