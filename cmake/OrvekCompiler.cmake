@@ -1,22 +1,22 @@
-# Settings that all targets of this project share, and no host that adds the project to its own build.
+# Settings for all targets of this project, but not for a host that adds the project to its own build.
 add_library(OrvekCompiler INTERFACE)
 target_compile_definitions(OrvekCompiler INTERFACE
     QT_NO_FOREACH
     QT_DEPRECATED_WARNINGS
     QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
-# What a file that looks for libraries calls its own folder.
+# The loader's name for the folder of the file that it loads.
 set(ORVEK_ORIGIN "$ORIGIN")
 if(APPLE)
     set(ORVEK_ORIGIN "@loader_path")
 endif()
-# The libraries cast dynamically, in the build of a host that does without, too.
+# The libraries use dynamic casts, even in the build of a host without RTTI.
 set(ORVEK_WITH_RTTI -frtti)
 if(MSVC)
     set(ORVEK_WITH_RTTI /GR)
     target_compile_options(OrvekCompiler INTERFACE /utf-8)
 else()
     target_compile_options(OrvekCompiler INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
-    # Qt's own macros of tests take no further argument.
+    # Macros of Qt Test are called without variadic arguments.
     if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
         target_compile_options(OrvekCompiler INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
     endif()

@@ -1,13 +1,14 @@
-# What `cmake --install` and `cpack` take: the component Runtime has what a finished program or Qt Designer needs,
-# Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files are
-# relative, so the prefix can be moved. ORVEK_SUFFIX keeps all names apart from those of an installation for the other Qt.
+# What `cmake --install` and `cpack` install: the component Runtime has everything for finished programs and Qt
+# Designer, Development the rest, and SceneEditor the example of that name, if it is built. All paths in installed files
+# are relative, so the prefix can be moved. ORVEK_SUFFIX keeps all names different from those of an installation for the
+# other Qt.
 include(CMakePackageConfigHelpers)
 
 include(GNUInstallDirs)
 if(CMAKE_INSTALL_DOCDIR STREQUAL "${CMAKE_INSTALL_DATAROOTDIR}/doc/${PROJECT_NAME}")
     set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/orvekqtwidgets${ORVEK_SUFFIX})
 endif()
-# The headers that uic writes differ. Those for Qt 5 lie where they always did.
+# The headers that uic writes differ. Those for Qt 5 stay in the usual place.
 set(_include ${CMAKE_INSTALL_INCLUDEDIR})
 if(ORVEK_SUFFIX)
     set(_include ${CMAKE_INSTALL_INCLUDEDIR}/orvekqtwidgets${ORVEK_SUFFIX})
@@ -15,7 +16,7 @@ endif()
 set(ORVEK_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt${ORVEK_QT_VERSION}/plugins CACHE PATH
     "What goes into QT_PLUGIN_PATH, relative to the prefix; the link for Qt Designer comes into designer/ below it")
 
-# Private headers reach an installed tree only by mistake: the targets name the public ones.
+# Private headers must not be installed: the targets list the public ones.
 set(_libraries OrvekQtWidgets)
 set(_headers_of_OrvekQtWidgets Orvek/PlugIns/Qt/OrvekQtWidgets)
 if(TARGET OrvekQtHost)
@@ -36,8 +37,8 @@ install(DIRECTORY Orvek/Base Orvek/CrossPlatform
 if(WIN32)
     install(FILES $<TARGET_FILE:OrvekQtWidgets> DESTINATION ${ORVEK_PLUGIN_DIR}/designer COMPONENT Runtime)
 else()
-    # It leads to the name that carries the major version, as the bare one comes with the development files. Nothing else
-    # may lie in that folder: Designer loads every library that it finds there.
+    # A link to the name with the major version, as the plain name comes with the development files. Nothing else may be
+    # in that folder: Designer loads every library that it finds there.
     set(_prefix ${CMAKE_SHARED_LIBRARY_PREFIX}OrvekQtWidgets${ORVEK_SUFFIX})
     if(APPLE)
         set(_soname ${_prefix}.${PROJECT_VERSION_MAJOR}${CMAKE_SHARED_LIBRARY_SUFFIX})
@@ -52,8 +53,8 @@ else()
     install(FILES ${_link} DESTINATION ${ORVEK_PLUGIN_DIR}/designer COMPONENT Runtime)
 endif()
 
-# Documentation and translations, as far as this build has them. The pages come from the target docs; the pictures lie
-# where README.md looks for them, and so does what it links to.
+# Documentation and translations, if this build has them. The pages come from the target docs; pictures and linked files
+# are where README.md expects them.
 install(FILES CHANGELOG.md CONTRIBUTING.md README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL)
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Development)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
@@ -61,7 +62,7 @@ install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${ORVEK_SHARE}/translations
     COMPONENT Runtime OPTIONAL FILES_MATCHING PATTERN orvekqtwidgets_*.qm PATTERN orvekqthost_*.qm)
 
-# find_package(OrvekQtWidgets), or OrvekQtWidgets6 for Qt 6. The targets are named alike.
+# find_package(OrvekQtWidgets), or OrvekQtWidgets6 for Qt 6. The targets have the same names.
 set(_package OrvekQtWidgets${ORVEK_SUFFIX})
 set(_config ${CMAKE_INSTALL_LIBDIR}/cmake/${_package})
 set_target_properties(${_libraries} PROPERTIES ORVEK_QT_VERSION ${ORVEK_QT_VERSION} EXPORT_PROPERTIES ORVEK_QT_VERSION)
@@ -85,7 +86,7 @@ foreach(_library IN LISTS _libraries)
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 endforeach()
 
-# A host packs itself.
+# A host does its own packaging.
 if(_orvek_is_top)
     include(cmake/OrvekPackage.cmake)
 endif()

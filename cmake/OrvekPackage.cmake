@@ -1,6 +1,6 @@
-# `cpack -G DEB` makes liborvekqtwidgets1 to run programs and to have the widgets in Qt Designer, liborvekqtwidgets-dev to
-# build with and, where the examples are built, orvek-scene-editor; for Qt 6 liborvekqtwidgets6-1, liborvekqtwidgets6-dev
-# and orvek-scene-editor-qt6. `cpack -G TGZ` makes one archive.
+# `cpack -G DEB` makes liborvekqtwidgets1, for programs and Qt Designer, liborvekqtwidgets-dev for building with it and,
+# if the examples are built, orvek-scene-editor; for Qt 6 liborvekqtwidgets6-1, liborvekqtwidgets6-dev and
+# orvek-scene-editor-qt6. `cpack -G TGZ` makes one archive.
 set(CPACK_PACKAGE_NAME orvekqtwidgets${ORVEK_SUFFIX})
 set(CPACK_PACKAGE_VENDOR "OrvekQtWidgets maintainers")
 set(CPACK_PACKAGE_CONTACT "OrvekQtWidgets maintainers <maintainers@users.noreply.c-seed-7e902a63.example>")
@@ -25,7 +25,7 @@ set(_components Runtime Development)
 if(ORVEK_BUILD_EXAMPLES)
     list(APPEND _components SceneEditor)
 endif()
-# What Debian wants beside the documentation, and an ordinary installation does not need.
+# What Debian requires with the documentation; an ordinary installation does not need it.
 find_program(ORVEK_GZIP gzip)
 foreach(_component IN LISTS _components)
     if(_component STREQUAL Runtime)
@@ -52,7 +52,7 @@ file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "
 if(CPACK_GENERATOR STREQUAL \"DEB\")
     list(APPEND CPACK_COMPONENTS_ALL ${_debian_components})
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-    # Each package has a summary of its own.
+    # Each package has its own summary.
     set(CPACK_PACKAGE_DESCRIPTION_SUMMARY \"\")
 endif()
 ")
@@ -64,7 +64,7 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
-# Whatever the umask of who builds.
+# Independent of the umask of the build.
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -80,11 +80,11 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS ${_qt_designer})
 set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_NAME ${_editor})
 set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_RECOMMENDS ${_qt_translations})
-# The library of the other package is found here, where dpkg does not know to which package it belongs.
+# The other package's library is found here; dpkg does not know which package it belongs to.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_SCENEEDITOR_PACKAGE_DEPENDS "${_runtime} (= ${PROJECT_VERSION}-1)")
 
-# Without it the linker would not see the library before the next package that has one.
+# Without the trigger the linker would not see the library until the next package with one.
 file(WRITE ${PROJECT_BINARY_DIR}/installed/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/installed/triggers)
 

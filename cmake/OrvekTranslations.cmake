@@ -4,10 +4,10 @@ find_package(${ORVEK_QT} ${ORVEK_QT_MINIMUM} QUIET COMPONENTS LinguistTools)
 if(${ORVEK_QT}LinguistTools_FOUND)
     file(GLOB _sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/translations/*.ts)
     set_source_files_properties(${_sources} PROPERTIES OUTPUT_LOCATION ${PROJECT_BINARY_DIR}/translations)
-    # Unfinished texts stay out rather than empty.
+    # Unfinished texts are left out, or they would be empty.
     qt_add_translation(_compiled ${_sources} OPTIONS -nounfinished -silent)
     add_custom_target(orvek_translations ALL DEPENDS ${_compiled})
-    # Where programs of a build with several configurations look.
+    # Where programs look in a build with several configurations.
     foreach(_output IN LISTS ORVEK_OUTPUTS)
         if(NOT _output STREQUAL PROJECT_BINARY_DIR AND NOT WIN32)
             file(MAKE_DIRECTORY ${_output})
@@ -15,7 +15,7 @@ if(${ORVEK_QT}LinguistTools_FOUND)
         endif()
     endforeach()
 
-    # For who changed a text: takes it over into the .ts files, to be translated there.
+    # After a text has changed: updates the .ts files, to be translated there.
     set(_update ${CMAKE_COMMAND} -DLUPDATE=$<TARGET_FILE:${ORVEK_QT}::lupdate> -DSOURCE=${PROJECT_SOURCE_DIR}
         -P ${PROJECT_SOURCE_DIR}/cmake/UpdateTranslations.cmake)
     add_custom_target(orvek_update_translations COMMAND ${_update} VERBATIM)

@@ -1,5 +1,5 @@
-# Brings the .ts files up to date with the texts in the sources. SOURCE is the project; with CHECK, a folder, copies are
-# made there and compared instead: fails when a text is new, gone or not translated.
+# Brings the .ts files up to date with the texts in the sources. SOURCE is the project. With CHECK, a folder, it updates
+# copies in there and compares instead: it fails if a text is new, removed or not translated.
 set(_folders "orvekqtwidgets=Orvek/PlugIns" "orvekqthost=Orvek/Host" "sceneeditor=examples/SceneEditor")
 foreach(_entry IN LISTS _folders)
     string(REGEX MATCH "^([^=]+)=(.+)$" _match ${_entry})
@@ -9,7 +9,7 @@ foreach(_entry IN LISTS _folders)
     if(NOT _files)
         message(FATAL_ERROR "${_name} has no translation")
     endif()
-    # lupdate passes over a text that is not written where it is translated, without a word.
+    # lupdate silently skips a text that is not a literal at the place of translation.
     file(GLOB_RECURSE _sources ${SOURCE}/${_folder}/*.cpp ${SOURCE}/${_folder}/*.h)
     foreach(_source IN LISTS _sources)
         file(READ ${_source} _text)
@@ -25,13 +25,13 @@ foreach(_entry IN LISTS _folders)
             set(_ts ${CHECK}/${_base})
             configure_file(${_file} ${_ts} COPYONLY)
         endif()
-        # No places in the sources: each change of a line would be one of the .ts files too.
+        # Without line numbers: otherwise each moved line would change the .ts files.
         execute_process(COMMAND ${LUPDATE} -locations none -no-obsolete -I ${SOURCE} ${SOURCE}/${_folder} -ts ${_ts}
             RESULT_VARIABLE _failed OUTPUT_VARIABLE _output ERROR_VARIABLE _warnings)
         if(_failed)
             message(FATAL_ERROR "${_output}${_warnings}")
         endif()
-        # A text that lupdate cannot give a context stays English for ever.
+        # A text without a context for lupdate would never be translated.
         if(_warnings MATCHES "tr\\(\\) cannot be called without context|Qualifying with unknown")
             message(SEND_ERROR "${_warnings}")
         endif()
@@ -43,7 +43,7 @@ foreach(_entry IN LISTS _folders)
                 string(REPLACE ";" "\n  " _texts "${_texts}")
                 message(SEND_ERROR "${_base}: not translated:\n  ${_texts}")
             elseif(NOT _before STREQUAL _after)
-                message(SEND_ERROR "${_base} has texts that are gone from the sources: build orvek_update_translations")
+                message(SEND_ERROR "${_base} has texts that are no longer in the sources: build orvek_update_translations")
             endif()
         endif()
     endforeach()
