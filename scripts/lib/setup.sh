@@ -3,19 +3,19 @@
 # Shared by the scripts of this folder; source it. Moves to the repository's root.
 set -euo pipefail
 
-# --help prints the comment at the head of the script, before anything is built; the demo has one from its program.
+# --help prints the comment at the head of the script, before anything is built; the demo's program prints its own.
 if [[ ${1:-} =~ ^(-h|--help)$ && ${0##*/} != demo ]]; then
     sed -n -e '1d' -e '/^# shellcheck/d' -e '/^#/!q' -e 's/^# //p' "$0"
     exit
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-# --qt6 comes first, in the scripts that say takes_qt6=yes. Qt 6 has presets, and so folders, of its own: release-qt6.
+# --qt6 comes first, in scripts that set takes_qt6=yes. Qt 6 has its own presets, and so its own folders: release-qt6.
 qt_packages=(qtbase5-dev qttools5-dev qttools5-dev-tools)
 qt_version=5
 qt_suffix=
 if [ "${1:-}" = --qt6 ]; then
-    [ "${takes_qt6:-}" = yes ] || { printf '%s: works with Qt 5 alone\n' "${0##*/}" >&2; exit 2; }
+    [ "${takes_qt6:-}" = yes ] || { printf '%s: works with Qt 5 only\n' "${0##*/}" >&2; exit 2; }
     qt_packages=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6opengl6-dev)
     qt_version=6
     qt_suffix=-qt6
@@ -23,20 +23,20 @@ if [ "${1:-}" = --qt6 ]; then
 fi
 build_packages=(cmake ninja-build g++ "${qt_packages[@]}" libassimp-dev libtinyobjloader-dev libmuparser-dev
     zlib1g-dev libgl-dev libegl-dev libgl1-mesa-dri fonts-dejavu-core)
-# Of the examples of engines, which are left out where these are missing. The drivers are for machines without a GPU.
+# For the examples with engines, which are left out if these are missing. The drivers are for machines without a GPU.
 vulkan_packages=(libvulkan-dev libxcb1-dev glslang-tools mesa-vulkan-drivers)
 ogre_packages=(libogre-1.12-dev libxcb1-dev)
 x_server_packages=(xvfb xauth)
-# What reads the widgets as a screen reader does, in a test.
+# Reads the widgets like a screen reader, in a test.
 accessibility_packages=(at-spi2-core python3-pyatspi dbus-daemon)
-# QDoc reads C++ with clang's library and needs its headers, which it does not bring.
+# QDoc reads C++ with clang's library and needs its headers, which that package does not include.
 doc_packages=(qdoc-qt5 libclang-common-14-dev python3)
 
 say() { printf '\033[1m== %s\033[0m\n' "$*" >&2; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
-# need_packages PACKAGE...: installs the Debian packages that are missing. On a system without apt it only says what the
-# packages are called on Debian, and stops when the build could not start.
+# need_packages PACKAGE...: installs the Debian packages that are missing. On a system without apt it only names the
+# Debian packages, and stops if the build could not even start.
 need_packages() {
     local missing=() package
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
@@ -57,20 +57,20 @@ need_packages() {
         root=(sudo)
     fi
     say "Installing ${missing[*]}"
-    # The package lists of a fresh machine are empty, and those of an old one name packages that are gone.
+    # The package lists of a fresh machine are empty, and those of an old one name packages that no longer exist.
     "${root[@]}" apt-get -qq update </dev/null >&2 || say "The package lists could not be refreshed; trying with the old ones"
     "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y -qq install --no-install-recommends "${missing[@]}" \
         </dev/null >/dev/null || fail "could not install: ${missing[*]}"
 }
 
-# configure_and_build PRESET [TARGET...]: builds in build/PRESET$qt_suffix, everything without targets. Says little unless
-# it fails.
+# configure_and_build PRESET [TARGET...]: builds in build/PRESET$qt_suffix; without targets, everything. Says little
+# unless it fails.
 configure_and_build() {
     local preset=$1$qt_suffix
     shift
     local targets=()
     [ $# -eq 0 ] || targets=(--target "$@")
-    # Each time, as tools may have come that were not there before, and with them tests; it takes a moment.
+    # Every time, as new tools may have been installed, and with them tests; it takes a moment.
     say "Configuring build/$preset"
     mkdir -p build
     cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
@@ -78,7 +78,7 @@ configure_and_build() {
     cmake --build "build/$preset" "${targets[@]}" >&2
 }
 
-# with_display COMMAND...: runs it on the display there is, or on a virtual X server that lives as long as the command.
+# with_display COMMAND...: runs it on the current display, or on a virtual X server that lives as long as the command.
 with_display() {
     if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
         "$@"
