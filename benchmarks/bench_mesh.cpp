@@ -1,5 +1,5 @@
-// A sphere of a million triangles as OBJ without normals: what the scene editor takes to have it in memory, with what
-// the process that reads takes, beside the libraries alone in one process.
+// Loading a sphere of a million triangles from an OBJ without normals: the scene editor's time, including its reader
+// process, beside the libraries alone in one process.
 #include <examples/SceneEditor/document/MeshLoader.h>
 
 #include <QtCore/QCoreApplication>
@@ -56,7 +56,7 @@ QString sphere()
     return file->fileName();
 }
 
-// Processor time so far in seconds, with that of processes that have ended.
+// Processor time so far in seconds, including that of processes that have ended.
 double processorTime()
 {
     double seconds = 0.0;

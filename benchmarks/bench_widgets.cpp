@@ -33,8 +33,8 @@ std::size_t allocationCount = 0;
 bool countAllocations = false;
 } // namespace
 
-// Qt allocates through both; the C library's own functions cannot be replaced here, so events and strings made with new
-// are what is counted.
+// Qt allocates through both new and malloc(). The C library's own functions cannot be replaced here, so only events and
+// strings made with new are counted.
 void* operator new(std::size_t size)
 {
     if (countAllocations)
@@ -54,14 +54,14 @@ void operator delete(void* memory, std::size_t) noexcept
 
 namespace
 {
-// Types a word letter by letter and deletes it again; Worst takes the two keystrokes that change most alone.
+// Types a word letter by letter and deletes it again; Worst measures the two keystrokes that change most.
 enum class Keys
 {
     All,
     Worst
 };
 
-// The sheets and colours that a dark tool has for the whole application, while it lives.
+// The style sheets and colours of a dark tool, for the whole application, as long as this object lives.
 struct Look
 {
     explicit Look(bool dark)
@@ -102,7 +102,7 @@ void typeWord(benchmark::State& state, Keys keys, Act act)
     state.SetItemsProcessed(state.iterations() * texts.size());
 }
 
-// Arguments: how many editors, and how many of them in a section.
+// Arguments: the number of editors, and how many are in a section.
 PanelTree treeOf(const benchmark::State& state)
 {
     return PanelTree(int(state.range(0)), int(state.range(1)));
@@ -170,7 +170,7 @@ std::vector<std::unique_ptr<Row>> makeRows()
     return rows;
 }
 
-// A host that sets all values each frame, once with new ones and once with those that are there.
+// A host that sets all values in each frame, either with new values or with the current ones.
 void pushOurs(benchmark::State& state, bool changing)
 {
     const auto rows = makeRows<QSliderEdit>();
@@ -250,7 +250,7 @@ void destroy(benchmark::State& state)
     {
         state.PauseTiming();
         auto rows = makeRows<Row>();
-        paint(); // or each editor would be looked for among the events that wait
+        paint(); // otherwise each editor would be searched for in the pending events
         state.ResumeTiming();
         rows.clear();
     }
@@ -285,7 +285,7 @@ BENCHMARK_TEMPLATE(destroy, BareRow)->Name("destroyFloor")->Unit(benchmark::kMil
 BENCHMARK_TEMPLATE(buildAndShow, QSliderEdit)->Name("showOurs")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(buildAndShow, BareRow)->Name("showFloor")->Unit(benchmark::kMillisecond);
 
-// The same panel with everything of the host library, and bare.
+// The same panel, with everything in the host library or without it.
 struct HostedTree
 {
     explicit HostedTree(bool hosted) : tree(PushedRows, 20, false)
@@ -332,7 +332,7 @@ void hostBuild(benchmark::State& state, bool hosted)
     state.SetItemsProcessed(state.iterations());
 }
 
-// Nothing happens: what is left running shows.
+// Nothing happens, so this shows what keeps running.
 void hostIdle(benchmark::State& state, bool hosted)
 {
     HostedTree hostedTree(hosted);
@@ -350,7 +350,7 @@ BENCHMARK_CAPTURE(hostBuild, bare, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(hostIdle, hosted, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(hostIdle, bare, false)->Unit(benchmark::kMillisecond);
 
-// A tenth of the values of an object, and what is equal of them in a selection.
+// A tenth of an object's values, to find which are equal in a selection.
 struct Values
 {
     float a = 0.1F;
@@ -405,7 +405,7 @@ std::shared_ptr<const orvek::host::ObjectType> selectedType()
     return object.type();
 }
 
-// All are equal, so that nothing can be left out.
+// All are equal, so that nothing can be skipped.
 void compareOurs(benchmark::State& state)
 {
     const auto type = selectedType();
@@ -460,7 +460,7 @@ void compareFloor(benchmark::State& state)
 BENCHMARK(compareOurs)->Unit(benchmark::kMillisecond);
 BENCHMARK(compareFloor)->Unit(benchmark::kMillisecond);
 
-// Another selection of as many objects with other values in an inspector that shows one already.
+// Selects other objects, as many, with different values, in an inspector that already shows some.
 void inspectorSelect(benchmark::State& state)
 {
     QPropertyPanel panel;
@@ -487,7 +487,7 @@ void inspectorSelect(benchmark::State& state)
 
 BENCHMARK(inspectorSelect)->Unit(benchmark::kMillisecond);
 
-// As many numbers as one likes, in sections of 50.
+// Any count of numbers, in sections of 50.
 class Numbers final : public orvek::host::ObjectType
 {
 public:
@@ -533,7 +533,7 @@ struct InspectorTree
     orvek::host::Inspector inspector{&panel, &stack};
 };
 
-// Built and shown with closed sections, and with all of its rows.
+// Builds and shows it, either with closed sections or with all of its rows.
 void inspectorBuild(benchmark::State& state, bool open)
 {
     const int count = int(state.range(0));
@@ -555,7 +555,7 @@ void numbers(benchmark::internal::Benchmark* build)
 BENCHMARK_CAPTURE(inspectorBuild, closed, false)->Apply(numbers);
 BENCHMARK_CAPTURE(inspectorBuild, all, true)->Apply(numbers);
 
-// One of the sections is opened for the first time; beside it the panel of a host that has built that section alone.
+// Opens a section for the first time, beside a host's panel that builds only that section.
 void inspectorOpen(benchmark::State& state)
 {
     const int count = int(state.range(0));
@@ -626,7 +626,7 @@ public:
     int moves = 0;
 };
 
-// What the render widget is beside Qt's part: native, painted on screen, with an empty paint event.
+// The Qt part of the render widget: native, painted on screen, with an empty paint event.
 class BareView : public QWidget
 {
 public:

@@ -1,5 +1,5 @@
-// Does one piece of work a fixed number of times in a function of known name, for scripts/bench to count its
-// instructions: they vary by a thousandth from run to run, where times vary by tenths.
+// Does one piece of work a fixed number of times in a function of known name, so that scripts/bench can count its
+// instructions: they vary by a thousandth from run to run, times by tenths.
 
 #include "workloads.h"
 
@@ -47,7 +47,7 @@ void enter(PanelTree& tree, const QString& text, bool bare)
     {
         tree.search->setText(text);
     }
-    // Timers would come in at random: what the event loop has been sent is enough.
+    // Timers would fire at random; sending the posted events is enough.
     settle([] { QCoreApplication::sendPostedEvents(); });
 }
 
@@ -65,7 +65,7 @@ void typeAndDeleteLetter(PanelTree& tree, bool bare)
 }
 } // namespace
 
-// Counted by its name; see scripts/bench.
+// callgrind counts the instructions in this function, by its name.
 template <typename Work>
 [[gnu::noinline]] void counted(Work work)
 {
@@ -78,7 +78,7 @@ int main(int argc, char** argv)
     if (argc != 2 || !std::freopen("/dev/null", "w", stdout))
         return 1;
     QApplication application(argc, argv);
-    // The same glyphs wherever it runs.
+    // The same glyphs on every machine.
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     const QByteArray work = argv[1];
     const bool floor = work.endsWith("-floor");

@@ -2,13 +2,13 @@
 """Runs the benchmarks and prints what the widgets cost beside straight code.
 
   report.py BIN            times and instructions, as a table
-  report.py BIN --check    instructions alone, held against the stored ones; exit 1 when one has crept up
-  report.py BIN --store    stores them anew, in instructions.json or, where BIN was built with Qt 6, instructions-qt6.json
-  report.py BIN --page     times and instructions, into the page of the documentation, too
+  report.py BIN --check    instructions only, compared with the stored ones; exit 1 if one has crept up
+  report.py BIN --store    stores new ones, in instructions.json or, if BIN was built with Qt 6, instructions-qt6.json
+  report.py BIN --page     times and instructions, also written into the documentation
 
 BIN is the folder of the built programs. Times are medians of interleaved repetitions, in processor time. Instructions
-are counted by callgrind; only their ratio to straight code in the same run is stored, as other machines and libraries
-count others.
+are counted by callgrind; only their ratio to straight code in the same run is stored, as counts differ
+between machines and libraries.
 """
 
 import datetime
@@ -69,7 +69,7 @@ TIMED = [
 
 
 def run_times(programs):
-    """Medians in milliseconds an item, by name; the heap counter in bytes."""
+    """Medians in milliseconds per item, by name; the heap counter in bytes."""
     values = {}
     # The largest trees take too long for many repetitions.
     for program, which, repetitions, least in [("bench_widgets", "-.*/10000/", 7, 0.2),
@@ -90,7 +90,7 @@ def run_times(programs):
 
 
 def count(programs, work):
-    # Hash tables of equal order and no theme of the desktop's, or the counts would differ from run to run.
+    # A fixed hash order and no desktop theme, or the counts would differ from run to run.
     environment = {"PATH": os.environ["PATH"], "QT_HASH_SEED": "0", "LC_ALL": "C.UTF-8",
                    "HOME": os.environ.get("HOME", "/")}
     result = subprocess.run(
@@ -119,7 +119,7 @@ def check(programs):
     for work in COUNTED:
         bar = bars[work] * (1 + TOLERANCE)
         ratio = ratio_of(programs, work)
-        # The heap tidies itself up at times, which is a hundredth of a push. What has crept up is too much each time.
+        # The heap tidies up now and then, which costs a hundredth of a push. A real increase shows every time.
         for _ in range(2):
             if ratio > bar:
                 ratio = min(ratio, ratio_of(programs, work))
@@ -134,7 +134,7 @@ def number(value):
 
 
 def measure(programs):
-    """A line that names the machine, and the tables: rows of cells, the first with the headings."""
+    """A line that names the machine, and the tables: rows of cells, the first one with headings."""
     times = run_times(programs)
     processor = re.search(r"model name\s*: (.*)", Path("/proc/cpuinfo").read_text(encoding="utf-8"))
     where = (f"{datetime.date.today()}, {processor.group(1) if processor else platform.machine()}, "

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the benchmarks measure: the trees and rows, and the same Qt children put together by straight code.
+// What the benchmarks measure: trees and rows of the widgets, and the same Qt children assembled by straight code.
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
@@ -32,8 +32,8 @@ inline QString titleOf(int i)
     return QStringLiteral("%1 %2").arg(QLatin1String(words[(i * 7 + i / count) % count])).arg(i);
 }
 
-// A new size goes up through the layouts and the scroll area in more than one round of the event loop; only then is
-// everything where it belongs, and painted.
+// A new size passes up through the layouts and the scroll area in several rounds of the event loop; only then is
+// everything in place and painted.
 template <typename Round>
 void settle(Round round)
 {
@@ -46,7 +46,7 @@ inline void paint()
     settle([] { QCoreApplication::processEvents(); });
 }
 
-// A shown panel with so many editors in sections of that size.
+// A visible panel with the given number of editors, in sections of the given size.
 struct PanelTree
 {
     explicit PanelTree(int rowCount, int sectionSize = 20, bool shown = true)
@@ -87,7 +87,7 @@ struct PanelTree
     std::vector<QSliderEdit*> rows;
 };
 
-// The seven children of a slider editor's row, put together by straight code.
+// The seven children of a slider editor's row, assembled by straight code.
 struct BareRow : QWidget
 {
     explicit BareRow(QWidget* parent = nullptr) : QWidget(parent)
