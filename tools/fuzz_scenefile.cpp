@@ -1,4 +1,4 @@
-// What is read of any bytes as a scene can be saved, and what was saved is read back as the same.
+// Any bytes that can be read as a scene can be saved, and the saved scene reads back as the same.
 #include <examples/SceneEditor/document/SceneFile.h>
 
 #include <QtCore/QFile>
@@ -12,7 +12,7 @@ namespace
 {
 QString pathOf(const char* name)
 {
-    // In memory where there is such a folder: a file is written and synchronised for each input.
+    // In memory if possible: each input writes and synchronises a file.
     static const QTemporaryDir directory(QFile::exists(QStringLiteral("/dev/shm"))
                                              ? QStringLiteral("/dev/shm/fuzz-XXXXXX")
                                              : QStringLiteral("fuzz-XXXXXX"));
@@ -26,7 +26,7 @@ void require(bool condition, const QString& text)
 }
 } // namespace
 
-// The name is libFuzzer's.
+// The name is given by libFuzzer.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
