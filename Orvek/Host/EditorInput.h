@@ -32,7 +32,7 @@ class ORVEKQTHOST_EXPORT EditorInput : public QObject
     Q_PROPERTY(bool restoresOnEscape READ restoresOnEscape WRITE setRestoresOnEscape)
     //! Whether Return in a field stops there instead of pressing a button of a dialog.
     Q_PROPERTY(bool holdsReturn READ holdsReturn WRITE setHoldsReturn)
-    //! Whether the wheel over a slider scrolls what lies around the editor, as it does elsewhere in the editor.
+    //! Whether the wheel over a slider scrolls the area around the editor, as it does elsewhere in the editor.
     Q_PROPERTY(bool scrollsWithWheel READ scrollsWithWheel WRITE setScrollsWithWheel)
     //! Whether the decimal key of the keypad types a point into a number where the keyboard's language has a comma.
     Q_PROPERTY(bool typesPoint READ typesPoint WRITE setTypesPoint)

@@ -11,7 +11,7 @@
 namespace orvek::host
 {
 // Follows the widgets below a root: those that exist, and those added or removed later. The inside of editors is left
-// out. Everyone who follows the same root shares one tree, so each widget has only one event filter. Private.
+// out. All that follow the same root share one tree, so each widget has only one event filter. Private.
 class EditorTree final : public QObject
 {
     Q_OBJECT

@@ -13,7 +13,7 @@
 //! What the user does is announced by signals; what the host sets through setValue() is not. The text field keeps what
 //! was typed, even if the number was clamped. Text that is not a whole number counts as 0.
 //!
-//! The wheel scrolls what lies around the editor and never changes the value. Its children are "label", "slider",
+//! The wheel scrolls the area around the editor and never changes the value. Its children are "label", "slider",
 //! "lineEdit", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QIntSliderEdit : public QWidget
 {

@@ -13,7 +13,7 @@
 //! was typed, even if the number was clamped. Text that is not a number is ignored. Numbers are read and written in C
 //! notation, with a decimal point.
 //!
-//! The wheel scrolls what lies around the editor and never changes the value. Its children are "label", "decrement",
+//! The wheel scrolls the area around the editor and never changes the value. Its children are "label", "decrement",
 //! "slider", "increment", "lineEdit", "units" and "reset".
 class ORVEKQTWIDGETS_EXPORT QSliderEdit : public QPropertyEditWidget
 {
