@@ -268,18 +268,19 @@ private Q_SLOTS:
             [](auto& m) { m.number("x", &Material::exposure).range(double(NaN), 1); });
         row("x: a logarithmic range from 0, which is not above 0",
             [](auto& m) { m.number("x", &Material::exposure).logarithmic(); });
-        row("x: the step -1 is not a number from 0", [](auto& m) { m.number("x", &Material::exposure).step(-1); });
-        row("x: the default 0.5 is outside of the range 1 to 2",
+        row("x: the step -1 is not a number of at least 0",
+            [](auto& m) { m.number("x", &Material::exposure).step(-1); });
+        row("x: the default 0.5 is outside the range 1 to 2",
             [](auto& m) { m.number("x", &Material::roughness).range(1, 2); });
         row("x: the default is of the type int", [](auto& m) { m.number("x", &Material::roughness).defaultValue(1); });
-        row("x: the default is outside of the range 1 to 2",
+        row("x: the default is outside the range 1 to 2",
             [](auto& m) { m.vector("x", &Material::offset).range(1, 2); });
         row("x: the default is not opaque", [](auto& m) { m.colour("x", &Material::glow); });
         row("x: the end 0.5 of the range is not a whole number",
             [](auto& m) { m.integer("x", &Material::samples).range(0.5, 5); });
         row("x: the end 3 of the range is not a power of two",
             [](auto& m) { m.powerOfTwo("x", &Material::mapSize).range(3, 512); });
-        row("x: the default 500 is outside of the range 1 to 4096 or not a power of two",
+        row("x: the default 500 is outside the range 1 to 4096 or not a power of two",
             [](auto& m) { m.powerOfTwo("x", &Material::mapSize).defaultValue(500); });
         row("x: the range 0 to 128 does not fit the member's type",
             [](auto& m) { m.integer("x", &Material::priority).range(0, 128); });
@@ -290,7 +291,7 @@ private Q_SLOTS:
             [](auto& m) { m.choice("x", &Material::kind).entry("a", "", Kind::Flat).entry("b", "", Kind::Flat); });
         row("x: the entry of the value 7 has no key",
             [](auto& m) { m.choice("x", &Material::kind).entry("", "", Kind::Flat); });
-        row("x: the default 7 is none of the choices",
+        row("x: the default 7 is not one of the choices",
             [](auto& m) { m.choice("x", &Material::kind).entry("a", "", Kind::Lit); });
         row("x: the default has more than 3 characters",
             [](auto& m) { m.text("x", &Material::name).maximumLength(3); });
@@ -629,7 +630,7 @@ private Q_SLOTS:
             json.insert(QString::number(i), i);
         QVERIFY(file.fromJson(json, &material));
         QCOMPARE(file.warnings().size(), 21);
-        QCOMPARE(file.warnings().last(), QStringLiteral("13 further unknown ones, ignored"));
+        QCOMPARE(file.warnings().last(), QStringLiteral("13 more unknown members, ignored"));
     }
 
     void objectByItsMetaObject()
@@ -704,7 +705,7 @@ private Q_SLOTS:
               "WrongLamp.map: readOnly is \"perhaps\", expected true or false",
               "WrongLamp.shape: default is \"Square\", which is not a value of the property",
               "WrongLamp.shape: shownWhen is \"power\", expected the name of a flag",
-              "WrongLamp.priority: the default 1 is outside of the range 2 to 32767"})
+              "WrongLamp.priority: the default 1 is outside the range 2 to 32767"})
             QVERIFY2(errors.contains(QString(error)),
                      qPrintable(QString(error) + "\nis none of\n" + errors.join('\n')));
         QCOMPARE(errors.size(), 9);

@@ -224,12 +224,12 @@
         <translation>%1 nimmt den Wert nicht an</translation>
     </message>
     <message>
-        <source>there is no description of the object</source>
-        <translation>für das Objekt gibt es keine Beschreibung</translation>
+        <source>the object has no description</source>
+        <translation>das Objekt hat keine Beschreibung</translation>
     </message>
     <message>
-        <source>%1 further unknown ones, ignored</source>
-        <translation>%1 weitere unbekannte, werden ignoriert</translation>
+        <source>%1 more unknown members, ignored</source>
+        <translation>%1 weitere unbekannte Mitglieder, werden ignoriert</translation>
     </message>
     <message>
         <source>the value cannot be written exactly</source>
@@ -240,8 +240,8 @@
         <translation>erwartet: höchstens %1; gefunden: %2</translation>
     </message>
     <message>
-        <source>a property, and a member of the header as well</source>
-        <translation>eine Eigenschaft, aber auch ein Mitglied des Kopfes</translation>
+        <source>both a property and a member of the header</source>
+        <translation>sowohl eine Eigenschaft als auch ein Mitglied des Kopfes</translation>
     </message>
     <message>
         <source>is a directory, expected a file</source>

@@ -544,7 +544,7 @@ bool ObjectFile::Private::apply(const ObjectType& objectType, const Element& ele
 bool ObjectFile::Private::fromJson(const QJsonObject& json, void* object)
 {
     if (!type)
-        return fail({}, Text::tr("there is no description of the object"));
+        return fail({}, Text::tr("the object has no description"));
     QJsonObject members = json;
     for (auto it = header.constBegin(); it != header.constEnd(); ++it)
     {
@@ -565,7 +565,7 @@ bool ObjectFile::Private::fromJson(const QJsonObject& json, void* object)
     }
     kept = unknown;
     if (moreWarnings > 0)
-        warnings << Text::tr("%1 further unknown ones, ignored").arg(moreWarnings);
+        warnings << Text::tr("%1 more unknown members, ignored").arg(moreWarnings);
     return true;
 }
 
@@ -653,13 +653,13 @@ bool ObjectFile::Private::toJson(const void* object, QJsonObject& target)
 {
     QJsonObject json;
     if (!type)
-        fail({}, Text::tr("there is no description of the object"));
+        fail({}, Text::tr("the object has no description"));
     else if (writeMembers(*type, nodeOf(*type), object, {}, json))
     {
         for (auto it = header.constBegin(); it != header.constEnd(); ++it)
         {
             if (json.contains(it.key()))
-                fail(it.key(), Text::tr("a property, and a member of the header as well"));
+                fail(it.key(), Text::tr("both a property and a member of the header"));
             json.insert(it.key(), it.value());
         }
         if (treatment == UnknownMembers::Keep)

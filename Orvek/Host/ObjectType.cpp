@@ -26,7 +26,7 @@ public:
             return;
         }
         if (!(property.step >= 0) || std::isinf(property.step))
-            m_texts << QStringLiteral("the step %1 is not a number from 0").arg(property.step);
+            m_texts << QStringLiteral("the step %1 is not a number of at least 0").arg(property.step);
         if (property.maximumLength < 0)
             m_texts << QStringLiteral("the maximum length %1 is below 0").arg(property.maximumLength);
         askRange();
@@ -97,17 +97,17 @@ private:
         if (!hasType(m_property, value))
             m_texts << QStringLiteral("the default is of the type %1").arg(QLatin1String(value.typeName()));
         else if (m_property.kind == PropertyKind::Choice)
-            m_texts << QStringLiteral("the default %1 is none of the choices").arg(value.toInt());
+            m_texts << QStringLiteral("the default %1 is not one of the choices").arg(value.toInt());
         else if (m_property.kind == PropertyKind::Text || m_property.kind == PropertyKind::File)
             m_texts << QStringLiteral("the default has more than %1 characters").arg(m_property.maximumLength);
         else if (value.userType() == QMetaType::QColor)
             m_texts << QStringLiteral("the default is not opaque");
         else if (value.userType() == QMetaType::QVector3D)
-            m_texts << QStringLiteral("the default is outside of the range %1 to %2")
+            m_texts << QStringLiteral("the default is outside the range %1 to %2")
                            .arg(m_property.minimum)
                            .arg(m_property.maximum);
         else
-            m_texts << QStringLiteral("the default %1 is outside of the range %2 to %3%4")
+            m_texts << QStringLiteral("the default %1 is outside the range %2 to %3%4")
                            .arg(value.toDouble())
                            .arg(m_property.minimum)
                            .arg(m_property.maximum)
