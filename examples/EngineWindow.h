@@ -17,8 +17,8 @@
 #include <memory>
 #include <vector>
 
-// What the examples of engines share: the object, the camera that orbits it, and a window with two views. So each of
-// them shows its engine and nothing else.
+// Shared by the examples with engines: the object, the camera that orbits it, and a window with two views. So each
+// example shows its engine and nothing else.
 
 struct Mesh
 {
@@ -31,8 +31,7 @@ struct Mesh
     std::vector<quint32> indices; //!< three for each triangle, counter-clockwise seen from outside
 };
 
-//! A knotted tube within 1.3 of the origin. No mirror image of it is the same, so a picture that is the wrong way round
-//! shows.
+//! A knotted tube within 1.3 of the origin. It differs from all its mirror images, so a flipped picture is noticed.
 inline Mesh makeKnot()
 {
     constexpr int rings = 240;
@@ -66,13 +65,13 @@ inline Mesh makeKnot()
     return mesh;
 }
 
-//! One view of the knot: its colour and the camera, which a drag of the left button turns and the wheel moves. A double
-//! click brings it back.
+//! One view of the knot: its colour and the camera. Dragging with the left button turns the camera, the wheel moves it,
+//! and a double click resets it.
 class OrbitView final : public orvek::crossplatform::PlatformRendererInterface, public orvek::base::BaseMouseHandler
 {
 public:
     static constexpr float fieldOfView = 35.0f; // degrees, vertical
-    static constexpr float nearest = 0.5f;      // what is closer to the eye, or beyond the farthest, is cut off
+    static constexpr float nearest = 0.5f;      // anything closer to the eye, or beyond farthest, is cut off
     static constexpr float farthest = 50.0f;
 
     explicit OrbitView(const QVector3D& colour) : m_colour(colour) {}
@@ -134,11 +133,11 @@ private:
     bool m_dragging = false;
 };
 
-//! A manager that tells what it draws with, or why it cannot.
+//! A manager that reports what it draws with, or why it cannot.
 class Engine : public orvek::crossplatform::DisplaySurfaceManagerInterface
 {
 public:
-    //! What the light of all views comes from, seen from the origin; unit length.
+    //! The direction towards the light of all views, from the origin; unit length.
     static QVector3D lightDirection() { return QVector3D(-0.5f, 0.7f, 0.6f).normalized(); }
     static constexpr std::array<float, 3> background{0.125f, 0.133f, 0.157f};
 
@@ -152,11 +151,11 @@ protected:
     QString m_error;
 };
 
-//! Two views of one engine in docks, which can be torn off and laid on each other.
+//! Two views of one engine in docks, which can be detached and stacked.
 class EngineWindow final : public QMainWindow
 {
 public:
-    //! The engine is not owned and has to outlive the window, or to be taken away from it with setEngine(nullptr).
+    //! The engine is not owned. It must outlive the window or be removed from it with setEngine(nullptr).
     explicit EngineWindow(Engine* engine)
         : m_views{{{this, QStringLiteral("Copper"), QVector3D(0.85f, 0.5f, 0.3f)},
                    {this, QStringLiteral("Sea"), QVector3D(0.3f, 0.6f, 0.75f)}}}
@@ -198,7 +197,7 @@ public:
         Q_DISABLE_COPY(View)
 
         std::unique_ptr<OrbitView> scene;
-        QDockWidget* dock; // a child of the window, and so on inwards
+        QDockWidget* dock; // a child of the window; it owns the rest
         QRenderWidget* widget;
         orvek::host::ViewInput* input;
     };
@@ -210,7 +209,7 @@ private:
         setWindowTitle(QStringLiteral("%1 - %2").arg(QCoreApplication::applicationName(), engine.device()));
         if (engine.error().isEmpty() || m_failed)
             return;
-        m_failed = true; // the other view would say the same
+        m_failed = true; // the other view would report the same
         std::fprintf(stderr, "%s: %s\n", qPrintable(QCoreApplication::applicationName()), qPrintable(engine.error()));
         QCoreApplication::exit(1);
     }
@@ -219,15 +218,15 @@ private:
     bool m_failed = false;
 };
 
-//! The main() of an example. With "--screenshot FILE" it ends after saving a picture, with "--frames" after telling how
-//! many frames a second the first view has.
+//! The main() of an example. With "--screenshot FILE" it saves a picture and ends, with "--frames" it prints the frames
+//! per second of the first view and ends.
 template <typename AnyEngine>
 int runEngine(int argc, char** argv)
 {
-    // As this engine needs. An X server is also there under Wayland, where Qt 5 never exposes views within windows.
+    // What this engine needs. Wayland has an X server too, and Qt 5 never exposes nested views on Wayland itself.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
-    // Without it every widget beside a view has a native window, too.
+    // Otherwise every widget beside a view has a native window, too.
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -243,7 +242,7 @@ int runEngine(int argc, char** argv)
         constexpr int seconds = 5;
         window.view(1).dock->hide();
         window.view(0).widget->setContinuousUpdate(true);
-        // The first frames are not like the others.
+        // The first frames are not typical.
         QTimer::singleShot(1000, &window,
                            [&window, &frames]
                            {

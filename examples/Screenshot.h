@@ -8,7 +8,8 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QWidget>
 
-//! With the arguments "--screenshot FILE" the program saves a picture of the shown window and ends: 0 if that worked.
+//! With the arguments "--screenshot FILE" the program saves a picture of the visible window and exits: with 0 on
+//! success.
 inline void takeScreenshotOnRequest(QWidget* window)
 {
     const QStringList arguments = QCoreApplication::arguments();
@@ -16,11 +17,11 @@ inline void takeScreenshotOnRequest(QWidget* window)
     if (option < 0)
         return;
     const QString file = arguments.value(option + 1);
-    constexpr int untilDrawn = 500; // milliseconds, as no platform tells when a frame is on the screen
+    constexpr int untilDrawn = 500; // milliseconds, as platforms do not report when a frame is on the screen
     QTimer::singleShot(untilDrawn, window,
                        [window, file]
                        {
-                           // From the screen, which also has what an engine draws past Qt.
+                           // From the screen, so that it includes what an engine draws without Qt.
                            const QPixmap picture = window->windowHandle()->screen()->grabWindow(window->winId());
                            QCoreApplication::exit(picture.save(file, "PNG") ? 0 : 1);
                        });

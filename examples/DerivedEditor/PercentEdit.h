@@ -2,7 +2,7 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
-//! Shows a share of 1 in percent.
+//! Shows a fraction of 1 in percent.
 class PercentEdit final : public QSliderEdit
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-// Values in the user's terms: names for whole numbers, and editors that show another number than they hold.
+// Values in the user's terms: names for whole numbers, and editors that show a different number from the one they hold.
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 
 #include <examples/DerivedEditor/AngleEdit.h>
@@ -13,7 +13,8 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
 
-    // Names for 0, 1, 2 and so on; the range is still up to the host. A typed name would be no number, so no typing.
+    // Names for 0, 1, 2 and so on; the range is still up to the host. A typed name would not be a number, so typing is
+    // off.
     auto* lens = new QIntSliderEdit;
     lens->setTitle(QStringLiteral("Lens"));
     lens->setEnums({QStringLiteral("Wide"), QStringLiteral("Normal"), QStringLiteral("Tele")});

@@ -1,5 +1,5 @@
-// Shows a form drawn in Qt Designer that the program was not compiled with: the one given as argument, or LightForm.ui.
-// The widgets come from the plugin, and all that is known of them here are names of children, properties and signals.
+// Shows a Designer form that is not compiled into the program: the one given as an argument, or LightForm.ui. The
+// widgets come from the plugin; this program knows only names of children, properties and signals.
 #include <QtCore/QFile>
 #include <QtUiTools/QUiLoader>
 #include <QtWidgets/QApplication>
@@ -25,7 +25,7 @@ int main(int argc, char** argv)
     if (intensity && view)
     {
         intensity->setProperty("value", 2.5);
-        // The compiler knows no signal of these widgets, so it takes the names.
+        // The compiler does not know the signals of these widgets, so they are named.
         QObject::connect(intensity, SIGNAL(valueChanged()), view, SLOT(Update()));
     }
     form->show();

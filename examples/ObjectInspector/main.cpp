@@ -21,7 +21,7 @@ int main(int argc, char** argv)
     orvek::host::Inspector inspector(&window, &undoStack);
     inspector.setObjects(std::make_shared<orvek::host::QObjectType>(window.metaObject()), {&window});
 
-    // Not every property has a signal that tells of its changes.
+    // Not every property has a NOTIFY signal.
     QTimer frames;
     QObject::connect(&frames, &QTimer::timeout, &inspector, &orvek::host::Inspector::refresh);
     frames.start(50);

@@ -21,10 +21,10 @@ Ogre::ColourValue colour(const QVector3D& vector)
     return Ogre::ColourValue(vector.x(), vector.y(), vector.z());
 }
 
-// What each window of OGRE is asked for.
+// The options for each window of OGRE.
 Ogre::NameValuePairList windowOptions()
 {
-    return {{"vsync", "false"}}; // several views would wait one after another
+    return {{"vsync", "false"}}; // several views would wait for one another
 }
 } // namespace
 
@@ -41,7 +41,7 @@ OgreEngine::~OgreEngine()
         xcb_disconnect(m_connection);
 }
 
-// Also comes for a known window, with another renderer or with null.
+// Also called for a known window, with another renderer or with null.
 void OgreEngine::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int)
 {
     const auto [view, added] = m_views.try_emplace(window);
@@ -50,14 +50,14 @@ void OgreEngine::AddWindow(HWND window, orvek::crossplatform::PlatformRendererIn
         view->second.id = m_nextId++;
 }
 
-// May come twice. Afterwards the window can go at any time.
+// May be called twice. Afterwards the window may be destroyed at any time.
 void OgreEngine::RemoveWindow(HWND window)
 {
     const auto found = m_views.find(window);
     if (found == m_views.end())
         return;
     const View& view = found->second;
-    // Each before what it refers to.
+    // Each before the objects it refers to.
     if (view.window)
     {
         view.window->removeAllViewports();
@@ -70,7 +70,7 @@ void OgreEngine::RemoveWindow(HWND window)
     m_views.erase(found);
 }
 
-// Render() compares the size with each frame, as this call does not come to a manager that is set later.
+// Render() compares the size before each frame, as this is not called on a manager that is set later.
 void OgreEngine::ResizeSurface(HWND) {}
 
 void OgreEngine::Render(HWND window)
@@ -86,7 +86,7 @@ void OgreEngine::Render(HWND window)
             makeView(window, found->second);
         draw(window, found->second);
     }
-    catch (const std::exception& exception) // those of OGRE too; none may reach Qt
+    catch (const std::exception& exception) // including OGRE's own; none may reach Qt
     {
         m_error = QString::fromUtf8(exception.what());
     }
@@ -113,7 +113,7 @@ void OgreEngine::start()
     m_root->loadPlugin(OGRE_PLUGINS "/RenderSystem_GL3Plus");
     m_root->setRenderSystem(m_root->getAvailableRenderers().front());
     m_root->initialise(false);
-    // The first window owns the context that all others share, so it must not be one that the user can close.
+    // The first window owns the context that all others share, so the user must not be able to close it.
     Ogre::NameValuePairList options = windowOptions();
     options["hidden"] = "true";
     m_context = m_root->createRenderWindow("Context", 1, 1, false, &options);
@@ -123,10 +123,11 @@ void OgreEngine::start()
 
 void OgreEngine::makeScene()
 {
-    // OpenGL 3.3 draws nothing without shaders, and this writes them for materials that have none.
+    // OpenGL 3.3 needs shaders, and this generates them for materials without any.
     Ogre::ResourceGroupManager& groups = Ogre::ResourceGroupManager::getSingleton();
     groups.addResourceLocation(OGRE_MEDIA "/RTShaderLib/GLSL", "FileSystem", Ogre::RGN_INTERNAL);
-    groups.addResourceLocation(OGRE_MEDIA "/ShadowVolume", "FileSystem", Ogre::RGN_INTERNAL); // a header of the others
+    groups.addResourceLocation(OGRE_MEDIA "/ShadowVolume", "FileSystem",
+                               Ogre::RGN_INTERNAL); // the others include a header from there
     groups.initialiseAllResourceGroups();
     if (!Ogre::RTShader::ShaderGenerator::initialize())
         throw std::runtime_error("OGRE cannot make shaders");
@@ -171,8 +172,7 @@ void OgreEngine::makeScene()
 
 void OgreEngine::makeView(HWND window, View& view)
 {
-    // As a child of the widget's window: on that itself, which Qt has made without a depth buffer, OGRE would have
-    // none.
+    // As a child of the widget's window: Qt created that one without a depth buffer, so OGRE would have none.
     Ogre::NameValuePairList options = windowOptions();
     options["parentWindowHandle"] = std::to_string(window);
     view.window = m_root->createRenderWindow("View " + std::to_string(view.id), 1, 1, false, &options);
@@ -180,14 +180,14 @@ void OgreEngine::makeView(HWND window, View& view)
     const uint32_t events = XCB_EVENT_MASK_EXPOSURE;
     xcb_change_window_attributes(m_connection, xcb_window_t(view.child), XCB_CW_EVENT_MASK, &events);
     xcb_flush(m_connection);
-    view.window->setAutoUpdated(false); // a frame comes in Render() and not whenever another view has one
+    view.window->setAutoUpdated(false); // frames are drawn by Render(), not whenever another view has one
     view.node = m_scene->getRootSceneNode()->createChildSceneNode();
-    view.node->setFixedYawAxis(true); // else lookAt() rolls the camera
+    view.node->setFixedYawAxis(true); // otherwise lookAt() rolls the camera
     view.camera = m_scene->createCamera(view.window->getName());
     view.camera->setFOVy(Ogre::Degree(OrbitView::fieldOfView));
     view.camera->setNearClipDistance(OrbitView::nearest);
-    // Each view has another matrix, if only by this. A value that a shader has already is left out by OGRE, even if it
-    // was written in the context of another view; this one would go on with its old value.
+    // Makes the matrix of each view slightly different. OGRE does not send a value again that a shader already has,
+    // even if it was set in the context of another view; this view would then keep its old value.
     view.camera->setFarClipDistance(OrbitView::farthest + 0.1f * float(view.id));
     view.node->attachObject(view.camera);
     Ogre::Viewport* viewport = view.window->addViewport(view.camera);
@@ -195,8 +195,8 @@ void OgreEngine::makeView(HWND window, View& view)
     viewport->setMaterialScheme(Ogre::RTShader::ShaderGenerator::DEFAULT_SCHEME_NAME);
 }
 
-// What was covered or hidden is empty afterwards. The X server tells that of OGRE's window alone, as it covers the
-// widget's, so Qt does not know that a frame is needed.
+// A window is empty after it was covered or hidden. OGRE's window covers the widget's, so the X server reports this
+// only for OGRE's, and Qt does not know that a frame is needed.
 void OgreEngine::updateExposed()
 {
     while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection))
@@ -230,8 +230,8 @@ void OgreEngine::draw(HWND window, View& view)
     const Ogre::MaterialPtr knot = Ogre::MaterialManager::getSingleton().getByName(material, Ogre::RGN_INTERNAL);
     knot->setAmbient(colour(view.scene->colour()));
     knot->setDiffuse(colour(view.scene->colour()));
-    // OGRE makes a context current only when it changes to another one of its own. Qt may have made one of its own
-    // current since the last frame, for a QOpenGLWidget of the host. So change, there and back.
+    // OGRE makes a context current only when it switches between its own. Since the last frame Qt may have made another
+    // one current, for a QOpenGLWidget of the host. So switch away and back.
     m_root->getRenderSystem()->_setRenderTarget(m_context);
     m_root->getRenderSystem()->_setRenderTarget(view.window);
     view.window->update(true);

@@ -19,8 +19,8 @@ class SceneManager;
 class SceneNode;
 } // namespace Ogre
 
-//! Draws the knot with OGRE 1.12 on X11, through OpenGL 3.3. Everything is made in the first Render(); the window is a
-//! real one only then.
+//! Draws the knot with OGRE 1.12 on X11, through OpenGL 3.3. Everything is created in the first Render(), as the window
+//! is not real before.
 class OgreEngine final : public Engine
 {
 public:
@@ -42,7 +42,7 @@ private:
         // Null before the first frame; owned by OGRE.
         Ogre::RenderWindow* window = nullptr;
         unsigned long child = 0;         // its handle
-        Ogre::SceneNode* node = nullptr; // carries the camera
+        Ogre::SceneNode* node = nullptr; // holds the camera
         Ogre::Camera* camera = nullptr;
     };
 
@@ -52,11 +52,11 @@ private:
     void updateExposed();
     void draw(HWND window, View& view);
 
-    std::unique_ptr<Ogre::LogManager> m_log; // before and after the root, which would write into a file otherwise
+    std::unique_ptr<Ogre::LogManager> m_log; // outlives the root, which would otherwise write to a file
     std::unique_ptr<Ogre::Root> m_root;
     Ogre::RenderWindow* m_context = nullptr; // hidden; owned by the root, as is the scene
     Ogre::SceneManager* m_scene = nullptr;
-    xcb_connection_t* m_connection = nullptr; // for the exposures
+    xcb_connection_t* m_connection = nullptr; // for expose events
     std::unique_ptr<QSocketNotifier> m_exposures;
     std::map<HWND, View> m_views;
     int m_nextId = 0;

@@ -1,4 +1,4 @@
-// A view that an existing engine draws; OgreEngine.cpp shows what it has to be told.
+// A view drawn by an existing engine; OgreEngine.cpp shows what the engine needs to know.
 #include <examples/OgreView/OgreEngine.h>
 
 int main(int argc, char** argv)

@@ -1,4 +1,4 @@
-// One editor in a window: a shutter time, whose slider has equal ratios at equal distances.
+// One editor in a window: a shutter time, on a slider where equal distances are equal ratios.
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
 #include <examples/Screenshot.h>
@@ -22,7 +22,7 @@ int main(int argc, char** argv)
     rows->addWidget(result);
     rows->addStretch();
 
-    // The range comes first: a value is clamped into the one that it finds.
+    // Set the range first: a value is clamped to the range at that moment.
     shutter->setTitle(QStringLiteral("Shutter"));
     shutter->setUnits(QStringLiteral("s"));
     shutter->setMinimum(0.001);
@@ -33,7 +33,7 @@ int main(int argc, char** argv)
     shutter->setDefaultValue(0.008);
     shutter->setValue(0.5);
 
-    // The signal tells of the user's changes only, so what the program sets itself it shows itself.
+    // The signal only announces the user's changes; what the program sets itself, it shows itself.
     const auto showLight = [shutter, result]
     {
         const double stops = std::log2(shutter->value().toDouble() / shutter->defaultValue());

@@ -1,4 +1,4 @@
-// A panel with two sections, built without a form. Type "co" into the search field to see what it leaves.
+// A panel with two sections, built without a form. Type "co" into the search field to see what remains.
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QLabelEdit.h>
@@ -14,7 +14,7 @@
 
 namespace
 {
-// A section and the layout that its editors go into. The search sees the direct children of the section's contents.
+// A section and the layout for its editors. The search filters the direct children of the section's contents.
 QVBoxLayout* addSection(QBoxLayout* sections, const QString& title)
 {
     auto* section = new QAccordion;
@@ -43,7 +43,7 @@ int main(int argc, char** argv)
 
     QPropertyPanel panel;
     panel.setWindowTitle(QStringLiteral("Panel from Code"));
-    // The panel lays out the scroll area that becomes its child.
+    // The panel lays out a scroll area that becomes its child.
     auto* scrollArea = new QScrollArea(&panel);
     scrollArea->setWidgetResizable(true);
     auto* contents = new QWidget;
@@ -56,7 +56,7 @@ int main(int argc, char** argv)
     cover->setDefaultValue(0.3);
     cover->setValue(0.45);
     auto* wind = addEditor<QVectorEdit>(cloud, QStringLiteral("Wind"));
-    wind->setMinimumHeight(0); // from the form it is much higher than a row
+    wind->setMinimumHeight(0); // the form makes it much higher than a row
     wind->setTextWidth(56);
     wind->setUnits(QStringLiteral("m/s"));
     wind->setValue({4.0F, -1.5F, 0.0F});
@@ -73,7 +73,7 @@ int main(int argc, char** argv)
     drops->setDefaultValue(4096);
     drops->setValue(4096);
 
-    // Above this the sections would spread over the height of the window.
+    // Without it the sections would spread over the height of the window.
     sections->addStretch();
     panel.resize(460, 340);
     panel.show();

@@ -9,7 +9,7 @@
 #include <memory>
 #include <unordered_map>
 
-//! What is to be seen, a wheel of colours, and the drag that turns it.
+//! The picture, a colour wheel, and the drag that turns it.
 class Wheel final : public orvek::crossplatform::PlatformRendererInterface, public orvek::base::BaseMouseHandler
 {
 public:
@@ -52,8 +52,8 @@ private:
     bool m_dragging = false;
 };
 
-//! Draws by software, on a backing store for each window. Unknown windows are left out: Render() also comes after
-//! shutdown(), or with the handle of a native window that was made again.
+//! Draws in software, on a backing store for each window. Unknown windows are skipped: Render() is also called after
+//! shutdown(), or with the handle of a recreated native window.
 class Surfaces final : public orvek::crossplatform::DisplaySurfaceManagerInterface
 {
 public:
@@ -62,7 +62,7 @@ public:
         m_views[window].wheel = static_cast<Wheel*>(renderer); // this engine knows no other renderers
     }
     void RemoveWindow(HWND window) override { m_views.erase(window); }
-    void ResizeSurface(HWND) override {} // a manager that is set later gets no such call, so Render() asks for the size
+    void ResizeSurface(HWND) override {} // not called on a manager that is set later, so Render() asks for the size
     void Render(HWND window) override
     {
         const auto found = m_views.find(window);

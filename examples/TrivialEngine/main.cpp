@@ -1,4 +1,4 @@
-// The least that an engine has to do for a render widget: draw frames on its window, and turn the picture when the user
+// The minimum that an engine must do for a render widget: draw frames in its window, and turn the picture when the user
 // drags.
 #include <examples/Screenshot.h>
 #include <examples/TrivialEngine/Engine.h>
@@ -9,7 +9,7 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
 
-    // Before the widget, which uses them until its end.
+    // Created before the widget, which uses them until it is destroyed.
     Surfaces surfaces;
     Wheel wheel;
     QRenderWidget view;

@@ -14,11 +14,11 @@
 
 namespace
 {
-constexpr VkFormat colourFormat = VK_FORMAT_B8G8R8A8_UNORM; // the windows of X11 have no other
+constexpr VkFormat colourFormat = VK_FORMAT_B8G8R8A8_UNORM; // the only one of X11 windows
 constexpr VkFormat depthFormat = VK_FORMAT_D16_UNORM;       // every device has it
-constexpr uint64_t patience = 200'000'000;                  // nanoseconds; the user waits with us
+constexpr uint64_t patience = 200'000'000;                  // nanoseconds; the user waits meanwhile
 
-// What Vulkan refused. Ends in Render(), so that no exception reaches Qt.
+// An error of Vulkan. Caught in Render(), so that no exception reaches Qt.
 struct Refusal : std::runtime_error
 {
     Refusal(VkResult why, const char* what)
@@ -34,7 +34,7 @@ void check(VkResult result, const char* what)
         throw Refusal(result, what);
 }
 
-// All items that one of Vulkan's functions lists.
+// All items listed by one of Vulkan's functions.
 template <typename Item, typename Function, typename... Arguments>
 std::vector<Item> listOf(Function function, Arguments... arguments)
 {
@@ -46,7 +46,7 @@ std::vector<Item> listOf(Function function, Arguments... arguments)
     return items;
 }
 
-// Exactly what the shaders read.
+// Laid out exactly as the shaders read it.
 struct PushConstants
 {
     float toClip[16];
@@ -79,12 +79,12 @@ VulkanEngine::~VulkanEngine()
     }
     if (m_instance)
         vkDestroyInstance(m_instance, nullptr);
-    // Last, as the driver has kept it.
+    // Last, as the driver uses it until then.
     if (m_connection)
         xcb_disconnect(m_connection);
 }
 
-// Also comes for a known window, with another renderer or with null.
+// Also called for a known window, with another renderer or with null.
 void VulkanEngine::AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int)
 {
     const auto [view, added] = m_views.try_emplace(window);
@@ -93,7 +93,8 @@ void VulkanEngine::AddWindow(HWND window, orvek::crossplatform::PlatformRenderer
         view->second.id = m_nextId++;
 }
 
-// May come twice. Afterwards the window can go at any time, so nothing of it may still be in use.
+// May be called twice. Afterwards the window may be destroyed at any time, so none of its resources may still be in
+// use.
 void VulkanEngine::RemoveWindow(HWND window)
 {
     const auto found = m_views.find(window);
@@ -103,7 +104,7 @@ void VulkanEngine::RemoveWindow(HWND window)
     m_views.erase(found);
 }
 
-// Not every driver reports a swap chain of the wrong size, so it is made again here.
+// Not every driver reports a swap chain of the wrong size, so it is recreated here.
 void VulkanEngine::ResizeSurface(HWND window)
 {
     const auto found = m_views.find(window);
@@ -127,7 +128,7 @@ void VulkanEngine::Render(HWND window)
         }
         if (!view.surface)
             makeSurface(window, view);
-        // Once more if the window got another size since the swap chain was made.
+        // Again if the window's size has changed since the swap chain was created.
         if (!draw(view))
         {
             releaseTargets(view);
@@ -138,7 +139,7 @@ void VulkanEngine::Render(HWND window)
     catch (const Refusal& refusal)
     {
         if (refusal.result == VK_ERROR_SURFACE_LOST_KHR)
-            RemoveWindow(window); // it is no longer there
+            RemoveWindow(window); // it no longer exists
         else
             m_error = QString::fromLatin1(refusal.what());
     }
@@ -152,7 +153,7 @@ int VulkanEngine::GetWindowViewId(HWND window)
 
 void VulkanEngine::makeDevice()
 {
-    // Qt has a connection too, but only its private headers give it away. Window handles are the same in all of them.
+    // Qt has a connection too, but reveals it only in private headers. Window handles are the same on all connections.
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         throw Refusal(VK_ERROR_INCOMPATIBLE_DRIVER, "draw to windows other than those of X11");
     int screenNumber = 0;
@@ -174,7 +175,7 @@ void VulkanEngine::makeDevice()
     instance.ppEnabledExtensionNames = extensions.data();
     check(vkCreateInstance(&instance, nullptr, &m_instance), "find a driver");
 
-    // The first device that can draw and show. A tool would let its users choose.
+    // Uses the first device that can draw and present. A tool would let its users choose.
     for (VkPhysicalDevice gpu : listOf<VkPhysicalDevice>(vkEnumeratePhysicalDevices, m_instance))
     {
         const auto families = listOf<VkQueueFamilyProperties>(vkGetPhysicalDeviceQueueFamilyProperties, gpu);
@@ -212,7 +213,7 @@ void VulkanEngine::makeDevice()
 
     VkCommandPoolCreateInfo pool{};
     pool.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO;
-    pool.flags = VK_COMMAND_POOL_CREATE_RESET_COMMAND_BUFFER_BIT; // each view writes its own again and again
+    pool.flags = VK_COMMAND_POOL_CREATE_RESET_COMMAND_BUFFER_BIT; // each view records its own for every frame
     pool.queueFamilyIndex = m_family;
     check(vkCreateCommandPool(m_logical, &pool, nullptr, &m_pool), "make a command pool");
 }
@@ -238,7 +239,7 @@ void VulkanEngine::makePipeline()
     subpass.colorAttachmentCount = 1;
     subpass.pColorAttachments = &colour;
     subpass.pDepthStencilAttachment = &depth;
-    // The image is written when it was acquired, and the depths when the frame before is done with them.
+    // Colours are written once the image is acquired, depths once the previous frame no longer uses them.
     VkSubpassDependency dependency{};
     dependency.srcSubpass = VK_SUBPASS_EXTERNAL;
     dependency.srcStageMask = VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT | VK_PIPELINE_STAGE_LATE_FRAGMENT_TESTS_BIT;
@@ -320,7 +321,7 @@ void VulkanEngine::makePipeline()
     blend.sType = VK_STRUCTURE_TYPE_PIPELINE_COLOR_BLEND_STATE_CREATE_INFO;
     blend.attachmentCount = 1;
     blend.pAttachments = &opaque;
-    // So that one pipeline serves views of all sizes.
+    // So one pipeline serves views of all sizes.
     const std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT, VK_DYNAMIC_STATE_SCISSOR};
     VkPipelineDynamicStateCreateInfo dynamic{};
     dynamic.sType = VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO;
@@ -399,7 +400,7 @@ void VulkanEngine::makeSurface(HWND window, View& view)
     check(vkCreateSemaphore(m_logical, &semaphore, nullptr, &view.acquired), "make a semaphore");
 }
 
-// Leaves the view without one while the window has no area.
+// The view has no swap chain while its window has no area.
 void VulkanEngine::makeSwapChain(View& view)
 {
     VkSurfaceCapabilitiesKHR now;
@@ -409,7 +410,7 @@ void VulkanEngine::makeSwapChain(View& view)
     VkResult result = VK_SUCCESS;
     if (view.size.width > 0 && view.size.height > 0)
     {
-        // The one that is always there waits for the screen, and several views would wait one after another.
+        // The mode that always exists waits for the screen, so several views would wait for one another.
         const auto modes = listOf<VkPresentModeKHR>(vkGetPhysicalDeviceSurfacePresentModesKHR, m_gpu, view.surface);
         const bool mailbox = std::count(modes.begin(), modes.end(), VK_PRESENT_MODE_MAILBOX_KHR) > 0;
         VkSwapchainCreateInfoKHR chain{};
@@ -430,7 +431,7 @@ void VulkanEngine::makeSwapChain(View& view)
         chain.oldSwapchain = old;
         result = vkCreateSwapchainKHR(m_logical, &chain, nullptr, &view.swapChain);
     }
-    vkDestroySwapchainKHR(m_logical, old, nullptr); // of no use any more, also where making the new one failed
+    vkDestroySwapchainKHR(m_logical, old, nullptr); // no longer needed, even if creating the new one failed
     check(result, "make a swap chain");
     if (!view.swapChain)
         return;
@@ -483,15 +484,15 @@ void VulkanEngine::makeSwapChain(View& view)
     }
 }
 
-// False if the swap chain no longer fits the window.
+// Returns false if the swap chain no longer fits the window.
 bool VulkanEngine::draw(View& view)
 {
     if (view.targets.empty())
         makeSwapChain(view);
     if (!view.swapChain)
         return true;
-    // A window that nobody sees may get no image for as long as it is hidden: then this frame is left out. Nothing
-    // waits without end here, as this is the thread of the widgets.
+    // A hidden window may get no image until it is visible again: then this frame is skipped. Nothing waits forever
+    // here, as this is the GUI thread.
     if (vkWaitForFences(m_logical, 1, &view.finished, VK_TRUE, patience) == VK_TIMEOUT)
         return true;
     uint32_t index = 0;
@@ -504,7 +505,7 @@ bool VulkanEngine::draw(View& view)
     const Target& target = view.targets[index];
     record(view, target);
 
-    // Only now, as nothing would signal the fence of a frame that is left out.
+    // Not earlier, as nothing would signal the fence of a skipped frame.
     check(vkResetFences(m_logical, 1, &view.finished), "reset the fence");
     const VkPipelineStageFlags stage = VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT;
     VkSubmitInfo submit{};
@@ -551,7 +552,7 @@ void VulkanEngine::record(const View& view, const Target& target) const
 
     const float width = float(view.size.width);
     const float height = float(view.size.height);
-    // The clip space of Vulkan has y down and depths from 0 to 1.
+    // In Vulkan's clip space y points down and depths are from 0 to 1.
     const QMatrix4x4 fromOpenGl(1.0f, 0.0f, 0.0f, 0.0f,  //
                                 0.0f, -1.0f, 0.0f, 0.0f, //
                                 0.0f, 0.0f, 0.5f, 0.5f,  //
@@ -576,12 +577,12 @@ void VulkanEngine::record(const View& view, const Target& target) const
     check(vkEndCommandBuffer(view.commands), "write commands");
 }
 
-// All that goes with the size, but the swap chain: the next one is made from it.
+// Releases everything that depends on the size except the swap chain, from which the next one is made.
 void VulkanEngine::releaseTargets(View& view)
 {
     if (!m_logical)
         return;
-    vkDeviceWaitIdle(m_logical); // also for what is being shown, which no fence tells
+    vkDeviceWaitIdle(m_logical); // also for images being presented, which no fence covers
     for (const Target& target : view.targets)
     {
         vkDestroySemaphore(m_logical, target.drawn, nullptr);

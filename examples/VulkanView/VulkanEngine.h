@@ -8,8 +8,8 @@
 
 struct xcb_connection_t;
 
-//! Draws the knot through plain Vulkan on X11. One device for all windows, and for each window a surface with its swap
-//! chain. Everything is made in the first Render(); the window is a real one only then.
+//! Draws the knot with plain Vulkan on X11. All windows share one device; each has a surface with its own swap chain.
+//! Everything is created in the first Render(), as the window is not real before.
 class VulkanEngine final : public Engine
 {
 public:
@@ -29,7 +29,7 @@ private:
     {
         VkImageView view = VK_NULL_HANDLE;
         VkFramebuffer frame = VK_NULL_HANDLE;
-        VkSemaphore drawn = VK_NULL_HANDLE; // it can be shown
+        VkSemaphore drawn = VK_NULL_HANDLE; // signalled when it can be shown
     };
     struct View
     {
@@ -37,9 +37,9 @@ private:
         int id = 0;
         VkSurfaceKHR surface = VK_NULL_HANDLE;
         VkSemaphore acquired = VK_NULL_HANDLE;
-        VkFence finished = VK_NULL_HANDLE; // the frame before; its commands can be written again
+        VkFence finished = VK_NULL_HANDLE; // signalled by the last frame; then its commands can be recorded again
         VkCommandBuffer commands = VK_NULL_HANDLE;
-        // These go with the size.
+        // These depend on the size.
         VkSwapchainKHR swapChain = VK_NULL_HANDLE; // null while the window has no area
         VkExtent2D size{};
         std::vector<Target> targets;
@@ -64,7 +64,7 @@ private:
     VkPhysicalDevice m_gpu = VK_NULL_HANDLE;
     VkDevice m_logical = VK_NULL_HANDLE;
     VkQueue m_queue = VK_NULL_HANDLE;
-    uint32_t m_family = 0; // of the queue
+    uint32_t m_family = 0; // queue family
     VkCommandPool m_pool = VK_NULL_HANDLE;
     VkRenderPass m_pass = VK_NULL_HANDLE;
     VkPipelineLayout m_layout = VK_NULL_HANDLE;

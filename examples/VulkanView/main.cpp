@@ -1,4 +1,4 @@
-// A view that is drawn through plain Vulkan; VulkanEngine.cpp shows how, from top to bottom.
+// A view drawn with plain Vulkan; VulkanEngine.cpp shows how, from top to bottom.
 #include <examples/VulkanView/VulkanEngine.h>
 
 int main(int argc, char** argv)
