@@ -66,7 +66,7 @@ public:
     //! Shows these objects from now on; an empty list clears the panel. Rows are kept if the types are the same as
     //! before. QObjects may be destroyed at any time. All other objects must live until the next call, and longer if
     //! steps on the undo stack changed them, unless they are found by keys. If any type has errors(), each is printed
-    //! as a warning, the panel stays empty and the result is false.
+    //! as a warning, the panel is left empty and the result is false.
     bool setObjects(const QVector<Objects>& objects);
     bool setObjects(std::shared_ptr<const ObjectType> type, const QVector<void*>& objects);
     //! Shows several groups in one panel, for example the selected objects and their scene, each as setObjects() shows
@@ -88,9 +88,10 @@ public:
     //! without an editor. The form is not owned and may be destroyed first.
     QStringList bind(QWidget* form);
 
-    //! The host's own editors for one property or for all of a kind; the former takes precedence. Such an editor has a
-    //! signal valueChanged() and a property "value" or "filename", or is a check box for flags. Its values are those of
-    //! the library's editor for the kind; for a choice, the index of the entry. Takes effect with the next rows.
+    //! Sets the host's own editors for one property or for all of a kind; the former takes precedence. Such an editor
+    //! has a signal valueChanged() and a property "value" or "filename", or is a check box for flags. Its values are
+    //! those of the library's editor for the kind; for a choice, the index of the entry. Takes effect with the next
+    //! rows.
     void setEditorFactory(const QString& property, const EditorFactory& factory);
     void setEditorFactory(PropertyKind kind, const EditorFactory& factory);
     //! Adds a row of the host's to the section with that title, after the row of the property or, without one, at the
