@@ -122,7 +122,7 @@ def write(folder, output):
                 missing.append(f"{path}:{number}: no comment for {name}{'::' if member else ''}{member}")
     blocks = []
     for lines, comment, names in functions.values():
-        # QDoc wants all parameters and a "returns" only where an entry is for one function.
+        # QDoc expects all parameters and a "returns" only if an entry is for one function.
         text = marked_up(comment, names if len(lines) == 1 else ())
         if len(lines) == 1 and lines[0].startswith("\\fn bool "):
             text = re.sub("^Whether", "Returns whether", text)

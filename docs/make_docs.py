@@ -108,11 +108,11 @@ def main():
     html_dir = options.output / "html"
     shutil.rmtree(html_dir, ignore_errors=True)
     options.output.mkdir(parents=True, exist_ok=True)
-    # Not below the output: QDoc reads its path from the environment as Latin-1.
+    # Not below the output folder: QDoc reads its path from the environment as Latin-1.
     with tempfile.TemporaryDirectory() as generated:
         classes, complaints = header_comments.write(HEADERS, pathlib.Path(generated))
         complaints += run_qdoc(options, html_dir, generated)
-        # Whoever mends a comment looks for its member, not for a line of a file that is gone by then.
+        # To fix a comment one needs the member's name, not a line of a temporary file.
         lines = (pathlib.Path(generated) / "members.qdoc").read_text(encoding="utf-8").splitlines()
         complaints = [re.sub(r"^\S+members\.qdoc:(\d+)", lambda match: lines[int(match.group(1))], line)
                       for line in complaints]

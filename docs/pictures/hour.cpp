@@ -145,7 +145,7 @@ QString roleOf(const QAccessibleInterface& part)
     }
 }
 
-// As a screen reader says them, one line for each part that Tab goes to.
+// One line for each part in tab order, as a screen reader says it.
 void listParts(QAccessibleInterface* part, QListWidget* list)
 {
     const auto* widget = qobject_cast<QWidget*>(part->object());
@@ -171,7 +171,7 @@ QListWidget* listOfParts()
 
 // -- View -------------------------------------------------------------------------------------------------------------
 
-// Lists what an engine's handler receives.
+// Lists the calls that an engine's handler receives.
 class Recorder final : public QObject, public orvek::base::BaseMouseHandler
 {
 public:
@@ -347,7 +347,7 @@ QWidget* choices()
     auto* bare = qobject_cast<QIntSliderEdit*>(shading());
     auto* hosted = qobject_cast<QIntSliderEdit*>(named(shading(), "with"));
     for (QIntSliderEdit* editor : {bare, hosted})
-        editor->setValue(0); // the open list then reaches down from its row
+        editor->setValue(0); // so the open list extends down from its row
     auto* picture = arranged(QBoxLayout::TopToBottom,
                              {captioned("Without", bare), captioned("With a ChoiceButton", hosted), new QWidget});
     picture->layout()->itemAt(2)->widget()->setFixedHeight(60);

@@ -3,13 +3,13 @@
 class QWidget;
 
 // Widgets for the guide "An Hour in a Panel", without and with the class that each picture is about. The caller owns
-// them. What has to be on the screen first happens in the function prepare...() of the same picture.
+// them. If something must be on the screen first, the function prepare...() of the same picture does it.
 QWidget* namesOfParts();
 QWidget* typing();
 void prepareTyping(QWidget* picture);
 QWidget* acts();
 void prepareActs(QWidget* picture);
-QWidget* twoPanels(const char* hosted); // the caption of the second one
+QWidget* twoPanels(const char* hosted); // caption of the second one
 void prepareSearch(QWidget* picture);
 void prepareStates(QWidget* picture);
 void prepareColumns(QWidget* picture);

@@ -25,7 +25,7 @@ void wait(int milliseconds)
     loop.exec();
 }
 
-// From the screen, so that native windows are in it. Text cursors and focus frames are not.
+// From the screen, so that native windows are included. Text cursors and focus frames are not.
 bool takePicture(QWidget* widget, int width, int height, const QString& file)
 {
     wait(100);
@@ -93,7 +93,7 @@ int main(int argc, char** argv)
     QUndoStack stack;
     take(lightInspector(stack), 380, "inspector.png");
 
-    // The guide "An Hour in a Panel". The accessible names come first: from the second picture of them on, all widgets
+    // The guide "An Hour in a Panel". The accessible names come first: after the second of those pictures all widgets
     // have them.
     takeWide(namesOfParts(), WidthOfTwo, 306, "hour-editoraccessibility.png");
     take(typing(), 232, "hour-editorinput.png", prepareTyping);

@@ -104,7 +104,7 @@ void keepBorderedLook(QWidget* section)
 void closeAfterLoading(QWidget* form)
 {
     //! [closed]
-    // To be called once after setupUi() or QUiLoader::load().
+    // Call it once after setupUi() or QUiLoader::load().
     for (QAccordion* section : form->findChildren<QAccordion*>())
         section->on_accordionCheckBox_toggled();
     //! [closed]
@@ -138,7 +138,7 @@ void followWithUndo(QWidget* panel, QUndoStack* stack)
     for (const char* name : {"focalLength", "position", "name"})
         if (auto* editor = panel->findChild<QWidget*>(name))
             undo->add(editor);
-    // The user's change, its undoing and its redoing come the same way.
+    // The signal is the same for the user's change, its undo and its redo.
     QObject::connect(undo, &orvek::host::EditorUndo::edited, panel, [](QWidget* editor) { applyToScene(editor); });
     //! [undo]
 }

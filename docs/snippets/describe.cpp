@@ -124,7 +124,7 @@ std::shared_ptr<const ObjectType> fogType()
 
 namespace
 {
-// An engine's own table of what its components have.
+// An engine's own table of its components' members.
 struct Field
 {
     const char* name;

@@ -93,7 +93,7 @@ QWidget* vectorEdit()
     position->setLabelWidth(96);
     position->setUnits("m");
     position->setTextWidth(64);
-    position->setMinimumHeight(38); // a row like the others; it is 132 at first
+    position->setMinimumHeight(38); // like the other rows; the default is 132
     position->setValue(QVector3D(1.5f, 0.0f, -2.25f));
     QObject::connect(position, &QVectorEdit::valueChanged, [position] { camera.position = position->value(); });
     //! [QVectorEdit]
@@ -109,7 +109,7 @@ QWidget* colourEdit()
     tint->setLabelWidth(96);
     const double rgba[] = {1.0, 0.85, 0.6, 1.0};
     tint->setColour(rgba);
-    // The fields show only what is put into them.
+    // The fields show only what is written into them.
     const char* const fields[] = {"red", "green", "blue", "alpha"};
     for (int i = 0; i < 4; ++i)
         tint->findChild<QLineEdit*>(fields[i])->setText(QString::number(rgba[i]));

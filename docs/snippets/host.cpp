@@ -135,7 +135,7 @@ void guardView(QRenderWidget* view, orvek::base::BaseMouseHandler* handler,
                orvek::crossplatform::DisplaySurfaceManagerInterface* manager)
 {
     //! [ViewInput]
-    // In place of SetHandleMouseInterface() and SetDisplaySurfaceManagerInterface().
+    // Instead of SetHandleMouseInterface() and SetDisplaySurfaceManagerInterface().
     auto* input = new orvek::host::ViewInput(view, handler, view);
     input->setManager(manager);
     input->setPassesTab(true);

@@ -29,7 +29,7 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     Light light;
-    auto* contents = new QWidget; // of the section: its direct children are what a search finds
+    auto* contents = new QWidget; // of the section; a search filters its direct children
     auto* rows = new QVBoxLayout(contents);
     addEditor(rows, "Intensity", "klx", 8.0, &light.intensity);
     addEditor(rows, "Angle", "deg", 90.0, &light.angle);

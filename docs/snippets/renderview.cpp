@@ -58,19 +58,19 @@ class BallManager final : public orvek::crossplatform::DisplaySurfaceManagerInte
 public:
     void AddWindow(HWND window, orvek::crossplatform::PlatformRendererInterface* renderer, int) override
     {
-        // Also comes for a known window, with another renderer or with null.
+        // Also called for a known window, with another renderer or with null.
         m_renderers[window] = static_cast<BallRenderer*>(renderer);
     }
     void RemoveWindow(HWND window) override
     {
-        m_renderers.erase(window); // may come twice
+        m_renderers.erase(window); // may be called twice
     }
-    void ResizeSurface(HWND) override {} // does not come to a second manager, so Render() asks for the size
+    void ResizeSurface(HWND) override {} // not called on a second manager, so Render() asks for the size
     void Render(HWND window) override
     {
         const auto found = m_renderers.find(window);
         if (found == m_renderers.end() || !found->second)
-            return; // also comes for windows that were removed or made again
+            return; // also called for windows that were removed or recreated
         QWindow* surface = QWidget::find(WId(window))->windowHandle();
         QImage frame = found->second->draw(surface->size() * surface->devicePixelRatio());
         frame.setDevicePixelRatio(surface->devicePixelRatio());
@@ -106,7 +106,7 @@ public:
     void MouseUp(int, int, int) override { m_held = false; }
     void MouseDoubleClick(int button, int x, int y) override
     {
-        MouseDown(button, x, y); // the second press of a double click comes here alone
+        MouseDown(button, x, y); // the second press of a double click is only reported here
     }
     void MouseMove(int x, int) override
     {
@@ -162,20 +162,20 @@ QWidget* renderWidgetWithoutEngine()
     return new QRenderWidget;
 }
 
-// A frame's layout, the frame being in its window.
+// The layout belongs to a frame that is already in its window.
 void addViewWithoutNativeAncestors(QLayout* rows)
 {
     //! [native]
     auto* view = new QRenderWidget; // no parent yet, as the constructor creates the window
     view->setAttribute(Qt::WA_DontCreateNativeAncestors);
-    rows->addWidget(view); // all around it are in their window already
+    rows->addWidget(view); // everything around it is in its window already
     //! [native]
 }
 
 //! [onTop]
 void setAlwaysOnTop(QMainWindow* window, bool onTop)
 {
-    QWidget* central = window->takeCentralWidget(); // with the view in it
+    QWidget* central = window->takeCentralWidget(); // includes the view
     window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
     window->show();
     window->setCentralWidget(central);

@@ -25,8 +25,8 @@ class ObjectFile;
 class ObjectType;
 } // namespace orvek::host
 
-// Each builds the widget that a page of the documentation describes, from the very code that the page quotes. The
-// caller owns it.
+// Each creates the widget that a page of the documentation describes, with the code that the page quotes. The caller
+// owns it.
 QWidget* sliderEdit();
 QWidget* intSliderEdit();
 QWidget* vectorEdit();
