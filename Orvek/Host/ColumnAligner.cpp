@@ -228,7 +228,7 @@ struct TextWidth
     int width = 0;
 };
 
-struct Row
+struct AlignedRow
 {
     QPointer<QWidget> editor;
     EditorParts parts;
@@ -273,7 +273,7 @@ int needOf(TextWidth& known, const QLabel* label)
     return known.text.isEmpty() ? 0 : known.width + aroundText(label) + gap;
 }
 
-void refreshParts(Row& row)
+void refreshParts(AlignedRow& row)
 {
     if (std::exchange(row.hasOtherParts, false))
         row.parts = partsOf(row.editor);
@@ -284,7 +284,7 @@ QString widestNumber()
     return QStringLiteral("-8.88888e-88");
 }
 
-void measureFields(Row& row, TextWidth& number)
+void measureFields(AlignedRow& row, TextWidth& number)
 {
     row.fieldNeed = 0;
     row.nameNeed = 0;
@@ -312,7 +312,7 @@ void measureFields(Row& row, TextWidth& number)
 }
 
 // Measures what does not depend on the row's width.
-void measure(Row& row, TextWidth& number)
+void measure(AlignedRow& row, TextWidth& number)
 {
     row.isDirty = false;
     row.isRow = false;
@@ -376,7 +376,7 @@ void measure(Row& row, TextWidth& number)
     measureFields(row, number);
 }
 
-bool hasOtherTexts(const Row& row)
+bool hasOtherTexts(const AlignedRow& row)
 {
     return (row.parts.label && isOther(row.title, row.parts.label)) ||
            (row.hasUnits && isOther(row.units, row.parts.units));
@@ -430,7 +430,7 @@ struct ColumnAligner::Private
 {
     ColumnAligner* q = nullptr;
     std::shared_ptr<EditorTree> tree;
-    QHash<QObject*, Row> rows; // by editor
+    QHash<QObject*, AlignedRow> rows; // by editor
     bool alignsColumns = true;
     bool elidesTitles = true;
     bool fitsTexts = true;
@@ -447,18 +447,18 @@ struct ColumnAligner::Private
 
     void enter(QWidget* widget);
     void leave(QWidget* widget);
-    void watch(Row& row, bool isWatched);
+    void watch(AlignedRow& row, bool isWatched);
     void watchAll();
     void request();
     void alignNow();
     void alignAtOnce();
     void updateNeeds();
     void place();
-    bool apply(Row& row);
-    bool setLimits(Row& row, QWidget* child, int minimum, int maximum);
-    bool setMargins(Row& row, int end);
-    void restore(Row& row);
-    void watchTitles(const Row& row);
+    bool apply(AlignedRow& row);
+    bool setLimits(AlignedRow& row, QWidget* child, int minimum, int maximum);
+    bool setMargins(AlignedRow& row, int end);
+    void restore(AlignedRow& row);
+    void watchTitles(const AlignedRow& row);
     bool filterField(QLineEdit* field, QEvent* event);
     bool filterTitle(QLabel* label, QEvent* event);
 };
@@ -467,7 +467,7 @@ void ColumnAligner::Private::enter(QWidget* widget)
 {
     if (!isEditor(widget) || rows.contains(widget))
         return;
-    Row& row = rows[widget];
+    AlignedRow& row = rows[widget];
     row.editor = widget;
     watch(row, true);
     request();
@@ -488,7 +488,7 @@ void ColumnAligner::Private::leave(QWidget* widget)
     request();
 }
 
-void ColumnAligner::Private::watch(Row& row, bool isWatched)
+void ColumnAligner::Private::watch(AlignedRow& row, bool isWatched)
 {
     if (isWatched)
         row.editor->installEventFilter(q);
@@ -514,7 +514,7 @@ void ColumnAligner::Private::watch(Row& row, bool isWatched)
 // The pass that follows watches the cut titles again.
 void ColumnAligner::Private::watchAll()
 {
-    for (Row& row : rows)
+    for (AlignedRow& row : rows)
         if (row.editor)
             watch(row, true);
     request();
@@ -545,7 +545,7 @@ void ColumnAligner::Private::alignNow()
     place();
     updateNeeds();
     bool changed = false;
-    for (Row& row : rows)
+    for (AlignedRow& row : rows)
     {
         if (!row.editor || (row.width > 0 && !row.editor->isVisible()))
             continue;
@@ -567,7 +567,7 @@ void ColumnAligner::Private::alignNow()
 void ColumnAligner::Private::alignAtOnce()
 {
     alignNow();
-    for (const Row& row : std::as_const(rows))
+    for (const AlignedRow& row : std::as_const(rows))
         if (row.awaitsLayout && row.editor && row.editor->layout())
             row.editor->layout()->activate();
 }
@@ -576,7 +576,7 @@ void ColumnAligner::Private::updateNeeds()
 {
     titleNeed = unitsNeed = tail = fieldNeed = nameNeed = sliderMiddle = contentNeed = 0;
     TextWidth number; // almost all fields have the same font
-    for (Row& row : rows)
+    for (AlignedRow& row : rows)
     {
         if (row.isDirty && row.editor)
             measure(row, number);
@@ -598,7 +598,7 @@ void ColumnAligner::Private::updateNeeds()
 void ColumnAligner::Private::place()
 {
     QHash<const QWidget*, Frame> frames;
-    for (Row& row : rows)
+    for (AlignedRow& row : rows)
     {
         if (!row.editor || (row.width > 0 && !row.editor->isVisible()))
             continue;
@@ -622,7 +622,7 @@ void ColumnAligner::Private::place()
     }
 }
 
-bool ColumnAligner::Private::apply(Row& row)
+bool ColumnAligner::Private::apply(AlignedRow& row)
 {
     const bool isPlaced = row.width > 0;
     const int width = isPlaced ? row.width : row.expectedWidth;
@@ -653,7 +653,7 @@ bool ColumnAligner::Private::apply(Row& row)
 }
 
 // Records the widths it finds, even if a host has changed them in the meantime.
-bool ColumnAligner::Private::setLimits(Row& row, QWidget* child, int minimum, int maximum)
+bool ColumnAligner::Private::setLimits(AlignedRow& row, QWidget* child, int minimum, int maximum)
 {
     auto limits = std::find_if(row.limits.begin(), row.limits.end(),
                                [child](const Limits& known) { return known.child == child; });
@@ -672,7 +672,7 @@ bool ColumnAligner::Private::setLimits(Row& row, QWidget* child, int minimum, in
 }
 
 // Reserves the space for units in an editor without them.
-bool ColumnAligner::Private::setMargins(Row& row, int end)
+bool ColumnAligner::Private::setMargins(AlignedRow& row, int end)
 {
     QLayout* layout = row.editor->layout();
     const QMargins now = layout->contentsMargins();
@@ -691,7 +691,7 @@ bool ColumnAligner::Private::setMargins(Row& row, int end)
     return true;
 }
 
-void ColumnAligner::Private::restore(Row& row)
+void ColumnAligner::Private::restore(AlignedRow& row)
 {
     for (const Limits& limits : std::as_const(row.limits))
     {
@@ -711,7 +711,7 @@ void ColumnAligner::Private::restore(Row& row)
 }
 
 // Most titles fit and need no event filter.
-void ColumnAligner::Private::watchTitles(const Row& row)
+void ColumnAligner::Private::watchTitles(const AlignedRow& row)
 {
     const auto watchIfCut = [this](QLabel* label, int need)
     {
@@ -793,7 +793,7 @@ ColumnAligner::ColumnAligner(QWidget* root, QObject* parent) : QObject(parent), 
 ColumnAligner::~ColumnAligner()
 {
     disconnect(d->tree.get(), nullptr, this, nullptr);
-    for (Row& row : d->rows)
+    for (AlignedRow& row : d->rows)
     {
         if (!row.editor)
             continue;
@@ -811,7 +811,7 @@ void ColumnAligner::setAlignsColumns(bool align)
 {
     d->alignsColumns = align;
     if (!align)
-        for (Row& row : d->rows)
+        for (AlignedRow& row : d->rows)
             if (row.editor)
                 d->restore(row);
     d->request();
@@ -861,7 +861,7 @@ int ColumnAligner::uncutWidth()
     d->place();
     d->updateNeeds();
     int aroundRows = 0;
-    for (const Row& row : std::as_const(d->rows))
+    for (const AlignedRow& row : std::as_const(d->rows))
         if (row.editor && row.editor->isVisible())
             aroundRows = qMax(aroundRows, root->width() - row.width);
     const double byTitles = std::ceil((d->titleNeed + 1) / d->titleShare);

@@ -113,6 +113,11 @@ bool isSection(const QWidget* widget)
     return slot >= 0 && directChild<QCheckBox>(widget, "accordionCheckBox");
 }
 
+bool isColour(const QWidget* editor)
+{
+    return qobject_cast<const QColourEdit*>(editor) || editor->property("colourEdit").toBool();
+}
+
 QString titleOf(const QWidget* editor)
 {
     if (!editor->windowTitle().isEmpty())

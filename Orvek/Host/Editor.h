@@ -28,6 +28,8 @@ bool isEditor(const QWidget* widget);
 EditorParts partsOf(const QWidget* editor);
 //! Whether the widget is a section, that is, has a check box "accordionCheckBox" and a slot setSearchText(QString).
 bool isSection(const QWidget* widget);
+//! Whether the editor's components are shades: a QColourEdit, or one whose property "colourEdit" is true.
+bool isColour(const QWidget* editor);
 //! The title that the user sees: the window title, which the widgets keep equal to it, or the label's text.
 QString titleOf(const QWidget* editor);
 

@@ -5,7 +5,6 @@
 #include <Orvek/Host/EditorTree.h>
 #include <Orvek/Host/Expression.h>
 
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
@@ -65,11 +64,6 @@ QString exactText(double number, bool isFloat)
             break;
     }
     return text;
-}
-
-bool isColour(const QWidget* editor)
-{
-    return qobject_cast<const QColourEdit*>(editor) || editor->property("colourEdit").toBool();
 }
 
 bool isInteger(const QWidget* editor)

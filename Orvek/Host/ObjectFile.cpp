@@ -44,7 +44,7 @@ struct Node
 struct Element;
 
 // A file's content for one property.
-struct Value
+struct FileValue
 {
     int property = -1;
     QVariant value;
@@ -53,7 +53,7 @@ struct Value
 
 struct Element
 {
-    QVector<Value> values;
+    QVector<FileValue> values;
 };
 
 QString number(double value)
@@ -235,7 +235,7 @@ struct ObjectFile::Private
     std::optional<QVariant> valueIn(const Property& property, const QJsonValue& json, const QString& path);
     bool readMembers(const ObjectType& objectType, const Node& node, const QJsonObject& json, const QString& path,
                      Element& element, QJsonObject* unknown);
-    bool readList(const Property& property, const QJsonValue& json, const QString& path, Value& value);
+    bool readList(const Property& property, const QJsonValue& json, const QString& path, FileValue& value);
     static Element capture(const ObjectType& objectType, const void* object, const Element& likeThis);
     static Element captureAll(const ObjectType& objectType, const void* object);
     bool apply(const ObjectType& objectType, const Element& element, const QString& path, void* object);
@@ -405,7 +405,8 @@ std::optional<QVariant> ObjectFile::Private::valueIn(const Property& property, c
     return checked(false, {}, Text::tr("nothing"));
 }
 
-bool ObjectFile::Private::readList(const Property& property, const QJsonValue& json, const QString& path, Value& value)
+bool ObjectFile::Private::readList(const Property& property, const QJsonValue& json, const QString& path,
+                                   FileValue& value)
 {
     const QJsonArray array = json.toArray();
     if (!json.isArray() || (property.maximumLength > 0 && array.size() > property.maximumLength))
@@ -454,7 +455,7 @@ bool ObjectFile::Private::readMembers(const ObjectType& objectType, const Node& 
             continue;
         }
         const Property& property = objectType.properties()[member->property];
-        Value value;
+        FileValue value;
         value.property = member->property;
         if (property.kind == PropertyKind::List)
         {
@@ -490,10 +491,10 @@ Element ObjectFile::Private::captureAll(const ObjectType& objectType, const void
 Element ObjectFile::Private::capture(const ObjectType& objectType, const void* object, const Element& likeThis)
 {
     Element now;
-    for (const Value& value : likeThis.values)
+    for (const FileValue& value : likeThis.values)
     {
         const Property& property = objectType.properties()[value.property];
-        Value captured;
+        FileValue captured;
         captured.property = value.property;
         if (property.kind != PropertyKind::List)
             captured.value = objectType.read(object, value.property);
@@ -514,7 +515,7 @@ Element ObjectFile::Private::capture(const ObjectType& objectType, const void* o
 bool ObjectFile::Private::apply(const ObjectType& objectType, const Element& element, const QString& path, void* object)
 {
     bool all = true;
-    for (const Value& value : element.values)
+    for (const FileValue& value : element.values)
     {
         const Property& property = objectType.properties()[value.property];
         const QString place = memberPath(path, property.name);

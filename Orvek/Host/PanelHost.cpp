@@ -3,15 +3,14 @@
 #include <Orvek/Host/ChoiceButton.h>
 #include <Orvek/Host/ColourButton.h>
 #include <Orvek/Host/ColumnAligner.h>
+#include <Orvek/Host/Editor.h>
 #include <Orvek/Host/EditorAccessibility.h>
 #include <Orvek/Host/EditorInput.h>
 #include <Orvek/Host/EditorTree.h>
 #include <Orvek/Host/EditorUndo.h>
 #include <Orvek/Host/PanelSearch.h>
 #include <Orvek/Host/SectionStates.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
 
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
@@ -22,12 +21,6 @@ namespace orvek::host
 {
 namespace
 {
-bool isColour(const QWidget* widget)
-{
-    const auto* vector = qobject_cast<const QVectorEdit*>(widget);
-    return vector ? vector->colourEdit() : qobject_cast<const QColourEdit*>(widget) != nullptr;
-}
-
 template <typename Button>
 bool has(const QWidget* editor)
 {

@@ -125,10 +125,9 @@ void describeVector(QVectorEdit* editor, const Property& property, bool all)
 void setReadOnly(QWidget* editor)
 {
     const EditorParts parts = partsOf(editor);
-    const bool isColour = editor->property("colourEdit").toBool() || qobject_cast<QColourEdit*>(editor);
     if (editor->metaObject()->indexOfProperty("readOnly") >= 0)
         editor->setProperty("readOnly", true);
-    else if (parts.fields.isEmpty() || isColour || qobject_cast<QIntSliderEdit*>(editor))
+    else if (parts.fields.isEmpty() || isColour(editor) || qobject_cast<QIntSliderEdit*>(editor))
         editor->setEnabled(false);
     else
     {

@@ -62,7 +62,7 @@ QString escaped(QString name)
 }
 
 // The form sets this name if the section has none.
-QString nameOf(const QWidget* section)
+QString sectionName(const QWidget* section)
 {
     const QString name = section->objectName();
     return name.isEmpty() || name == QLatin1String("Accordion") ? section->windowTitle() : name;
@@ -250,7 +250,7 @@ void SectionStates::Private::updateKeys()
         const auto state = states.find(widget);
         if (state == states.end())
             continue;
-        QString path = escaped(nameOf(widget));
+        QString path = escaped(sectionName(widget));
         for (QWidget* above = widget->parentWidget(); above && above != tree->root(); above = above->parentWidget())
         {
             // Outer sections come first, so this one has its key.

@@ -75,10 +75,10 @@ qint32 placeOf(int index, size_t count)
     return index < 0 ? qint32(qMax(qint64(count) + index, qint64(-1))) : index - 1;
 }
 
-class Converter
+class ObjConverter
 {
 public:
-    Converter(MeshBuilder& builder, const QDir& folder) : m_builder(builder), m_folder(folder) {}
+    ObjConverter(MeshBuilder& builder, const QDir& folder) : m_builder(builder), m_folder(folder) {}
 
     void addFace(const tinyobj::index_t* corners, int count)
     {
@@ -137,7 +137,7 @@ void readObj(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& pr
     struct Target
     {
         MeshBuilder& builder;
-        Converter converter;
+        ObjConverter converter;
     } target{builder, {builder, file.absoluteDir()}};
     tinyobj::callback_t callback;
     callback.vertex_cb = [](void* to, float x, float y, float z, float)
