@@ -1,13 +1,8 @@
 #include "DesignerInterfaces.h"
 
 #include "QAccordion.h"
-#include "QFileEdit.h"
-#include "QIntSliderEdit.h"
-#include "QLabelEdit.h"
 #include "QPropertyPanel.h"
 #include "QRenderWidget.h"
-#include "QSliderEdit.h"
-#include "QVectorEdit.h"
 
 namespace
 {
@@ -160,11 +155,10 @@ QString panelContents()
         return snippet(#Widget, objectName, contents);                                                                 \
     }
 
-ORVEK_DESIGNER_INTERFACE(QSliderEdit, "sliderEdit", false, geometry(100, 24) + helpTexts())
-ORVEK_DESIGNER_INTERFACE(QIntSliderEdit, "intSliderEdit", false, geometry(100, 24) + helpTexts())
-ORVEK_DESIGNER_INTERFACE(QLabelEdit, "labelEdit", false, geometry(100, 24) + helpTexts())
-ORVEK_DESIGNER_INTERFACE(QVectorEdit, "VectorEdit", false, geometry(100, 24) + helpTexts())
-ORVEK_DESIGNER_INTERFACE(QFileEdit, "FileEdit", false, geometry(100, 24) + helpTexts())
+#define ORVEK_DESIGNER_EDITOR(Editor, objectName)                                                                      \
+    ORVEK_DESIGNER_INTERFACE(Editor, objectName, false, geometry(100, 24) + helpTexts())
+
+ORVEK_DESIGNER_EDITORS(ORVEK_DESIGNER_EDITOR)
 ORVEK_DESIGNER_INTERFACE(QPropertyPanel, "PropertyPanel", true, geometry(372, 474) + panelContents())
 ORVEK_DESIGNER_INTERFACE(QAccordion, "accordion", true, geometry(100, 24) + helpTexts() + sectionContents())
 ORVEK_DESIGNER_INTERFACE(QRenderWidget, "RenderWidget", false,

@@ -1,98 +1,41 @@
 #pragma once
 
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/EditorList.h>
+
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 
-// What form designers know about each of the eight widgets that they offer. Everything but the flag is constant.
+// What form designers know about each widget that they offer: constants, and a flag.
 //
 // Each class derives directly from both bases: with a class or template in between, a cast by the name of the interface
 // fails.
-#define ORVEK_DESIGNER_OVERRIDES                                                                                       \
-public:                                                                                                                \
-    QString name() const override;                                                                                     \
-    QString group() const override;                                                                                    \
-    QString toolTip() const override;                                                                                  \
-    QString whatsThis() const override;                                                                                \
-    QString includeFile() const override;                                                                              \
-    QIcon icon() const override;                                                                                       \
-    bool isContainer() const override;                                                                                 \
-    QWidget* createWidget(QWidget* parent) override;                                                                   \
-    bool isInitialized() const override;                                                                               \
-    void initialize(QDesignerFormEditorInterface* core) override;                                                      \
-    QString domXml() const override;                                                                                   \
+#define ORVEK_DESIGNER_INTERFACE(Widget, parentDefault)                                                                \
+    class Widget##Interface : public QObject, public QDesignerCustomWidgetInterface                                    \
+    {                                                                                                                  \
+        Q_OBJECT                                                                                                       \
+        Q_INTERFACES(QDesignerCustomWidgetInterface)                                                                   \
+    public:                                                                                                            \
+        explicit Widget##Interface(QObject* parent parentDefault);                                                     \
+        QString name() const override;                                                                                 \
+        QString group() const override;                                                                                \
+        QString toolTip() const override;                                                                              \
+        QString whatsThis() const override;                                                                            \
+        QString includeFile() const override;                                                                          \
+        QIcon icon() const override;                                                                                   \
+        bool isContainer() const override;                                                                             \
+        QWidget* createWidget(QWidget* parent) override;                                                               \
+        bool isInitialized() const override;                                                                           \
+        void initialize(QDesignerFormEditorInterface* core) override;                                                  \
+        QString domXml() const override;                                                                               \
                                                                                                                        \
-private:                                                                                                               \
-    bool m_initialized = false;
+    private:                                                                                                           \
+        bool m_initialized = false;                                                                                    \
+    };
+#define ORVEK_DESIGNER_EDITOR(Editor, objectName) ORVEK_DESIGNER_INTERFACE(Editor, )
 
-class QSliderEditInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QSliderEditInterface(QObject* parent);
-};
+ORVEK_DESIGNER_EDITORS(ORVEK_DESIGNER_EDITOR)
+ORVEK_DESIGNER_INTERFACE(QPropertyPanel, )
+ORVEK_DESIGNER_INTERFACE(QAccordion, )
+ORVEK_DESIGNER_INTERFACE(QRenderWidget, = nullptr)
 
-class QIntSliderEditInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QIntSliderEditInterface(QObject* parent);
-};
-
-class QLabelEditInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QLabelEditInterface(QObject* parent);
-};
-
-class QVectorEditInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QVectorEditInterface(QObject* parent);
-};
-
-class QFileEditInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QFileEditInterface(QObject* parent);
-};
-
-class QPropertyPanelInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QPropertyPanelInterface(QObject* parent);
-};
-
-class QAccordionInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QAccordionInterface(QObject* parent);
-};
-
-class QRenderWidgetInterface : public QObject, public QDesignerCustomWidgetInterface
-{
-    Q_OBJECT
-    Q_INTERFACES(QDesignerCustomWidgetInterface)
-    ORVEK_DESIGNER_OVERRIDES
-public:
-    explicit QRenderWidgetInterface(QObject* parent = nullptr);
-};
-
-#undef ORVEK_DESIGNER_OVERRIDES
+#undef ORVEK_DESIGNER_EDITOR
+#undef ORVEK_DESIGNER_INTERFACE

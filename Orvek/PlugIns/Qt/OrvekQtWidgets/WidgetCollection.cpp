@@ -4,11 +4,9 @@
 
 WidgetCollection::WidgetCollection(QObject* parent) : QObject(parent)
 {
-    m_widgets.append(new QSliderEditInterface(this));
-    m_widgets.append(new QIntSliderEditInterface(this));
-    m_widgets.append(new QLabelEditInterface(this));
-    m_widgets.append(new QVectorEditInterface(this));
-    m_widgets.append(new QFileEditInterface(this));
+#define ORVEK_APPEND(Editor, objectName) m_widgets.append(new Editor##Interface(this));
+    ORVEK_DESIGNER_EDITORS(ORVEK_APPEND)
+#undef ORVEK_APPEND
     m_widgets.append(new QPropertyPanelInterface(this));
     m_widgets.append(new QAccordionInterface(this));
     m_widgets.append(new QRenderWidgetInterface(this));
