@@ -1,10 +1,6 @@
-// Random use: user events, property writes and host actions on trees of all the widgets, with checks after each step.
-// Each world has a number, which determines all of its steps; a step does the same whichever others are left out. So
-// when a world, in a process of its own, breaks, the steps that do not matter can be found and removed.
-//
-//     soak [--seed WORLD] [--seconds LIMIT] [--worlds COUNT] [--steps IN_EACH_WORLD]
-//                                                              random use; shrinks what breaks
-//     soak --world WORLD [--steps COUNT] [--only 3,17,40]              shows the steps of one world
+#include "World.h"
+
+#include "Random.h"
 
 #include <Orvek/Host/ColumnAligner.h>
 #include <Orvek/Host/EditorInput.h>
@@ -13,21 +9,12 @@
 #include <Orvek/Host/PanelSearch.h>
 #include <Orvek/Host/SectionStates.h>
 #include <Orvek/Host/ViewInput.h>
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/EditorList.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QLabelEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
 
-#include <QtCore/QCommandLineParser>
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QFile>
 #include <QtCore/QMetaMethod>
-#include <QtCore/QProcess>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
@@ -43,8 +30,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <functional>
-#include <limits>
 #include <memory>
 #include <set>
 #include <vector>
@@ -53,204 +38,12 @@ using orvek::base::BaseMouseHandler;
 using orvek::crossplatform::DisplaySurfaceManagerInterface;
 using orvek::crossplatform::PlatformRendererInterface;
 
+Counts counts;
+
 namespace
 {
 constexpr int LargestSide = 1500; // of visible widgets; larger backing stores would take all of the memory
 const char Worn[] = "soak_worn";  // on editors whose children were changed from outside
-
-class Random
-{
-public:
-    explicit Random(quint64 seed) : m_state(seed) {}
-    quint64 next()
-    {
-        m_state += 0x9e3779b97f4a7c15ULL;
-        quint64 z = m_state;
-        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
-        z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
-        return z ^ (z >> 31);
-    }
-    int below(int count) { return static_cast<int>(next() % static_cast<quint64>(qMax(count, 1))); }
-    bool once(int in) { return below(in) == 0; }
-    template <typename List>
-    auto pick(const List& list)
-    {
-        return *(std::begin(list) + below(static_cast<int>(std::end(list) - std::begin(list))));
-    }
-
-private:
-    quint64 m_state;
-};
-
-double anyDouble(Random& random)
-{
-    using Limits = std::numeric_limits<double>;
-    static const double extremes[] = {0.0,
-                                      -0.0,
-                                      1.0,
-                                      -1.0,
-                                      0.5,
-                                      100.0,
-                                      Limits::quiet_NaN(),
-                                      Limits::infinity(),
-                                      -Limits::infinity(),
-                                      Limits::max(),
-                                      Limits::lowest(),
-                                      Limits::min(),
-                                      Limits::denorm_min(),
-                                      1e308,
-                                      1e-300,
-                                      1e39,
-                                      3e9,
-                                      -3e9,
-                                      1e-5};
-    return random.once(3) ? random.below(2000) / 100.0 - 5.0 : random.pick(extremes);
-}
-
-int anyInt(Random& random)
-{
-    using Limits = std::numeric_limits<int>;
-    static const int extremes[] = {0,
-                                   1,
-                                   -1,
-                                   2,
-                                   80,
-                                   Limits::min(),
-                                   Limits::min() + 1,
-                                   Limits::max(),
-                                   Limits::max() - 1,
-                                   QWIDGETSIZE_MAX,
-                                   QWIDGETSIZE_MAX + 1,
-                                   -100,
-                                   1 << 30,
-                                   65536};
-    return random.once(2) ? random.below(300) - 50 : random.pick(extremes);
-}
-
-QString anyString(Random& random)
-{
-    static const QString texts[] = {QString(),
-                                    QStringLiteral("a"),
-                                    QStringLiteral("Gr\u00f6\u00dfe"),
-                                    QStringLiteral("%1 %2 %n %"),
-                                    QString(5000, QLatin1Char('W')),
-                                    QStringLiteral("<b>bold</b>&amp;"),
-                                    QStringLiteral("&File && Edit &"),
-                                    QString(QChar(0xd800)),
-                                    QString(QChar(0)) + QLatin1Char('x'),
-                                    QStringLiteral("\u202e\u05d0\u05d1 1"),
-                                    QStringLiteral("e\u0301\u0301\u0301\u0301"),
-                                    QStringLiteral("two\nlines\ttab"),
-                                    QStringLiteral("1e400"),
-                                    QStringLiteral("nan"),
-                                    QStringLiteral("-inf"),
-                                    QStringLiteral("0x10"),
-                                    QStringLiteral("1,5"),
-                                    QStringLiteral("99999999999999999999"),
-                                    QStringLiteral("-2147483648"),
-                                    QStringLiteral(" 0.25 "),
-                                    QStringLiteral("1e-320"),
-                                    QStringLiteral("QAccordion {"),
-                                    QStringLiteral("label"),
-                                    QStringLiteral("title")};
-    return random.once(4) ? QString::number(random.below(3000) / 100.0 - 10.0) : random.pick(texts);
-}
-
-QVector3D anyVector(Random& random)
-{
-    const auto component = [&random]
-    {
-        return random.pick(
-            std::initializer_list<float>{0.F, 1.F, -1.F, 1e-45F, 3.4e38F, std::numeric_limits<float>::infinity(),
-                                         std::numeric_limits<float>::quiet_NaN(), float(random.below(100))});
-    };
-    const float x = component();
-    const float y = component();
-    return {x, y, component()};
-}
-
-QVariant anyVariant(Random& random)
-{
-    switch (random.below(7))
-    {
-    case 0:
-        return QVariant();
-    case 1:
-        return anyString(random);
-    case 2:
-        return anyInt(random);
-    case 3:
-        return QStringList(anyString(random));
-    case 4:
-        return QVariant::fromValue(anyVector(random));
-    default:
-        return anyDouble(random);
-    }
-}
-
-QFont anyFont(Random& random)
-{
-    QFont font(random.pick(std::initializer_list<const char*>{"DejaVu Sans", "no such family", ""}));
-    font.setPixelSize(1 + random.below(random.once(5) ? 200 : 30));
-    font.setBold(random.once(3));
-    return font;
-}
-
-QPalette anyPalette(Random& random)
-{
-    return {QColor::fromRgba(static_cast<QRgb>(random.next())), QColor::fromRgba(static_cast<QRgb>(random.next()))};
-}
-
-// Now and then a value without a name, within the bits that C++ guarantees for the type: code generated by moc accepts
-// no more.
-int anyOf(const QMetaEnum& type, Random& random)
-{
-    int bits = 0;
-    for (int i = 0; i < type.keyCount(); ++i)
-        bits |= qMax(type.value(i), 0);
-    for (int shift = 1; shift < 32; shift *= 2)
-        bits |= bits >> shift;
-    return random.once(6) ? static_cast<int>(random.next()) & bits : type.value(random.below(type.keyCount()));
-}
-
-// A value of the property's type; invalid for a type that is not changed.
-QVariant anyOf(const QMetaProperty& property, Random& random)
-{
-    if (property.isEnumType())
-        return anyOf(property.enumerator(), random);
-    switch (static_cast<int>(property.userType()))
-    {
-    case QMetaType::Bool:
-        return random.once(2);
-    case QMetaType::Int:
-        return anyInt(random);
-    case QMetaType::Double:
-        return anyDouble(random);
-    case QMetaType::QString:
-        return anyString(random);
-    case QMetaType::QVariant:
-        return anyVariant(random);
-    case QMetaType::QVector3D:
-        return QVariant::fromValue(anyVector(random));
-    case QMetaType::QStringList:
-    {
-        QStringList list;
-        for (int i = random.below(5); i > 0; --i)
-            list << anyString(random);
-        return list;
-    }
-    case QMetaType::QFont:
-        return anyFont(random);
-    case QMetaType::QPalette:
-        return anyPalette(random);
-    case QMetaType::QLocale:
-        return QLocale(random.once(2) ? QLocale::German : QLocale::Arabic);
-    case QMetaType::QCursor:
-        return QCursor(random.once(2) ? Qt::WaitCursor : Qt::BlankCursor);
-    default:
-        return {};
-    }
-}
 
 class Renderer final : public PlatformRendererInterface
 {
@@ -307,23 +100,22 @@ public:
     }
 };
 
+bool isEditor(const QWidget* widget)
+{
+#define ORVEK_IS_EDITOR(Editor) || qobject_cast<const Editor*>(widget)
+    return false ORVEK_EDITORS(ORVEK_IS_EDITOR);
+#undef ORVEK_IS_EDITOR
+}
+
 bool isOfLibrary(const QWidget* widget)
 {
-    return qobject_cast<const QPropertyEditWidget*>(widget) || qobject_cast<const QIntSliderEdit*>(widget) ||
-           qobject_cast<const QLabelEdit*>(widget) || qobject_cast<const QFileEdit*>(widget) ||
-           qobject_cast<const QPropertyPanel*>(widget) || qobject_cast<const QAccordion*>(widget) ||
+    return isEditor(widget) || qobject_cast<const QPropertyPanel*>(widget) || qobject_cast<const QAccordion*>(widget) ||
            qobject_cast<const QRenderWidget*>(widget);
 }
 
 bool isPanel(const QWidget* widget)
 {
     return qobject_cast<const QPropertyPanel*>(widget) != nullptr;
-}
-
-bool isEditor(const QWidget* widget)
-{
-    return isOfLibrary(widget) && !qobject_cast<const QPropertyPanel*>(widget) &&
-           !qobject_cast<const QAccordion*>(widget) && !qobject_cast<const QRenderWidget*>(widget);
 }
 
 QWidget* editorAround(QWidget* widget)
@@ -340,14 +132,6 @@ QString nameOf(const QObject* object)
     return QStringLiteral("%1 %2").arg(QLatin1String(object->metaObject()->className()), object->objectName());
 }
 
-// Actions so far.
-struct Counts
-{
-    qint64 user = 0;
-    qint64 writes = 0;
-    qint64 host = 0;
-} counts;
-
 QString complaint;          // of the first check that failed; empty if none
 bool hostIsAtFault = false; // while Qt may warn, as a host writes nonsense into Qt's own objects
 
@@ -357,7 +141,7 @@ void check(bool holds, const QString& what)
         complaint = what;
 }
 
-void hearWarning(QtMsgType type, const QMessageLogContext&, const QString& message)
+void receiveWarning(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     // Warnings from neither the library nor Qt's widgets: from the platform, about style sheets, paths and filters
     // garbled by the host, and from Qt 6's QTest about clicks beyond a window's edge and keys that nobody accepts.
@@ -527,41 +311,31 @@ private:
             inside->layout()->addWidget(section);
             inside = new QWidget(section);
             auto* contents = new QVBoxLayout(inside);
-            contents->addWidget(prepare(new QSliderEdit));
-            contents->addWidget(prepare(new QIntSliderEdit));
-            contents->addWidget(prepare(new QVectorEdit));
-            contents->addWidget(prepare(new QColourEdit));
-            contents->addWidget(prepare(new QLabelEdit));
-            contents->addWidget(prepare(new QFileEdit));
+            for (const Create editor : editors)
+                contents->addWidget((this->*editor)(nullptr));
         }
         rows->addWidget(prepare(new QRenderWidget));
         area->setWidget(column);
     }
+    using Create = QWidget* (World::*)(QWidget* parent);
+    template <typename Widget>
+    QWidget* make(QWidget* parent)
+    {
+        return prepare(new Widget(parent));
+    }
     QWidget* create(Random& random, QWidget* parent)
     {
-        switch (random.below(10))
-        {
-        case 0:
-            return prepare(new QSliderEdit(parent));
-        case 1:
-            return prepare(new QIntSliderEdit(parent));
-        case 2:
-            return prepare(new QVectorEdit(parent));
-        case 3:
-            return prepare(new QColourEdit(parent));
-        case 4:
-            return prepare(new QLabelEdit(parent));
-        case 5:
-            return prepare(new QFileEdit(parent));
-        case 6:
+        const int kinds = int(std::size(editors));
+        const int kind = random.below(kinds + 4);
+        if (kind < kinds)
+            return (this->*editors[kind])(parent);
+        if (kind == kinds)
             return prepare(new QRenderWidget(parent));
-        case 7:
+        if (kind == kinds + 1)
             return prepare(new QPropertyPanel(parent));
-        case 8:
+        if (kind == kinds + 2)
             return new QScrollArea(parent);
-        default:
-            return new QAccordion(parent);
-        }
+        return new QAccordion(parent);
     }
     // Sometimes the host's slots do what was ordered for the next signal.
     template <typename Widget>
@@ -582,11 +356,19 @@ private:
         else
         {
             QObject::connect(widget, &Widget::valueChanged, &m_closer, heard);
+            connectStart(widget, heard, 0);
         }
-        if constexpr (std::is_same_v<Widget, QSliderEdit> || std::is_same_v<Widget, QIntSliderEdit> ||
-                      std::is_same_v<Widget, QFileEdit>)
-            QObject::connect(widget, &Widget::startedEdit, &m_closer, heard);
         return widget;
+    }
+    // Not every editor has this signal.
+    template <typename Widget, typename Slot>
+    auto connectStart(Widget* widget, const Slot& slot, int) -> decltype(void(&Widget::startedEdit))
+    {
+        QObject::connect(widget, &Widget::startedEdit, &m_closer, slot);
+    }
+    template <typename Widget, typename Slot>
+    void connectStart(Widget*, const Slot&, long)
+    {
     }
     void answer(QWidget* sender)
     {
@@ -1294,6 +1076,10 @@ private:
         }
     }
 
+#define ORVEK_MAKE(Editor) &World::make<Editor>,
+    static constexpr Create editors[] = {ORVEK_EDITORS(ORVEK_MAKE)};
+#undef ORVEK_MAKE
+
     const quint64 m_number;
     const bool m_shown;
     int m_index = 0;
@@ -1311,50 +1097,20 @@ private:
     QSettings m_settings{m_directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat};
     QTimer m_closer;
 };
+} // namespace
 
-struct Options
+void watchWarnings()
 {
-    quint64 seed = 1;
-    int seconds = 20;
-    int worlds = 0; // unlimited
-    int steps = 300;
-};
+    qInstallMessageHandler(receiveWarning);
+}
 
-// The position of a worker; outlives its crash.
-class Progress
-{
-public:
-    explicit Progress(const QString& path) : m_file(path)
-    {
-        if (!path.isEmpty() && !m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-            qFatal("cannot write %s", qPrintable(path));
-    }
-    void write(quint64 world, int step)
-    {
-        if (!m_file.isOpen())
-            return;
-        m_file.seek(0);
-        m_file.write(QByteArray::number(world).rightJustified(20) + QByteArray::number(step).rightJustified(12));
-    }
-    static QPair<quint64, int> read(const QString& path)
-    {
-        QFile file(path);
-        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        return {text.left(20).trimmed().toULongLong(), text.mid(20).trimmed().toInt()};
-    }
-
-private:
-    QFile m_file;
-};
-
-// Returns whether the world survived.
-bool live(quint64 number, const QVector<int>& steps, bool shown, Progress& progress)
+bool live(quint64 number, const QVector<int>& steps, bool shown, const std::function<void(int)>& beforeStep)
 {
     {
         World world(number, shown);
         for (const int step : steps)
         {
-            progress.write(number, step);
+            beforeStep(step);
             world.step(step);
             if (!complaint.isEmpty())
                 break;
@@ -1366,162 +1122,4 @@ bool live(quint64 number, const QVector<int>& steps, bool shown, Progress& progr
     if (!complaint.isEmpty())
         std::fprintf(stderr, "world %llu: %s\n", number, qPrintable(complaint));
     return complaint.isEmpty();
-}
-
-QVector<int> firstSteps(int count)
-{
-    QVector<int> steps(count);
-    for (int i = 0; i < count; ++i)
-        steps[i] = i;
-    return steps;
-}
-
-QString joined(const QVector<int>& steps)
-{
-    QStringList texts;
-    for (const int step : steps)
-        texts << QString::number(step);
-    return texts.join(QLatin1Char(','));
-}
-
-// Collects the worker's output; returns 0 only if its world survived.
-int run(const QStringList& arguments, int seconds, QByteArray* words)
-{
-    QProcess worker;
-    // Leaks at exit belong to no step.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (arguments.contains(QStringLiteral("--only")))
-        environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                           environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":detect_leaks=0"));
-    worker.setProcessEnvironment(environment);
-    worker.setProcessChannelMode(QProcess::MergedChannels);
-    worker.start(QCoreApplication::applicationFilePath(), arguments);
-    if (!worker.waitForFinished(seconds * 1000))
-    {
-        worker.kill();
-        worker.waitForFinished();
-        *words = worker.readAll() + "did not come to an end\n";
-        return 1;
-    }
-    *words = worker.readAll();
-    return worker.exitStatus() == QProcess::NormalExit ? worker.exitCode() : 1;
-}
-
-// Removes ever smaller runs of steps as long as the world breaks without them.
-QVector<int> shrunk(quint64 world, QVector<int> steps, int secondsForOne)
-{
-    QElapsedTimer time;
-    time.start();
-    QByteArray words;
-    const auto breaks = [&](const QVector<int>& some)
-    {
-        return run({QStringLiteral("--world"), QString::number(world), QStringLiteral("--only"), joined(some)},
-                   secondsForOne, &words) != 0;
-    };
-    for (int size = qMax(1, steps.size() / 2);; size = qMax(1, size / 2))
-    {
-        bool fewer = false;
-        // From the end, as the last step is the one that breaks.
-        for (int end = steps.size() - 1; end > 0 && time.elapsed() < 180000; end -= size)
-        {
-            QVector<int> rest = steps;
-            const int begin = qMax(0, end - size);
-            rest.remove(begin, end - begin);
-            if (breaks(rest))
-            {
-                steps = rest;
-                fewer = true;
-            }
-        }
-        if ((size == 1 && !fewer) || time.elapsed() >= 180000)
-            return steps;
-    }
-}
-
-int supervise(const Options& options)
-{
-    const QTemporaryDir directory;
-    const QString progress = directory.filePath(QStringLiteral("progress"));
-    QByteArray words;
-    const int code = run({QStringLiteral("--worker"), QStringLiteral("--seed"), QString::number(options.seed),
-                          QStringLiteral("--seconds"), QString::number(options.seconds), QStringLiteral("--worlds"),
-                          QString::number(options.worlds), QStringLiteral("--steps"), QString::number(options.steps),
-                          QStringLiteral("--progress"), progress},
-                         options.seconds + 120, &words);
-    std::fprintf(stderr, "%s", words.constData());
-    if (code == 0 || words.contains("LeakSanitizer"))
-        return code;
-    const auto [world, step] = Progress::read(progress);
-    std::fprintf(stderr, "world %llu broke at step %d; looking for the steps that matter\n", world, step);
-    const QVector<int> steps = shrunk(world, firstSteps(step + 1), 60);
-    const bool again = run({QStringLiteral("--world"), QString::number(world), QStringLiteral("--only"), joined(steps)},
-                           60, &words) != 0;
-    std::fprintf(stderr, "%s%s\n--world %llu --only %s\n", words.constData(),
-                 again ? "" : "Alone the world stays whole; it needs those before it.", world,
-                 qPrintable(joined(steps)));
-    return 1;
-}
-
-int work(const Options& options, Progress& progress)
-{
-    QElapsedTimer time;
-    time.start();
-    quint64 worlds = 0;
-    while (time.elapsed() < options.seconds * 1000LL &&
-           (options.worlds <= 0 || worlds < static_cast<quint64>(options.worlds)))
-        if (!live(options.seed + worlds++, firstSteps(options.steps), false, progress))
-            return 1;
-    std::fprintf(stderr, "worlds %llu to %llu of %d steps each stayed whole, in %lld s\n", options.seed,
-                 options.seed + worlds - 1, options.steps, time.elapsed() / 1000);
-    std::fprintf(stderr, "%lld user acts, %lld property writes, %lld host acts\n", counts.user, counts.writes,
-                 counts.host);
-    return 0;
-}
-} // namespace
-
-int main(int argc, char** argv)
-{
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    QCommandLineParser parser;
-    parser.addOptions(
-        {{QStringLiteral("seed"), QStringLiteral("Number of the first world."), QStringLiteral("world"),
-          QStringLiteral("1")},
-         {QStringLiteral("seconds"), QStringLiteral("No world is begun later."), QStringLiteral("limit"),
-          QStringLiteral("20")},
-         {QStringLiteral("worlds"), QStringLiteral("Runs no more worlds than these."), QStringLiteral("count"),
-          QStringLiteral("0")},
-         {QStringLiteral("steps"), QStringLiteral("Steps in each world."), QStringLiteral("count"),
-          QStringLiteral("300")},
-         {QStringLiteral("world"), QStringLiteral("Runs one world and shows its steps."), QStringLiteral("number")},
-         {QStringLiteral("only"), QStringLiteral("Leaves out all other steps."), QStringLiteral("numbers")},
-         {QStringLiteral("worker"), QStringLiteral("Used by the program itself.")},
-         {QStringLiteral("progress"), QStringLiteral("Used by the program itself."), QStringLiteral("file")}});
-    parser.addHelpOption();
-    parser.process(application);
-    Options options;
-    options.seed = parser.value(QStringLiteral("seed")).toULongLong();
-    options.seconds = parser.value(QStringLiteral("seconds")).toInt();
-    options.worlds = parser.value(QStringLiteral("worlds")).toInt();
-    options.steps = parser.value(QStringLiteral("steps")).toInt();
-    const bool single = parser.isSet(QStringLiteral("world"));
-    if (!single && !parser.isSet(QStringLiteral("worker")))
-        return supervise(options);
-
-    // The property panel writes the names of its children there.
-    if (!std::freopen("/dev/null", "w", stdout))
-        return 2;
-    qInstallMessageHandler(hearWarning);
-    Progress progress(parser.value(QStringLiteral("progress")));
-    if (!single)
-        return work(options, progress);
-    QVector<int> steps = firstSteps(options.steps);
-    if (parser.isSet(QStringLiteral("only")))
-    {
-        steps.clear();
-        const QStringList numbers = parser.value(QStringLiteral("only")).split(QLatin1Char(','));
-        for (const QString& number : numbers)
-            steps << number.toInt();
-    }
-    return live(parser.value(QStringLiteral("world")).toULongLong(), steps, true, progress) ? 0 : 1;
 }
