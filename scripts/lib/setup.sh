@@ -12,11 +12,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # --qt6 comes first, in scripts that set takes_qt6=yes. Qt 6 has its own presets, and so its own folders: release-qt6.
 qt_packages=(qtbase5-dev qttools5-dev qttools5-dev-tools)
+# Of the test of the form in Python.
+python_packages=(python3-pyside2.qttest python3-pyside2.qtuitools python3-pyside2.qtwidgets)
 qt_version=5
 qt_suffix=
 if [ "${1:-}" = --qt6 ]; then
     [ "${takes_qt6:-}" = yes ] || { printf '%s: works with Qt 5 only\n' "${0##*/}" >&2; exit 2; }
     qt_packages=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6opengl6-dev)
+    python_packages=()
     qt_version=6
     qt_suffix=-qt6
     shift
