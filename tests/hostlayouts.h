@@ -2,37 +2,33 @@
 
 #include "testsupport.h"
 
-#include <QtWidgets/QBoxLayout>
-
 // The ways in which a host lays out what a container would lay out by itself.
-using LayOut = void (*)(QVBoxLayout* column, QWidget* child);
-Q_DECLARE_METATYPE(LayOut)
+using HostLayouts = Table<QString, void (*)(QVBoxLayout* column, QWidget* child)>; // the items that come of it
 
 inline void addHostLayouts()
 {
-    QTest::addColumn<LayOut>("layOut");
-    QTest::addColumn<QString>("items");
-    const auto row = [](const char* name, const char* items, LayOut layOut)
-    { QTest::newRow(name) << layOut << QString(items); };
-    row("plain", "own child", [](auto* column, auto* child) { column->QLayout::addWidget(child); });
-    row("stretch", "own child:3", [](auto* column, auto* child) { column->addWidget(child, 3); });
-    row("aligned", "own child@1", [](auto* column, auto* child) { column->addWidget(child, 0, Qt::AlignLeft); });
-    row("on top", "child:2@32 own", [](auto* column, auto* child) { column->insertWidget(0, child, 2, Qt::AlignTop); });
+    const HostLayouts row;
+    row("plain", "own child", [](QVBoxLayout* column, QWidget* child) { column->QLayout::addWidget(child); });
+    row("stretch", "own child:3", [](QVBoxLayout* column, QWidget* child) { column->addWidget(child, 3); });
+    row("aligned", "own child@1",
+        [](QVBoxLayout* column, QWidget* child) { column->addWidget(child, 0, Qt::AlignLeft); });
+    row("on top", "child:2@32 own",
+        [](QVBoxLayout* column, QWidget* child) { column->insertWidget(0, child, 2, Qt::AlignTop); });
     row("stretch set afterwards", "own child:4",
-        [](auto* column, auto* child)
+        [](QVBoxLayout* column, QWidget* child)
         {
             column->addWidget(child);
             column->setStretchFactor(child, 4);
         });
     row("in a finished row", "own (child:2):5",
-        [](auto* column, auto* child)
+        [](QVBoxLayout* column, QWidget* child)
         {
             auto* inRow = new QHBoxLayout;
             inRow->addWidget(child, 2);
             column->addLayout(inRow, 5);
         });
     row("into a row that is there", "(child:2) own",
-        [](auto* column, auto* child)
+        [](QVBoxLayout* column, QWidget* child)
         {
             auto* inRow = new QHBoxLayout;
             column->insertLayout(0, inRow);
@@ -60,8 +56,7 @@ inline QString describe(const QBoxLayout* layout)
 
 inline void checkHostLayout(QWidget& container, QWidget* child)
 {
-    QFETCH(LayOut, layOut);
-    QFETCH(QString, items);
+    const auto [items, layOut] = HostLayouts::current();
     auto* column = ::child<QVBoxLayout>(container, "verticalLayout");
     column->itemAt(0)->widget()->setProperty("name", "own");
     child->setProperty("name", "child");

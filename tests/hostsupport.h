@@ -2,34 +2,15 @@
 
 #include <tests/testsupport.h>
 
+#include <Orvek/PlugIns/Qt/OrvekQtWidgets/EditorList.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QColourEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QIntSliderEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QLabelEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
-#include <Orvek/PlugIns/Qt/OrvekQtWidgets/QVectorEdit.h>
 
-#include <QtWidgets/QDialog>
-#include <QtWidgets/QScrollArea>
-#include <QtWidgets/QStyle>
-#include <QtWidgets/QStyleOptionSlider>
-#include <QtWidgets/QVBoxLayout>
-#include <QUndoStack>
-
-#include <memory>
-
-// What most of these tests ask for comes with this: the widgets with the children of their forms, and QtCore with
-// QtTest. Every kind of editor, in every kind of window: what the tests of the host library run on.
+// What most tests of editors need: the widgets, and every kind of editor in every kind of window.
 namespace hostsupport
 {
 using Create = QWidget* (*)();
-}
-Q_DECLARE_METATYPE(hostsupport::Create)
 
-namespace hostsupport
-{
 template <typename Widget>
 QWidget* create()
 {
@@ -41,19 +22,19 @@ struct Kind
     const char* name;
     Create create;
 };
-inline const Kind editorKinds[] = {{"slider", create<QSliderEdit>}, {"integer", create<QIntSliderEdit>},
-                                   {"vector", create<QVectorEdit>}, {"colour", create<QColourEdit>},
-                                   {"text", create<QLabelEdit>},    {"file", create<QFileEdit>}};
-inline const Kind windowKinds[] = {{"widget", create<QWidget>}, {"dialog", create<QDialog>}};
+#define EDITOR_KIND(Editor) {#Editor, create<Editor>},
+inline const Kind editorKinds[] = {ORVEK_EDITORS(EDITOR_KIND)};
+#undef EDITOR_KIND
+inline const Kind windowKinds[] = {{"QWidget", create<QWidget>}, {"QDialog", create<QDialog>}};
 
-//! Columns "window" and "editor": each kind of editor in each kind of window.
-inline void addKinds()
+using Kinds = Table<Create, Create>; // window, editor
+inline Kinds everyKind()
 {
-    QTest::addColumn<Create>("window");
-    QTest::addColumn<Create>("editor");
+    const Kinds row;
     for (const Kind& window : windowKinds)
         for (const Kind& editor : editorKinds)
-            QTest::addRow("%s in %s", editor.name, window.name) << window.create << editor.create;
+            row(editor.name + QByteArray(" in ") + window.name, window.create, editor.create);
+    return row;
 }
 
 //! The editor's fields in the order of the components.
@@ -74,16 +55,16 @@ inline void showActive(QWidget& window)
     QVERIFY(QTest::qWaitForWindowActive(&window));
 }
 
-//! The editor of the row that addKinds() made, in its window, which shows it once the test says so.
+//! The editor of a row of Kinds in its window, which the test shows.
 struct Hosted
 {
-    static QWidget* make(const char* column)
+    explicit Hosted(const std::tuple<Create, Create>& row = Kinds::current())
+        : window(std::get<0>(row)()), editor(std::get<1>(row)())
     {
-        return (*static_cast<Create*>(QTest::qData(column, qMetaTypeId<Create>())))();
+        (new QVBoxLayout(window.get()))->addWidget(editor);
     }
-    Hosted() { (new QVBoxLayout(window.get()))->addWidget(editor); }
-    const std::unique_ptr<QWidget> window{make("window")};
-    QWidget* const editor = make("editor");
+    const std::unique_ptr<QWidget> window;
+    QWidget* const editor;
     const QVector<QLineEdit*> fields = fieldsOf(*editor);
 };
 
@@ -92,8 +73,8 @@ inline void setTitle(QWidget* editor, const QString& title)
     editor->setProperty(qobject_cast<QColourEdit*>(editor) ? "label" : "title", title);
 }
 
-//! Sets a value whose text does not say all of it, in a field that was written since it was last left. Each kind of
-//! editor takes what is for it.
+//! Sets a value that its text shows rounded, in a field that was written since it was last left. Each kind of editor
+//! takes the properties that it has.
 inline void setOddValue(QWidget* editor)
 {
     constexpr double third = 1.0 / 3.0;
@@ -125,7 +106,7 @@ inline QByteArray bitsOf(const QWidget* editor)
     return bits;
 }
 
-//! The middle of a slider's handle, at the position that it has or would have.
+//! The middle of a slider's handle at a position.
 inline QPoint handleOf(QSlider* slider, int position)
 {
     struct Open : QSlider
@@ -138,14 +119,14 @@ inline QPoint handleOf(QSlider* slider, int position)
     return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider).center();
 }
 
-//! With the button held, which QTest's moves are without.
+//! With the button held, unlike QTest::mouseMove().
 inline void moveMouse(QWidget* widget, const QPoint& to, Qt::MouseButton button = Qt::LeftButton)
 {
     QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, button, Qt::NoModifier);
     QCoreApplication::sendEvent(widget, &move);
 }
 
-//! A panel with sections: addSection() and then addRow() fill it, show() it yourself.
+//! A panel for addSection() and then addRow() to fill. Not shown yet.
 struct Panel
 {
     Panel()

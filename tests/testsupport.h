@@ -1,13 +1,39 @@
 #pragma once
 
+#include <QAction>
+#include <QtGui/QAccessible>
+#include <QtGui/QClipboard>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
 #include <QtTest/QtTest> // and with it all of QtCore
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QColorDialog>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QWidget>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QSlider>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionSlider>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QVBoxLayout>
+#include <QUndoStack>
 
-#include <optional>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <memory>
 #include <tuple>
+#include <utility>
+#include <vector>
 
-// The child of an editor's or container's form by its fixed name; fails hard when there is none.
+// The child of an editor's or container's form by its fixed name; ends the program if there is none.
 template <typename T>
 T* child(const QObject& parent, const char* name)
 {
@@ -30,71 +56,96 @@ inline void commitText(QLineEdit* field, const QString& text)
     QTest::keyClick(field, Qt::Key_Return);
 }
 
-// A test's table of data: addColumns() in its data function, row() in the test itself.
+// A test's table of data. Its data function makes one and calls it for each row, the test asks for the current() one:
+//     const Sizes row;
+//     row("empty", 0, {});
 template <typename... Types>
-struct Table
-{
-    static void addColumns()
-    {
-        auto next = [column = 0]() mutable { return Names[column++]; };
-        (QTest::addColumn<Types>(next()), ...);
-    }
-    static std::tuple<Types...> row()
-    {
-        auto next = [column = 0]() mutable { return Names[column++]; };
-        return std::tuple<Types...>{*static_cast<Types*>(QTest::qData(next(), qMetaTypeId<Types>()))...};
-    }
-    static constexpr const char* Names[] = {"1", "2", "3", "4", "5", "6", "7", "8", "9"};
-};
-
-// connectSlotsByName and Qt's widgets say in warnings what is wrong with them. Fails the program at the end of its test
-// functions if there was one that no QTest::ignoreMessage expected. What a platform says of itself does not count: of
-// the gaps of the offscreen one, or of a window that an X server without a window manager took the focus from too
-// early.
-class WarningWatch
+class Table
 {
 public:
-    WarningWatch()
+    Table()
     {
-        count() = 0;
-        previous() = qInstallMessageHandler(&WarningWatch::handle);
+        QTest::addColumn<int>("row");
+        rows().clear();
     }
-    ~WarningWatch() { qInstallMessageHandler(previous()); }
-    static int& count()
+    void operator()(const QByteArray& name, Types... values) const
     {
-        static int value = 0;
-        return value;
+        QTest::newRow(name.constData()) << int(rows().size());
+        rows().emplace_back(std::move(values)...);
+    }
+    static const std::tuple<Types...>& current()
+    {
+        QFETCH(int, row);
+        return rows()[std::size_t(row)];
     }
 
 private:
-    Q_DISABLE_COPY(WarningWatch)
-    static QtMessageHandler& previous()
+    static std::vector<std::tuple<Types...>>& rows()
     {
-        static QtMessageHandler handler = nullptr;
-        return handler;
-    }
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
-    {
-        const bool aboutPlatform = message.startsWith(QLatin1String("This plugin does not support ")) ||
-                                   QLatin1String(context.category).startsWith(QLatin1String("qt.qpa."));
-        count() += (type == QtWarningMsg || type == QtCriticalMsg) && !aboutPlatform ? 1 : 0;
-        if (previous())
-            previous()(type, context, message);
+        static std::vector<std::tuple<Types...>> all;
+        return all;
     }
 };
 
-// A test whose functions fail where Qt warned during one.
-class WatchedTest : public QObject
+// A warning of Qt fails the test function that it comes in: connectSlotsByName and Qt's widgets say in this way what is
+// wrong with them.
+namespace warnings
 {
-    Q_OBJECT
-private Q_SLOTS:
-    void init() { m_warnings.emplace(); }
-    void cleanup()
-    {
-        m_warnings.reset();
-        QCOMPARE(WarningWatch::count(), 0);
-    }
+inline QtMessageHandler log = nullptr; // QTest's
+inline QVector<QRegularExpression> expected;
 
-private:
-    std::optional<WarningWatch> m_warnings;
-};
+inline bool isExpected(const QString& message)
+{
+    const auto matches = [&message](const QRegularExpression& one) { return one.match(message).hasMatch(); };
+    const auto found = std::find_if(expected.begin(), expected.end(), matches);
+    if (found == expected.end())
+        return false;
+    expected.erase(found);
+    return true;
+}
+
+inline void handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    // Platforms report what they lack, and what an X server without a window manager does to the focus.
+    const bool isAboutPlatform = message.startsWith(QLatin1String("This plugin does not support ")) ||
+                                 QLatin1String(context.category).startsWith(QLatin1String("qt.qpa."));
+    if ((type == QtWarningMsg || type == QtCriticalMsg) && !isAboutPlatform && !isExpected(message))
+        QTest::qFail(qPrintable("Qt warns: " + message), context.file ? context.file : "", context.line);
+    log(type, context, message);
+}
+} // namespace warnings
+
+// The test function fails, too, if the warning does not come.
+inline void expectWarning(const QString& pattern)
+{
+    warnings::expected << QRegularExpression(pattern);
+    QTest::ignoreMessage(QtWarningMsg, warnings::expected.last());
+}
+
+template <typename Test>
+int runTest(int argc, char** argv)
+{
+    Test test;
+    QTest::qInit(&test, argc, argv);
+    warnings::log = qInstallMessageHandler(warnings::handle);
+    const int failures = QTest::qRun();
+    QTest::qCleanup();
+    return failures;
+}
+
+// As in Qt, but watched.
+#undef QTEST_MAIN
+#define QTEST_MAIN(Test)                                                                                               \
+    int main(int argc, char** argv)                                                                                    \
+    {                                                                                                                  \
+        const QApplication application(argc, argv);                                                                    \
+        QCoreApplication::setAttribute(Qt::AA_Use96Dpi);                                                               \
+        return runTest<Test>(argc, argv);                                                                              \
+    }
+#undef QTEST_GUILESS_MAIN
+#define QTEST_GUILESS_MAIN(Test)                                                                                       \
+    int main(int argc, char** argv)                                                                                    \
+    {                                                                                                                  \
+        const QCoreApplication application(argc, argv);                                                                \
+        return runTest<Test>(argc, argv);                                                                              \
+    }

@@ -4,16 +4,7 @@
 
 #include <tests/literalsearch.h>
 
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QProxyStyle>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QToolButton>
-
-#include <algorithm>
-#include <functional>
-#include <memory>
-#include <utility>
 
 namespace
 {
@@ -118,7 +109,7 @@ private:
 } // namespace
 
 using Act = std::function<void(Rows&)>;
-Q_DECLARE_METATYPE(Act)
+using Acts = Table<Act>;
 using Labels = Table<QByteArray, QString, QString, QString, bool>; // type, title, text, searched text, matches
 
 class DerivedButton : public QPushButton
@@ -128,18 +119,13 @@ public:
     using QPushButton::QPushButton;
 };
 
-class tst_Accordion : public WatchedTest
+class tst_Accordion : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
     void searchComparesLabels_data()
     {
-        Labels::addColumns();
-        const auto row = [](const char* name, const char* type, const char* windowTitle, const char* text,
-                            const char* search, bool matches) {
-            QTest::newRow(name) << QByteArray(type) << QString(windowTitle) << QString(text) << QString(search)
-                                << matches;
-        };
+        const Labels row;
         row("part of a title in another case", "label", "Thick Fög", "", "CK FÖ", true);
         row("another title", "label", "Thick Fog", "", "fogs", false);
         row("label text", "label", "", "Fog", "fog", false);
@@ -152,7 +138,7 @@ private Q_SLOTS:
 
     void searchComparesLabels()
     {
-        const auto [type, windowTitle, text, search, matches] = Labels::row();
+        const auto [type, windowTitle, text, search, matches] = Labels::current();
         QAccordion section;
         QWidget* contents = addContents(section);
         QWidget* row = type == "label"   ? addRow<QLabel>(contents, windowTitle)
@@ -179,8 +165,7 @@ private Q_SLOTS:
     // What the host does while rows are shown and hidden, a "loading" label for example.
     void hostMayActWhileRowsComeAndGo_data()
     {
-        QTest::addColumn<Act>("act");
-        const auto row = [](const char* name, const Act& act) { QTest::newRow(name) << act; };
+        const Acts row;
         row("deletes a sibling", [](Rows& rows) { delete rows.sun; });
         row("deletes a label beside the contents", [](Rows& rows) { delete rows.beside; });
         row("moves itself away", [](Rows& rows) { rows.fog->setParent(&rows.elsewhere); });
@@ -197,7 +182,7 @@ private Q_SLOTS:
 
     void hostMayActWhileRowsComeAndGo()
     {
-        QFETCH(Act, act);
+        const auto& act = std::get<0>(Acts::current());
         Rows rows;
         rows.section.setSearchText("nothing");
         EventWatch watch(rows.fog, QEvent::Show, [&] { act(rows); });

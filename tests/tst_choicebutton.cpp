@@ -39,7 +39,7 @@ struct Row
 };
 } // namespace
 
-class tst_ChoiceButton : public WatchedTest
+class tst_ChoiceButton : public QObject
 {
     Q_OBJECT
 

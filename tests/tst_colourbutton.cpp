@@ -3,14 +3,14 @@
 #include <Orvek/Host/ColourButton.h>
 #include <Orvek/Host/EditorUndo.h>
 
-#include <QtWidgets/QColorDialog>
-
 using namespace hostsupport;
 using orvek::host::ColourButton;
 using orvek::host::EditorUndo;
 
 namespace
 {
+using Choices = Table<Create, Create, bool>; // window, editor, whether it is accepted
+
 QVector<double> valueOf(const QWidget* editor)
 {
     if (const auto* colour = qobject_cast<const QColourEdit*>(editor))
@@ -21,27 +21,25 @@ QVector<double> valueOf(const QWidget* editor)
 
 } // namespace
 
-class tst_ColourButton : public WatchedTest
+class tst_ColourButton : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void choosesLiveInOneStep_data()
     {
-        QTest::addColumn<Create>("window");
-        QTest::addColumn<Create>("editor");
-        QTest::addColumn<bool>("accept");
-        for (const Kind& window : windowKinds)
-            for (const Kind& editor : {editorKinds[2], editorKinds[3]})
-                for (const bool accept : {true, false})
-                    QTest::addRow("%s in %s, accept %d", editor.name, window.name, accept)
-                        << window.create << editor.create << accept;
+        const Choices row;
+        for (const bool accept : {true, false})
+        {
+            row(accept ? "vector, accepted" : "vector, rejected", create<QWidget>, create<QVectorEdit>, accept);
+            row(accept ? "colour, accepted" : "colour, rejected", create<QDialog>, create<QColourEdit>, accept);
+        }
     }
 
     void choosesLiveInOneStep()
     {
-        QFETCH(bool, accept);
-        const Hosted hosted;
+        const auto [window, editor, accept] = Choices::current();
+        const Hosted hosted({window, editor});
         const QVector<QLineEdit*> fields = hosted.fields;
         QWidget* edited = hosted.editor;
         edited->setWindowTitle(QStringLiteral("Glow"));

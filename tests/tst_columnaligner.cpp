@@ -3,10 +3,7 @@
 #include <Orvek/Host/ChoiceButton.h>
 #include <Orvek/Host/ColumnAligner.h>
 
-#include <QtGui/QHelpEvent>
 #include <QtWidgets/QToolTip>
-
-#include <functional>
 
 using namespace orvek::host;
 using hostsupport::Panel;
@@ -116,7 +113,7 @@ QString toolTipOf(QWidget* widget)
 }
 } // namespace
 
-class tst_ColumnAligner : public WatchedTest
+class tst_ColumnAligner : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:

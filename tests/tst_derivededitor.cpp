@@ -3,11 +3,6 @@
 #include <examples/DerivedEditor/AngleEdit.h>
 #include <examples/DerivedEditor/PercentEdit.h>
 
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-
-#include <memory>
-
 namespace
 {
 std::unique_ptr<QSliderEdit> angleEdit()
@@ -30,20 +25,20 @@ class tst_DerivedEditor : public QObject
 private Q_SLOTS:
     void typedTextIsInTheShownUnit_data()
     {
-        Typed::addColumns();
-        QTest::newRow("degrees") << true << "45" << M_PI_4;
-        QTest::newRow("degrees with sign") << true << QStringLiteral("-30 °") << -M_PI / 6.0;
-        QTest::newRow("degrees beyond the end") << true << "1000" << M_PI_2;
-        QTest::newRow("no degrees") << true << "flat" << 0.0;
-        QTest::newRow("percent") << false << "12.5" << 0.125;
-        QTest::newRow("percent with sign") << false << "12.5 %" << 0.125;
-        QTest::newRow("percent beyond the end") << false << "250%" << 1.0;
-        QTest::newRow("no percent") << false << "%" << 0.0;
+        const Typed row;
+        row("degrees", true, "45", M_PI_4);
+        row("degrees with sign", true, QStringLiteral("-30 °"), -M_PI / 6.0);
+        row("degrees beyond the end", true, "1000", M_PI_2);
+        row("no degrees", true, "flat", 0.0);
+        row("percent", false, "12.5", 0.125);
+        row("percent with sign", false, "12.5 %", 0.125);
+        row("percent beyond the end", false, "250%", 1.0);
+        row("no percent", false, "%", 0.0);
     }
 
     void typedTextIsInTheShownUnit()
     {
-        const auto [angle, text, value] = Typed::row();
+        const auto [angle, text, value] = Typed::current();
         const std::unique_ptr<QSliderEdit> edit = angle ? angleEdit() : std::make_unique<PercentEdit>();
         commitText(child<QLineEdit>(*edit, "lineEdit"), text);
         QCOMPARE(edit->value().toDouble(), value);

@@ -5,8 +5,6 @@
 #include <Orvek/Host/EditorUndo.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
-#include <QtGui/QAccessible>
-
 using hostsupport::Panel;
 using orvek::host::EditorAccessibility;
 
@@ -63,11 +61,11 @@ QVariantList answersOf(QLineEdit* field)
 }
 } // namespace
 
-class tst_EditorAccessibility : public WatchedTest
+class tst_EditorAccessibility : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void everythingHasAName_data() { hostsupport::addKinds(); }
+    void everythingHasAName_data() { hostsupport::everyKind(); }
     void everythingHasAName()
     {
         const hostsupport::Hosted hosted;
@@ -298,9 +296,8 @@ int main(int argc, char** argv)
 {
     if (argc > 1 && qstrcmp(argv[1], "--tree") == 0)
         return showTree(argc, argv);
-    QApplication application(argc, argv);
-    tst_EditorAccessibility test;
-    return QTest::qExec(&test, argc, argv);
+    const QApplication application(argc, argv);
+    return runTest<tst_EditorAccessibility>(argc, argv);
 }
 
 #include "tst_editoraccessibility.moc"

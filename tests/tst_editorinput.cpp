@@ -3,9 +3,7 @@
 #include <examples/DerivedEditor/PercentEdit.h>
 #include <Orvek/Host/EditorInput.h>
 
-#include <QtGui/QClipboard>
 #include <QtTest/qtestspontaneevent.h>
-#include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
 
 using namespace hostsupport;
@@ -91,15 +89,14 @@ void wheel(QWidget* widget, Qt::ScrollPhase phase)
 }
 } // namespace
 
-class tst_EditorInput : public WatchedTest
+class tst_EditorInput : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void passingByDoesNoHarm_data() { addKinds(); }
+    void passingByDoesNoHarm_data() { everyKind(); }
     void passingByDoesNoHarm()
     {
-        QFETCH(Create, window);
-        QFETCH(Create, editor);
+        const auto [window, editor] = Kinds::current();
         QWidget other;
         const auto leave = [&other](const Scene& scene, int way)
         {
@@ -173,9 +170,9 @@ private Q_SLOTS:
 
     void textsBecomeValues_data()
     {
-        Texts::addColumns();
-        const auto add = [](Create editor, const char* typed, const QVariant& value, const char* shown)
-        { QTest::newRow(typed) << editor << QString(typed) << value << QString(shown); };
+        const Texts row;
+        const auto add = [&row](Create editor, const char* typed, const QVariant& value, const char* shown)
+        { row(typed, editor, typed, value, shown); };
         const Create slider = []() -> QWidget*
         {
             auto* editor = new QSliderEdit;
@@ -215,7 +212,7 @@ private Q_SLOTS:
     }
     void textsBecomeValues()
     {
-        const auto [editor, typed, value, shown] = Texts::row();
+        const auto [editor, typed, value, shown] = Texts::current();
         for (const Qt::Key leave : {Qt::Key_Tab, Qt::Key_Return})
         {
             const Scene scene(create<QDialog>, editor);

@@ -1,12 +1,6 @@
 #include "hostsupport.h"
 
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QDialogButtonBox>
-#include <QtWidgets/QFileDialog>
-
-#include <cmath>
-#include <functional>
-#include <limits>
 
 using namespace hostsupport;
 
@@ -40,8 +34,57 @@ QString methods(const QMetaObject& meta, QMetaMethod::MethodType type)
     return signatures.join(' ');
 }
 
-using Contract =
-    Table<Create, QString, QString, QString, QString, QString>; // the last: size, minimum, children in order
+// Base class; properties with their defaults; signals; slots; size, least size and children in order.
+const QHash<QString, QStringList> contracts{
+    {"QIntSliderEdit",
+     {"QWidget",
+      "QString title=label, int labelWidth=80, int textWidth=80, QString units=, int unitsWidth=40, int minimum=0, "
+      "int maximum=100, int defaultValue=0, bool showDefaultButton=false, QVariant value=0, bool powerOfTwo=false, "
+      "Qt::Orientation orientation=1, bool readOnlyText=false, QStringList enums=",
+      "valueChanged() startedEdit()",
+      "setOrientation(Qt::Orientation) on_reset_clicked() on_slider_sliderPressed() on_slider_sliderMoved(int) "
+      "on_slider_valueChanged(int) on_lineEdit_editingFinished()",
+      "270x38 270x38 label slider lineEdit units reset"}},
+    {"QSliderEdit",
+     {"QPropertyEditWidget",
+      "QString title=label, bool liveUpdate=false, int labelWidth=80, int textWidth=80, QString units=, "
+      "int unitsWidth=40, bool showButtons=false, bool showDefaultButton=false, double minimum=0, double maximum=1, "
+      "double defaultValue=0, double step=0, QVariant value=0, bool logarithmic=false, Qt::Orientation orientation=1",
+      "valueChanged() startedEdit()",
+      "on_increment_clicked() on_decrement_clicked() on_reset_clicked() on_slider_sliderPressed() "
+      "on_slider_sliderMoved(int) on_slider_valueChanged(int) on_lineEdit_editingFinished()",
+      "270x38 270x38 label decrement slider increment lineEdit units reset"}},
+    {"QVectorEdit",
+     {"QPropertyEditWidget",
+      "QString title=label, bool colourEdit=false, bool liveUpdate=false, int labelWidth=80, int textWidth=80, "
+      "QString units=, int unitsWidth=40, QVector3D value=",
+      "startedEdit() valueChanged()",
+      "on_reset_clicked() on_x_editingFinished() on_y_editingFinished() on_z_editingFinished()",
+      "453x132 270x132 label xLabel x yLabel y zLabel z units reset"}},
+    {"QColourEdit",
+     {"QPropertyEditWidget", "QString label=colour, int labelWidth=80, bool showAlpha=false", "valueChanged()",
+      "on_red_editingFinished() on_green_editingFinished() on_blue_editingFinished() on_alpha_editingFinished()",
+      "346x38 0x0 blue red green alpha label"}},
+    {"QLabelEdit",
+     {"QWidget",
+      "bool showDefaultButton=true, bool readOnly=false, QString value=, QString defaultValue=, QString title=label, "
+      "int labelWidth=80, QString units=, int unitsWidth=40",
+      "valueChanged() startedEdit()", "on_lineEdit_editingFinished() on_reset_clicked()",
+      "270x87 270x0 label lineEdit units reset"}},
+    {"QFileEdit",
+     {"QAbstractEdit",
+      "bool showDefaultButton=true, bool readOnly=false, bool mustExist=true, QString filename=, QString defaultPath=, "
+      "QString defaultFilename=, QString filter=, QString title=File name, int labelWidth=80, int unitsWidth=40",
+      "valueChanged() startedEdit()", "on_lineEdit_editingFinished() on_browse_clicked() on_reset_clicked()",
+      "515x261 270x0 label lineEdit browse units reset"}}};
+
+using Editors = Table<Create>;
+void addEditors()
+{
+    const Editors row;
+    for (const Kind& kind : editorKinds)
+        row(kind.name, kind.create);
+}
 using Component = Table<QString, bool, float>;
 
 // Marks every text with the context that it was asked for in.
@@ -58,71 +101,20 @@ public:
 
 } // namespace
 
-class tst_Editors : public WatchedTest
+class tst_Editors : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void contract_data()
-    {
-        Contract::addColumns();
-        QTest::newRow("QIntSliderEdit")
-            << Create(create<QIntSliderEdit>) << "QWidget"
-            << "QString title=label, int labelWidth=80, int textWidth=80, QString units=, "
-               "int unitsWidth=40, int minimum=0, int maximum=100, int defaultValue=0, "
-               "bool showDefaultButton=false, QVariant value=0, bool powerOfTwo=false, "
-               "Qt::Orientation orientation=1, bool readOnlyText=false, QStringList enums="
-            << "valueChanged() startedEdit()"
-            << "setOrientation(Qt::Orientation) on_reset_clicked() on_slider_sliderPressed() "
-               "on_slider_sliderMoved(int) on_slider_valueChanged(int) on_lineEdit_editingFinished()"
-            << "270x38 270x38 label slider lineEdit units reset";
-        QTest::newRow("QSliderEdit")
-            << Create(create<QSliderEdit>) << "QPropertyEditWidget"
-            << "QString title=label, bool liveUpdate=false, int labelWidth=80, int textWidth=80, QString units=, "
-               "int unitsWidth=40, bool showButtons=false, bool showDefaultButton=false, double minimum=0, "
-               "double maximum=1, double defaultValue=0, double step=0, QVariant value=0, bool logarithmic=false, "
-               "Qt::Orientation orientation=1"
-            << "valueChanged() startedEdit()"
-            << "on_increment_clicked() on_decrement_clicked() on_reset_clicked() on_slider_sliderPressed() "
-               "on_slider_sliderMoved(int) on_slider_valueChanged(int) on_lineEdit_editingFinished()"
-            << "270x38 270x38 label decrement slider increment lineEdit units reset";
-        QTest::newRow("QVectorEdit")
-            << Create(create<QVectorEdit>) << "QPropertyEditWidget"
-            << "QString title=label, bool colourEdit=false, bool liveUpdate=false, int labelWidth=80, "
-               "int textWidth=80, QString units=, int unitsWidth=40, QVector3D value="
-            << "startedEdit() valueChanged()"
-            << "on_reset_clicked() on_x_editingFinished() on_y_editingFinished() "
-               "on_z_editingFinished()"
-            << "453x132 270x132 label xLabel x yLabel y zLabel z units reset";
-        QTest::newRow("QColourEdit") << Create(create<QColourEdit>) << "QPropertyEditWidget"
-                                     << "QString label=colour, int labelWidth=80, bool showAlpha=false"
-                                     << "valueChanged()"
-                                     << "on_red_editingFinished() on_green_editingFinished() on_blue_editingFinished() "
-                                        "on_alpha_editingFinished()"
-                                     << "346x38 0x0 blue red green alpha label";
-        QTest::newRow("QLabelEdit") << Create(create<QLabelEdit>) << "QWidget"
-                                    << "bool showDefaultButton=true, bool readOnly=false, QString value=, "
-                                       "QString defaultValue=, QString title=label, int labelWidth=80, QString units=, "
-                                       "int unitsWidth=40"
-                                    << "valueChanged() startedEdit()"
-                                    << "on_lineEdit_editingFinished() on_reset_clicked()"
-                                    << "270x87 270x0 label lineEdit units reset";
-        QTest::newRow("QFileEdit")
-            << Create(create<QFileEdit>) << "QAbstractEdit"
-            << "bool showDefaultButton=true, bool readOnly=false, bool mustExist=true, "
-               "QString filename=, QString defaultPath=, QString defaultFilename=, QString filter=, "
-               "QString title=File name, int labelWidth=80, int unitsWidth=40"
-            << "valueChanged() startedEdit()"
-            << "on_lineEdit_editingFinished() on_browse_clicked() on_reset_clicked()"
-            << "515x261 270x0 label lineEdit browse units reset";
-    }
-
+    void contract_data() { addEditors(); }
     void contract()
     {
-        const auto [createEditor, base, properties, signatures, slotSignatures, form] = Contract::row();
+        QVERIFY2(contracts.contains(QTest::currentDataTag()), "no contract in this file");
+        const QStringList expected = contracts.value(QTest::currentDataTag());
+        const auto [createEditor] = Editors::current();
         const std::unique_ptr<QWidget> edit(createEditor());
         const QMetaObject& meta = *edit->metaObject();
         QCOMPARE(meta.className(), QTest::currentDataTag());
-        QCOMPARE(meta.superClass()->className(), base);
+        QCOMPARE(meta.superClass()->className(), expected[0]);
         QCOMPARE(edit->objectName(), QTest::currentDataTag());
         QStringList declared;
         for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
@@ -136,9 +128,9 @@ private Q_SLOTS:
             const QString text = property.isEnumType() ? QString::number(value.toInt()) : value.toString();
             declared << QString("%1 %2=%3").arg(property.typeName(), property.name(), text);
         }
-        QCOMPARE(declared.join(", "), properties);
-        QCOMPARE(methods(meta, QMetaMethod::Signal), signatures);
-        QCOMPARE(methods(meta, QMetaMethod::Slot), slotSignatures);
+        QCOMPARE(declared.join(", "), expected[1]);
+        QCOMPARE(methods(meta, QMetaMethod::Signal), expected[2]);
+        QCOMPARE(methods(meta, QMetaMethod::Slot), expected[3]);
         const QSize size = edit->size();
         const QSize minimum = edit->minimumSize();
         QString found =
@@ -146,7 +138,33 @@ private Q_SLOTS:
         const auto children = edit->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
         for (const QWidget* part : children)
             found += ' ' + part->objectName();
-        QCOMPARE(found, form);
+        QCOMPARE(found, expected[4]);
+        edit->show(); // or no alpha can be shown
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
+        {
+            const QMetaProperty property = meta.property(i);
+            const QVariant old = property.read(edit.get());
+            QVariant written(QString::number(old.toInt() + 1));
+            if (property.userType() == QMetaType::Bool)
+                written = !old.toBool();
+            else if (property.userType() == QMetaType::QVector3D)
+                written = QVector3D(1, 2, 3);
+            else if (property.isEnumType())
+                written = int(Qt::Vertical);
+            QVERIFY(property.write(edit.get(), written) && written.convert(property.read(edit.get()).userType()));
+            QVERIFY2(property.read(edit.get()) == written, property.name());
+        }
+    }
+
+    void isDocumented_data() { addEditors(); }
+    void isDocumented()
+    {
+        const QString name = QTest::currentDataTag();
+        const QDir source(ORVEK_SOURCE_DIRECTORY);
+        QVERIFY(source.exists("docs/src/" + name.toLower() + ".qdoc"));
+        QVERIFY(source.exists("docs/images/" + name.toLower() + ".png"));
+        QFile readme(source.filePath("README.md"));
+        QVERIFY(readme.open(QIODevice::ReadOnly) && readme.readAll().contains(("| `" + name + "` |").toUtf8()));
     }
 
     void textsAndWidths()
@@ -175,11 +193,12 @@ private Q_SLOTS:
                 {"labelWidth", {"label"}}, {"unitsWidth", {"units"}}, {"textWidth", {"lineEdit", "x", "y", "z"}}};
             for (const auto& [property, parts] : widths)
             {
-                for (const int width : {123, 0, -5})
+                if (edit->metaObject()->indexOfProperty(property) < 0)
+                    continue;
+                for (const int width : {edit->property(property).toInt(), 123, 0, -5})
                 {
-                    if (edit->metaObject()->indexOfProperty(property) < 0)
-                        continue;
-                    edit->setProperty(property, width);
+                    if (width != edit->property(property)) // the first one is the default
+                        edit->setProperty(property, width);
                     QTest::qWait(0);
                     QCOMPARE(edit->property(property), QVariant(width));
                     for (const QString& part : parts)
@@ -240,24 +259,24 @@ private Q_SLOTS:
 
     void vectorComponent_data()
     {
-        Component::addColumns();
+        const Component row;
         const float infinity = std::numeric_limits<float>::infinity();
-        QTest::newRow("number") << "2.5" << true << 2.5F;
-        QTest::newRow("same number") << "7" << true << 7.0F;
-        QTest::newRow("exponent") << "1e3" << true << 1000.0F;
-        QTest::newRow("blanks") << " 2 " << true << 2.0F;
-        QTest::newRow("beyond float") << "1e300" << true << infinity;
-        QTest::newRow("below float") << "1e-300" << true << 0.0F;
-        QTest::newRow("not a number") << "nan" << true << std::numeric_limits<float>::quiet_NaN();
-        QTest::newRow("decimal comma") << "1,5" << false << 7.0F;
-        QTest::newRow("letters") << "abc" << false << 7.0F;
-        QTest::newRow("empty") << "" << false << 7.0F;
-        QTest::newRow("beyond double") << "1e400" << false << 7.0F;
+        row("number", "2.5", true, 2.5F);
+        row("same number", "7", true, 7.0F);
+        row("exponent", "1e3", true, 1000.0F);
+        row("blanks", " 2 ", true, 2.0F);
+        row("beyond float", "1e300", true, infinity);
+        row("below float", "1e-300", true, 0.0F);
+        row("not a number", "nan", true, std::numeric_limits<float>::quiet_NaN());
+        row("decimal comma", "1,5", false, 7.0F);
+        row("letters", "abc", false, 7.0F);
+        row("empty", "", false, 7.0F);
+        row("beyond double", "1e400", false, 7.0F);
     }
 
     void vectorComponent()
     {
-        const auto [typed, taken, component] = Component::row();
+        const auto [typed, taken, component] = Component::current();
         const QLocale before;
         QLocale::setDefault(QLocale(QLocale::German));
         QVectorEdit edit;
@@ -494,11 +513,5 @@ private:
     }
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_Editors test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_Editors)
 #include "tst_editors.moc"

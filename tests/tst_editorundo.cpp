@@ -4,9 +4,6 @@
 #include <Orvek/Host/EditorInput.h>
 #include <Orvek/Host/EditorUndo.h>
 
-#include <QAction>
-#include <QtGui/QColor>
-
 using namespace hostsupport;
 using orvek::host::EditorInput;
 using orvek::host::EditorUndo;
@@ -80,22 +77,22 @@ struct Scene
 };
 } // namespace
 
-class tst_EditorUndo : public WatchedTest
+class tst_EditorUndo : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void pressIsOneStep_data()
     {
-        Presses::addColumns();
+        const Presses row;
         for (const bool live : {true, false})
             for (const bool middle : {true, false})
-                QTest::addRow("live %d, middle button %d", live, middle) << live << middle;
+                row(live ? middle ? "live, middle button" : "live" : middle ? "middle button" : "plain", live, middle);
     }
 
     void pressIsOneStep()
     {
-        const auto [live, middle] = Presses::row();
+        const auto [live, middle] = Presses::current();
         Scene s;
         s.number->setLiveUpdate(live);
         const QSignalSpy edited(s.undo, &EditorUndo::edited);
@@ -170,8 +167,8 @@ private Q_SLOTS:
 
     void typedIsOneStepAndUntouchedNone_data()
     {
-        addKinds();
-        QTest::newRow("per cent") << Create(create<QWidget>) << Create(create<PercentEdit>);
+        const Kinds row = everyKind();
+        row("per cent", create<QWidget>, create<PercentEdit>);
     }
 
     void typedIsOneStepAndUntouchedNone()
@@ -232,13 +229,12 @@ private Q_SLOTS:
         OwnEdit own;
         const auto refuse = [&s](QWidget* widget, const char* reason)
         {
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QLatin1String(reason)));
+            expectWarning(reason);
             QVERIFY(!s.undo->add(widget));
         };
         refuse(&own, "OwnEdit .* has no property");
         refuse(s.field, "QLineEdit \"lineEdit\" has no signal valueChanged");
         refuse(child<QPushButton>(*s.number, "reset"), "QPushButton .* cannot be checked");
-        WarningWatch::count() = 0;
         own.value = QColor(Qt::red);
         QVERIFY(s.undo->add(&own));
         showActive(own);

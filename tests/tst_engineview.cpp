@@ -8,11 +8,9 @@
 
 #include <QtGui/QVulkanInstance>
 
-#include <functional>
-
 namespace
 {
-using Act = std::function<void(EngineWindow&, Engine&)>;
+using Acts = Table<void (*)(EngineWindow&, Engine&)>;
 
 // What is on the screen, in device pixels.
 QImage shown(const QRenderWidget& widget)
@@ -111,9 +109,8 @@ void waitForFrames(QRenderWidget& widget, int count)
     QTRY_VERIFY(frames.count() >= count);
 }
 } // namespace
-Q_DECLARE_METATYPE(Act)
 
-class tst_EngineView : public WatchedTest
+class tst_EngineView : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -186,8 +183,8 @@ private Q_SLOTS:
 
     void isRightAfter_data()
     {
-        QTest::addColumn<Act>("act");
-        QTest::newRow("60 resizes") << Act(
+        const Acts row;
+        row("60 resizes",
             [](EngineWindow& window, Engine&)
             {
                 for (int i = 0; i < 60; ++i)
@@ -196,15 +193,15 @@ private Q_SLOTS:
                     QTest::qWait(i % 3 * 10);
                 }
             });
-        QTest::newRow("floating") << Act([](EngineWindow& window, Engine&) { window.view(1).dock->setFloating(true); });
-        QTest::newRow("floating and back") << Act(
+        row("floating", [](EngineWindow& window, Engine&) { window.view(1).dock->setFloating(true); });
+        row("floating and back",
             [](EngineWindow& window, Engine&)
             {
                 window.view(0).dock->setFloating(true);
                 waitForFrames(*window.view(0).widget, 1);
                 window.view(0).dock->setFloating(false);
             });
-        QTest::newRow("onto a tab and back") << Act(
+        row("onto a tab and back",
             [](EngineWindow& window, Engine&)
             {
                 window.tabifyDockWidget(window.view(0).dock, window.view(1).dock);
@@ -213,14 +210,14 @@ private Q_SLOTS:
                 waitForFrames(*window.view(0).widget, 1);
                 window.splitDockWidget(window.view(0).dock, window.view(1).dock, Qt::Vertical);
             });
-        QTest::newRow("hidden and shown") << Act(
+        row("hidden and shown",
             [](EngineWindow& window, Engine&)
             {
                 window.hide();
                 window.view(0).widget->repaint();
                 window.show();
             });
-        QTest::newRow("taken away and given back") << Act(
+        row("taken away and given back",
             [](EngineWindow& window, Engine& engine)
             {
                 window.setEngine(nullptr);
@@ -228,7 +225,7 @@ private Q_SLOTS:
                 window.view(0).widget->Update();
                 window.view(1).widget->Update();
             });
-        QTest::newRow("removed twice") << Act(
+        row("removed twice",
             [](EngineWindow& window, Engine&)
             {
                 window.view(0).widget->shutdown();
@@ -237,7 +234,7 @@ private Q_SLOTS:
                 window.view(0).widget->SetPlatformRendererInterface(window.view(0).scene.get());
                 window.view(0).widget->Update();
             });
-        QTest::newRow("always on top") << Act(
+        row("always on top",
             [](EngineWindow& window, Engine&)
             {
                 window.setWindowFlag(Qt::WindowStaysOnTopHint, true);
@@ -247,7 +244,7 @@ private Q_SLOTS:
 
     void isRightAfter()
     {
-        QFETCH(Act, act);
+        const auto [act] = Acts::current();
         ENGINE engine;
         EngineWindow window(&engine);
         window.show();

@@ -2,8 +2,6 @@
 
 #include <QtWidgets/QStyleFactory>
 
-#include <limits>
-
 namespace
 {
 constexpr int IntMin = std::numeric_limits<int>::min();
@@ -67,7 +65,7 @@ using HostValues = Table<QVariant, bool, QString>;
 using Powers = Table<int, int, int, int, QString, QString>; // range, range with powers, handle's range, at the End key
 } // namespace
 
-class tst_IntSliderEdit : public WatchedTest
+class tst_IntSliderEdit : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -122,29 +120,29 @@ private Q_SLOTS:
 
     void committedText_data()
     {
-        Commits::addColumns();
-        QTest::newRow("number") << 0 << 100 << false << "48" << 48 << 48;
-        QTest::newRow("blanks around") << 0 << 100 << false << " 48 " << 48 << 48;
-        QTest::newRow("beyond maximum") << 0 << 100 << false << "150" << 100 << 100;
-        QTest::newRow("below minimum") << 5 << 100 << false << "-5" << 5 << 5;
-        QTest::newRow("letters") << -10 << 100 << false << "abc" << 0 << 0;
-        QTest::newRow("fraction") << -10 << 100 << false << "2.5" << 0 << 0;
-        QTest::newRow("other base") << -10 << 100 << false << "0x10" << 0 << 0;
-        QTest::newRow("too long for an int") << -10 << 100 << false << "99999999999" << 0 << 0;
-        QTest::newRow("least int") << IntMin << IntMax << false << "-2147483648" << IntMin << IntMin;
-        QTest::newRow("greatest int") << IntMin << IntMax << false << "2147483647" << IntMax << IntMax;
-        QTest::newRow("power, rounded up") << 0 << 100 << true << "48" << 64 << 6;
-        QTest::newRow("power, rounded down") << 0 << 100 << true << "45" << 32 << 5;
-        QTest::newRow("power, then clamped") << 0 << 100 << true << "100" << 100 << 7;
-        QTest::newRow("power, zero") << 0 << 100 << true << "0" << 1 << 0;
-        QTest::newRow("power, negative") << 0 << 100 << true << "-8" << 1 << 0;
-        QTest::newRow("power, nothing above") << 0 << IntMax << true << "2147483647" << LargestPower << 30;
-        QTest::newRow("power, below minimum") << 4 << 100 << true << "1" << 4 << 2;
+        const Commits row;
+        row("number", 0, 100, false, "48", 48, 48);
+        row("blanks around", 0, 100, false, " 48 ", 48, 48);
+        row("beyond maximum", 0, 100, false, "150", 100, 100);
+        row("below minimum", 5, 100, false, "-5", 5, 5);
+        row("letters", -10, 100, false, "abc", 0, 0);
+        row("fraction", -10, 100, false, "2.5", 0, 0);
+        row("other base", -10, 100, false, "0x10", 0, 0);
+        row("too long for an int", -10, 100, false, "99999999999", 0, 0);
+        row("least int", IntMin, IntMax, false, "-2147483648", IntMin, IntMin);
+        row("greatest int", IntMin, IntMax, false, "2147483647", IntMax, IntMax);
+        row("power, rounded up", 0, 100, true, "48", 64, 6);
+        row("power, rounded down", 0, 100, true, "45", 32, 5);
+        row("power, then clamped", 0, 100, true, "100", 100, 7);
+        row("power, zero", 0, 100, true, "0", 1, 0);
+        row("power, negative", 0, 100, true, "-8", 1, 0);
+        row("power, nothing above", 0, IntMax, true, "2147483647", LargestPower, 30);
+        row("power, below minimum", 4, 100, true, "1", 4, 2);
     }
 
     void committedText()
     {
-        const auto [minimum, maximum, powers, typed, value, handle] = Commits::row();
+        const auto [minimum, maximum, powers, typed, value, handle] = Commits::current();
         Fixture f;
         f.edit.setMinimum(minimum);
         f.edit.setMaximum(maximum);
@@ -159,18 +157,18 @@ private Q_SLOTS:
 
     void hostSetsTheValue_data()
     {
-        HostValues::addColumns();
-        QTest::newRow("int") << QVariant(30) << false << "30 '30' 30 reset";
-        QTest::newRow("clamped") << QVariant(-1) << false << "1 '1' 1 reset";
-        QTest::newRow("text") << QVariant("31") << false << "31 '31' 31 reset";
-        QTest::newRow("no number") << QVariant("x") << false << "7 '7' 7 default";
-        QTest::newRow("nothing") << QVariant() << false << "7 '7' 7 default";
-        QTest::newRow("no power, kept as it is") << QVariant(48) << true << "48 '48' 6 reset";
+        const HostValues row;
+        row("int", QVariant(30), false, "30 '30' 30 reset");
+        row("clamped", QVariant(-1), false, "1 '1' 1 reset");
+        row("text", QVariant("31"), false, "31 '31' 31 reset");
+        row("no number", QVariant("x"), false, "7 '7' 7 default");
+        row("nothing", QVariant(), false, "7 '7' 7 default");
+        row("no power, kept as it is", QVariant(48), true, "48 '48' 6 reset");
     }
 
     void hostSetsTheValue()
     {
-        const auto [given, powers, state] = HostValues::row();
+        const auto [given, powers, state] = HostValues::current();
         Fixture f;
         f.edit.setMinimum(1);
         f.edit.setValue(7);
@@ -194,10 +192,7 @@ private Q_SLOTS:
 
     void powersOfTwo_data()
     {
-        Powers::addColumns();
-        const auto row = [](const char* name, int minimum, int maximum, int newMinimum, int newMaximum,
-                            const char* range, const char* end)
-        { QTest::newRow(name) << minimum << maximum << newMinimum << newMaximum << QString(range) << QString(end); };
+        const Powers row;
         row("default range", 0, 100, 1, 100, "0..7", "100 '100' 7 default");
         row("one number", 5, 5, 5, 10, "2..3", "8 '8' 3 default");
         row("negative", -10, -5, 1, 2, "0..1", "2 '2' 1 default");
@@ -209,7 +204,7 @@ private Q_SLOTS:
 
     void powersOfTwo()
     {
-        const auto [minimum, maximum, newMinimum, newMaximum, range, end] = Powers::row();
+        const auto [minimum, maximum, newMinimum, newMaximum, range, end] = Powers::current();
         Fixture f;
         f.edit.setMinimum(minimum);
         f.edit.setMaximum(maximum);

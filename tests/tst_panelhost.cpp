@@ -7,8 +7,6 @@
 #include <Orvek/Host/PanelHost.h>
 #include <Orvek/Host/PanelSearch.h>
 
-#include <QtGui/QAccessible>
-
 using namespace orvek::host;
 using hostsupport::Panel;
 
@@ -40,7 +38,7 @@ struct Traps : Panel
 };
 } // namespace
 
-class tst_PanelHost : public WatchedTest
+class tst_PanelHost : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:

@@ -66,7 +66,7 @@ struct Scene : Panel
 };
 } // namespace
 
-class tst_PanelSearch : public WatchedTest
+class tst_PanelSearch : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:

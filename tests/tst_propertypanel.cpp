@@ -2,10 +2,6 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QPropertyPanel.h>
 
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QScrollArea>
-#include <QtWidgets/QToolButton>
-
 #include <cstdio>
 
 #ifdef Q_OS_UNIX
@@ -69,7 +65,7 @@ QByteArray standardOutputOf(Action action)
 #endif
 } // namespace
 
-class tst_PropertyPanel : public WatchedTest
+class tst_PropertyPanel : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -158,7 +154,10 @@ private Q_SLOTS:
 
         delete first;
         QCOMPARE(itemsOf(panel), QList<QObject*>({search, second}));
+        for (int i = 0; i < 2; ++i) // by a host; Qt removes one item only
+            panel.layout()->addItem(new QWidgetItem(second));
         delete second;
+        QCOMPARE(itemsOf(panel), QList<QObject*>({search}));
         panel.resize(panel.size() * 2);
         QTest::keyClicks(search, "b");
         QScrollArea* third = addScrollArea(panel);
@@ -226,17 +225,17 @@ private Q_SLOTS:
 
     void contentsGrowToTheirMinimum_data()
     {
-        Heights::addColumns();
-        QTest::newRow("no layout") << -1 << 0 << false;
-        QTest::newRow("nothing needed") << 0 << 0 << false;
-        QTest::newRow("little needed") << 10 << 16 << false;
-        QTest::newRow("some needed") << 20 << 20 << false;
-        QTest::newRow("more than the scroll area") << 300 << 300 << true;
+        const Heights row;
+        row("no layout", -1, 0, false);
+        row("nothing needed", 0, 0, false);
+        row("little needed", 10, 16, false);
+        row("some needed", 20, 20, false);
+        row("more than the scroll area", 300, 300, true);
     }
 
     void contentsGrowToTheirMinimum()
     {
-        const auto [needed, minimumHeight, consumed] = Heights::row();
+        const auto [needed, minimumHeight, consumed] = Heights::current();
         QPropertyPanel panel;
         QScrollArea area;
         QWidget* viewport = area.viewport();

@@ -2,13 +2,6 @@
 
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
-#include <QtGui/QScreen>
-#include <QtGui/QWindow>
-#include <QtWidgets/QTabWidget>
-
-#include <functional>
-#include <memory>
-
 using orvek::base::BaseMouseHandler;
 using orvek::crossplatform::DisplaySurfaceManagerInterface;
 using orvek::crossplatform::PlatformRendererInterface;
@@ -189,7 +182,7 @@ int callPosition(void* object, int position, Arguments... arguments)
 #endif
 } // namespace
 
-class tst_RenderWidget : public WatchedTest
+class tst_RenderWidget : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -202,9 +195,7 @@ private Q_SLOTS:
 
     void registrationSequences_data()
     {
-        Registrations::addColumns(); // m sets a manager, r a renderer, s shuts down
-        const auto row = [](const char* name, const char* steps, const char* calls, const char* callsOfDestructor)
-        { QTest::newRow(name) << QString(steps) << QString(calls) << QString(callsOfDestructor); };
+        const Registrations row; // m sets a manager, r a renderer, s shuts down
         row("nothing set", "s", "", "");
         row("manager first", "mA rR", "A+0 A+R", "A+0 A-");
         row("renderer first", "rR mA", "A+R", "A+0 A-");
@@ -219,7 +210,7 @@ private Q_SLOTS:
 
     void registrationSequences()
     {
-        const auto [steps, calls, callsOfDestructor] = Registrations::row();
+        const auto [steps, calls, callsOfDestructor] = Registrations::current();
         Scene s;
         QCOMPARE(quintptr(s.log.window), quintptr(s.view.winId()));
         const QHash<QString, DisplaySurfaceManagerInterface*> managers = {
@@ -304,9 +295,7 @@ private Q_SLOTS:
 
     void managersMayChangeWithinTheirCalls_data()
     {
-        Changes::addColumns();
-        const auto row = [](const char* name, const char* call, bool replaced, const char* calls)
-        { QTest::newRow(name) << QString(call) << replaced << QString(calls); };
+        const Changes row;
         row("registered, taken", "A+R", false, "A+R A- B+R B+0 B-");
         row("registered, replaced", "A+R", true, "A+R A- B+R resize render viewUpdated deferredUpdate B+0 B-");
         row("resized, taken", "resize", false, "A+R resize A- B+R B+0 B-");
@@ -317,7 +306,7 @@ private Q_SLOTS:
 
     void managersMayChangeWithinTheirCalls()
     {
-        const auto [call, replaced, calls] = Changes::row();
+        const auto [call, replaced, calls] = Changes::current();
         Scene s;
         s.logSignals();
         s.log.interruptedCall = call;
@@ -382,21 +371,24 @@ private Q_SLOTS:
 
         s.logSignals();
         PaintCounter paints(s.view);
-        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        const auto sendEvent = [&](QEvent& event)
         {
             paints.buffered = 0;
+            QApplication::sendEvent(&s.view, &event);
+            QTRY_VERIFY(paints.buffered > 0); // as a frame is then wanted
+            QVERIFY(event.isAccepted());
+        };
+        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        {
             QKeyEvent key(type, Qt::Key_Q, Qt::NoModifier, 24, 0x71, 0);
-            QApplication::sendEvent(&s.view, &key);
-            QVERIFY(key.isAccepted());
-            QTRY_VERIFY(paints.buffered > 0);
+            sendEvent(key);
         }
         QCOMPARE(s.log.take(), QStringLiteral("key,113,1,0 key,113,0,0 keyReleased,113"));
 
-        const auto send = [&s](QEvent::Type type, Qt::MouseButton button, QPointF place)
+        const auto send = [&](QEvent::Type type, Qt::MouseButton button, QPointF place)
         {
             QMouseEvent event(type, place, QPointF(), button, button, Qt::NoModifier);
-            QApplication::sendEvent(&s.view, &event);
-            QVERIFY(event.isAccepted());
+            sendEvent(event);
         };
         send(QEvent::MouseButtonPress, Qt::LeftButton, {10.7, 3.2});
         send(QEvent::MouseMove, Qt::NoButton, {-0.9, 5.5});
@@ -413,9 +405,7 @@ private Q_SLOTS:
 
     void wheelSendsOneNumberAndGoesOn_data()
     {
-        Wheels::addColumns();
-        const auto row = [](const char* name, QPoint angle, Qt::KeyboardModifiers modifiers, const char* call)
-        { QTest::newRow(name) << angle << modifiers << QString(call); };
+        const Wheels row;
         row("away", {0, 120}, {}, "wheel,120,0");
         row("towards, Shift and Control", {0, -120}, Qt::ShiftModifier | Qt::ControlModifier, "wheel,-120,5");
         row("sideways, Alt", {-120, 30}, Qt::AltModifier, "wheel,-120,2");
@@ -424,7 +414,7 @@ private Q_SLOTS:
 
     void wheelSendsOneNumberAndGoesOn()
     {
-        const auto [angle, modifiers, call] = Wheels::row();
+        const auto [angle, modifiers, call] = Wheels::current();
         Scene s(true);
         QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
                           false);

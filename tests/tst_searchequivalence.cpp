@@ -5,11 +5,7 @@
 #include <tests/literalsearch.h>
 #include <tests/testsupport.h>
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QGridLayout>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QScrollArea>
 
 namespace
 {
@@ -170,17 +166,17 @@ class TestSearchEquivalence : public QObject
 private Q_SLOTS:
     void looksLikeTheLiteralSearch_data()
     {
-        Worlds::addColumns();
+        const Worlds row;
         for (quint32 seed = 70; seed < 100; ++seed)
         {
-            QTest::addRow("plain %u", seed) << seed << false;
-            QTest::addRow("styled %u", seed) << seed << true;
+            row("plain " + QByteArray::number(seed), seed, false);
+            row("styled " + QByteArray::number(seed), seed, true);
         }
     }
 
     void looksLikeTheLiteralSearch()
     {
-        const auto [seed, styled] = Worlds::row();
+        const auto [seed, styled] = Worlds::current();
         qApp->setStyleSheet(styled && seed % 3 == 0 ? sheets.at(int(seed / 3) % sheets.size()) : QString());
         Tree ours(seed, styled, false);
         Tree literal(seed, styled, true);

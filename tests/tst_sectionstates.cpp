@@ -30,7 +30,7 @@ struct Scene : Panel
 };
 } // namespace
 
-class tst_SectionStates : public WatchedTest
+class tst_SectionStates : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:

@@ -1,8 +1,5 @@
 #include "hostsupport.h"
 
-#include <functional>
-#include <limits>
-
 using namespace hostsupport;
 
 namespace
@@ -92,9 +89,7 @@ using Texts = Table<QString, QString>;
 using Rows = Table<Row, Qt::LayoutDirection, bool, int>;
 } // namespace
 
-Q_DECLARE_METATYPE(Row)
-
-class tst_SliderEdit : public WatchedTest
+class tst_SliderEdit : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -102,14 +97,13 @@ private Q_SLOTS:
 
     void valueAndHandleFollowTheRange_data()
     {
-        Ranges::addColumns();
+        const Ranges add;
         bool logarithmic = false;
-        const auto row = [&logarithmic](const char* name, double minimum, double maximum, double step, double value,
-                                        const char* afterSetValue, int position, const char* preview,
-                                        const char* atRelease = nullptr)
+        const auto row = [&](const char* name, double minimum, double maximum, double step, double value,
+                             const char* afterSetValue, int position, const char* preview, const char* atRelease = "")
         {
-            QTest::newRow(name) << logarithmic << minimum << maximum << step << value << QString(afterSetValue)
-                                << position << QString(preview) << QString(atRelease ? atRelease : preview);
+            add(name, logarithmic, minimum, maximum, step, value, afterSetValue, position, preview,
+                *atRelease ? atRelease : preview);
         };
         row("unit range", 0, 1, 0, 0.25, "0.25 '0.25' at 250", 750, "0.75");
         row("positions truncate", 0, 1, 0, 0.0019, "0.0019 '0.0019' at 1", 1, "0.001");
@@ -133,6 +127,7 @@ private Q_SLOTS:
         row("value that is no number", 0, 1, 0, NaN, "nan 'nan' at 0", 250, "0.25");
         logarithmic = true;
         row("logarithmic", 1, 100, 0, 10, "10 '10' at 500", 250, "3.16228");
+        row("logarithmic from below 1", 0.01, 100, 0, 1, "1 '1' at 500", 250, "0.1");
         row("logarithm of nothing", -1, 1, 0, 0, "0 '0' at 0", 500, "-1");
         row("logarithm of nothing, ends swapped", 1, 0, 0, 0.5, "0 '0' at 0", 500, "1", "0");
         row("logarithmic to the largest", 1, Largest, 0, 1, "1 '1' at 0", 1000, "1.79769e+308");
@@ -142,7 +137,7 @@ private Q_SLOTS:
     void valueAndHandleFollowTheRange()
     {
         const auto [logarithmic, minimum, maximum, step, value, afterSetValue, position, preview, atRelease] =
-            Ranges::row();
+            Ranges::current();
         QSliderEdit edit;
         edit.setValue(0.5); // the handle is elsewhere
         edit.setLogarithmic(logarithmic);
@@ -268,9 +263,7 @@ private Q_SLOTS:
 
     void committedText_data()
     {
-        Texts::addColumns();
-        const auto row = [](const char* name, const char* text, const char* news)
-        { QTest::newRow(name) << QString(text) << QString(news); };
+        const Texts row;
         row("number", " 0.75 ", "0.75 0.75 | 0.75 ' 0.75 ' at 750 reset");
         row("the default", "2.5e-1", "0.25 0.25 | 0.25 '2.5e-1' at 250");
         row("too large", "5", "1 1 | 1 '5' at 1000 reset");
@@ -283,7 +276,7 @@ private Q_SLOTS:
 
     void committedText()
     {
-        const auto [text, news] = Texts::row();
+        const auto [text, news] = Texts::current();
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // has a decimal comma
         const auto restore = qScopeGuard([] { QLocale::setDefault(QLocale::c()); });
         QSliderEdit edit;
@@ -384,24 +377,22 @@ private Q_SLOTS:
 
     void partsStandInOrderAndApart_data()
     {
-        Rows::addColumns();
-        const auto add = [](const char* name, Row row, std::initializer_list<int> widths)
-        {
-            for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
+        const Rows add;
+        const std::pair<Row, QVector<int>> rows[] = {
+            {Row::AsBuilt, {310, 600}}, {Row::Horizontal, {150, 270, 310, 340, 600}}, {Row::Vertical, {100, 270, 600}}};
+        const char* const names[] = {"as built", "horizontal", "vertical"};
+        for (const auto& [row, widths] : rows)
+            for (const int width : widths)
                 for (const bool buttons : {false, true})
-                    for (const int width : widths)
-                        QTest::addRow("%s %d%s%s", name, width, buttons ? ", buttons" : "",
-                                      direction == Qt::RightToLeft ? ", right to left" : "")
-                            << row << direction << buttons << width;
-        };
-        add("as built", Row::AsBuilt, {310, 600});
-        add("horizontal", Row::Horizontal, {150, 270, 310, 340, 600});
-        add("vertical", Row::Vertical, {100, 270, 600});
+                    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
+                        add(QByteArray(names[int(row)]) + ' ' + QByteArray::number(width) +
+                                (buttons ? ", buttons" : "") + (direction == Qt::RightToLeft ? ", right to left" : ""),
+                            row, direction, buttons, width);
     }
 
     void partsStandInOrderAndApart()
     {
-        const auto [row, side, buttons, width] = Rows::row();
+        const auto [row, side, buttons, width] = Rows::current();
         const Qt::LayoutDirection direction = side;
         QWidget window;
         window.setLayoutDirection(direction);
@@ -462,6 +453,9 @@ private Q_SLOTS:
                 QVERIFY(!buttons || qAbs(place(name).center().x() - place("slider").center().x()) <= 1);
             const QRect group = place("lineEdit") | place("units") | place("reset");
             QCOMPARE(group.width(), 80 + 40 + 14 + 2);
+            QCOMPARE(group.bottom(), edit.layout()->itemAt(2)->geometry().bottom());
+            const QRect column = place("increment") | place("slider") | place("decrement");
+            QCOMPARE(buttons ? column.top() : 0, buttons ? edit.layout()->itemAt(1)->geometry().top() : 0);
         }
         else
         {

@@ -2,8 +2,6 @@
 
 #include <examples/TrivialEngine/Engine.h>
 
-#include <QtGui/QScreen>
-
 namespace
 {
 // A view that shows the wheel, with another manager at hand.
@@ -38,7 +36,7 @@ public:
 };
 } // namespace
 
-class tst_TrivialEngine : public WatchedTest
+class tst_TrivialEngine : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:

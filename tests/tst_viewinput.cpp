@@ -5,12 +5,6 @@
 
 #include <QtGui/QBackingStore>
 #include <QtGui/QPainter>
-#include <QtGui/QScreen>
-#include <QtGui/QWindow>
-#include <QtWidgets/QMenu>
-#include <QtWidgets/QTabWidget>
-
-#include <utility>
 
 using orvek::host::ViewInput;
 
@@ -141,34 +135,33 @@ struct Host
     ViewInput* input = nullptr;
 };
 
-using Act = void (*)(Host&);
+using Acts = Table<void (*)(Host&)>;
 } // namespace
-Q_DECLARE_METATYPE(Act)
 
-class tst_ViewInput : public WatchedTest
+class tst_ViewInput : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
     void releasesWhatIsHeld_data()
     {
-        QTest::addColumn<Act>("act");
-        QTest::newRow("focus") << Act([](Host& host) { host.field.setFocus(); });
-        QTest::newRow("window") << Act(
+        const Acts row;
+        row("focus", [](Host& host) { host.field.setFocus(); });
+        row("window",
             [](Host& host)
             {
                 auto* dialog = new QDialog(&host.window);
                 dialog->show();
                 dialog->activateWindow();
             });
-        QTest::newRow("modal dialog") << Act([](Host& host) { (new QDialog(&host.window))->open(); });
-        QTest::newRow("menu") << Act([](Host& host) { (new QMenu(&host.window))->popup(QPoint()); });
-        QTest::newRow("another tab") << Act([](Host& host) { host.tabs.setCurrentIndex(1); });
-        QTest::newRow("disabled") << Act([](Host& host) { host.window.setEnabled(false); });
+        row("modal dialog", [](Host& host) { (new QDialog(&host.window))->open(); });
+        row("menu", [](Host& host) { (new QMenu(&host.window))->popup(QPoint()); });
+        row("another tab", [](Host& host) { host.tabs.setCurrentIndex(1); });
+        row("disabled", [](Host& host) { host.window.setEnabled(false); });
     }
 
     void releasesWhatIsHeld()
     {
-        QFETCH(Act, act);
+        const auto [act] = Acts::current();
         for (const Mode mode : {Without, Off, On})
         {
             Host host(mode);
