@@ -126,6 +126,33 @@ inline void moveMouse(QWidget* widget, const QPoint& to, Qt::MouseButton button 
     QCoreApplication::sendEvent(widget, &move);
 }
 
+//! Value, text, handle and reset button of an editor with a slider together: "0.25 '0.25' at 250 reset".
+template <typename Editor>
+QString shown(const Editor& editor)
+{
+    return editor.value().toString() + " '" + child<QLineEdit>(editor, "lineEdit")->text() + "' at " +
+           QString::number(child<QSlider>(editor, "slider")->sliderPosition()) +
+           (child<QPushButton>(editor, "reset")->isEnabled() ? " reset" : "");
+}
+
+//! What such an editor emits, each change with the value that a host reads then.
+template <typename Editor>
+class Log
+{
+public:
+    explicit Log(Editor& editor) : m_editor(editor)
+    {
+        QObject::connect(&editor, &Editor::startedEdit, [this] { m_emitted += "started "; });
+        QObject::connect(&editor, &Editor::valueChanged, [this] { m_emitted += m_editor.value().toString() + ' '; });
+    }
+    //! What was emitted since the last call, and what is shown: "started 0.3 | 0.3 '0.3' at 3".
+    QString news() { return std::exchange(m_emitted, {}) + "| " + shown(m_editor); }
+
+private:
+    Editor& m_editor;
+    QString m_emitted;
+};
+
 //! A panel for addSection() and then addRow() to fill. Not shown yet.
 struct Panel
 {

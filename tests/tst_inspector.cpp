@@ -211,7 +211,7 @@ private Q_SLOTS:
         row("component of a colour", typed("colour", "0.25", 1),
             CHECK(now.colour == QVector3D(before.colour.x(), 0.25F, before.colour.z())));
         row("beyond the range of a component", typed("colour", "4", 1), CHECK(now.colour.y() == 1.0F));
-        row("beyond the range of a channel", typed("tint", "4"),
+        row("beyond the range of a channel", typed("tint", "1.5"),
             CHECK(now.tint.red() == 255 && now.tint.green() == before.tint.green()));
         row("alpha", typed("tint", "0", 3), CHECK(now.tint.alpha() == 0 && now.tint.red() == before.tint.red()));
         row("choice", pressed("shape", "choice", Qt::Key_Home), CHECK(now.shape == Shape::Point));

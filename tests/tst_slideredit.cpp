@@ -15,37 +15,6 @@ void setRange(QSliderEdit& edit, double minimum, double maximum, double step = 0
     edit.setStep(step);
 }
 
-// Value, text, handle and reset button together: "0.25 '0.25' at 250 reset".
-QString shown(const QSliderEdit& edit)
-{
-    return QString::number(edit.value().toDouble()) + QLatin1String(" '") + child<QLineEdit>(edit, "lineEdit")->text() +
-           QLatin1String("' at ") + QString::number(child<QSlider>(edit, "slider")->sliderPosition()) +
-           QLatin1String(child<QPushButton>(edit, "reset")->isEnabled() ? " reset" : "");
-}
-
-class Host
-{
-public:
-    explicit Host(QSliderEdit& edit) : m_edit(edit)
-    {
-        QObject::connect(&edit, &QSliderEdit::startedEdit, [this] { m_heard += QLatin1String("started "); });
-        QObject::connect(&edit, &QSliderEdit::valueChanged,
-                         [this] { m_heard += m_edit.value().toString() + QLatin1Char(' '); });
-    }
-
-    // What was signalled since the last call, each change with the value that the host reads in it, and what is shown.
-    QString news()
-    {
-        const QString all = m_heard + "| " + shown(m_edit);
-        m_heard.clear();
-        return all;
-    }
-
-private:
-    QSliderEdit& m_edit;
-    QString m_heard;
-};
-
 void click(const QSliderEdit& edit, const char* button)
 {
     QTest::mouseClick(child<QPushButton>(edit, button), Qt::LeftButton);
@@ -155,7 +124,7 @@ private Q_SLOTS:
     void setValueIsSilentAndEndsBlocking()
     {
         QSliderEdit edit;
-        Host host(edit);
+        Log host(edit);
         auto* slider = child<QSlider>(edit, "slider");
         QCOMPARE(host.news(), "| 0 '0' at 0");
         edit.setValue(QVariant(0.5), false);
@@ -212,7 +181,7 @@ private Q_SLOTS:
     void rangeTakesEffectAtTheNextUpdate()
     {
         QSliderEdit edit;
-        Host host(edit);
+        Log host(edit);
         setRange(edit, 2, 3);
         QCOMPARE(host.news(), "| 0 '0' at 0");
         edit.setLiveUpdate(true);
@@ -229,7 +198,7 @@ private Q_SLOTS:
     void logarithmMakesTheRangeUsable()
     {
         QSliderEdit edit;
-        Host host(edit);
+        Log host(edit);
         edit.setLogarithmic(true);
         QCOMPARE(edit.minimum(), 0.01);
         QCOMPARE(host.news(), "0.01 | 0.01 '0' at 0");
@@ -283,7 +252,7 @@ private Q_SLOTS:
         edit.setDefaultValue(0.25);
         edit.setValue(0.5);
         showActive(edit);
-        Host host(edit);
+        Log host(edit);
         commitText(child<QLineEdit>(edit, "lineEdit"), text);
         QCOMPARE(host.news(), news);
 
@@ -305,7 +274,7 @@ private Q_SLOTS:
         edit.resize(600, 38);
         edit.show();
         QVERIFY(QTest::qWaitForWindowExposed(&edit));
-        Host host(edit);
+        Log host(edit);
         // A host that writes each value back must not be told of it again.
         connect(&edit, &QSliderEdit::valueChanged, [&edit] { edit.setValue(edit.value()); });
         auto* slider = child<QSlider>(edit, "slider");
@@ -344,7 +313,7 @@ private Q_SLOTS:
             edit.resize(600, 38);
             edit.show();
             QVERIFY(QTest::qWaitForWindowExposed(&edit));
-            Host host(edit);
+            Log host(edit);
             auto* slider = child<QSlider>(edit, "slider");
             QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleOf(slider, 5));
             QCOMPARE(host.news(), "started | 0.5 '0.5' at 5 reset");
@@ -366,7 +335,7 @@ private Q_SLOTS:
     {
         CoarseEdit edit;
         edit.setValue(0.5);
-        Host host(edit);
+        Log host(edit);
         commitText(child<QLineEdit>(edit, "lineEdit"), "75");
         QCOMPARE(host.news(), "0.75 0.75 | 0.75 '75' at 750");
         edit.on_slider_sliderMoved(200);
