@@ -177,7 +177,7 @@ private Q_SLOTS:
         QWidget* edited = hosted.editor;
         auto* other = new QLineEdit;
         hosted.window->layout()->addWidget(other);
-        const bool isText = qobject_cast<QLabelEdit*>(edited) || qobject_cast<QFileEdit*>(edited);
+        const bool isText = edited->metaObject()->indexOfProperty("readOnly") >= 0;
         QUndoStack stack;
         EditorUndo undo(&stack);
         const auto visit = [edited, other, field = hosted.fields.first()]
