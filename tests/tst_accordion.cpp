@@ -73,44 +73,34 @@ private:
     const std::function<void()> m_act;
 };
 
-// Notes what happens to some widgets, in order.
+// Notes what happens to widgets with a title, in order.
 class RecordingStyle : public QProxyStyle
 {
 public:
-    RecordingStyle() : QProxyStyle("fusion") {}
-    void watch(QWidget* widget)
-    {
-        m_watched << widget;
-        widget->installEventFilter(this);
-    }
+    RecordingStyle() : QProxyStyle("fusion") { qApp->installEventFilter(this); }
     void polish(QWidget* widget) override { note(widget, "polish"); }
     void unpolish(QWidget* widget) override { note(widget, "unpolish"); }
-    QStringList lines;
-
-protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        const bool isMark = event->type() == QEvent::DynamicPropertyChange;
-        if (isMark || event->type() == QEvent::Show || event->type() == QEvent::Hide)
-            note(static_cast<QWidget*>(watched), isMark                          ? "marked"
-                                                 : event->type() == QEvent::Show ? "shown"
-                                                                                 : "hidden");
+        const QHash<int, const char*> words{
+            {QEvent::DynamicPropertyChange, "marked"}, {QEvent::Show, "shown"}, {QEvent::Hide, "hidden"}};
+        if (words.contains(event->type()) && watched->isWidgetType())
+            note(static_cast<QWidget*>(watched), words[event->type()]);
         return false;
     }
+    QStringList lines;
 
 private:
-    void note(QWidget* widget, const char* what)
+    void note(const QWidget* widget, const char* what)
     {
-        if (m_watched.contains(widget))
+        if (!widget->windowTitle().isEmpty())
             lines << widget->windowTitle() + ' ' + what;
     }
-    QWidgetList m_watched;
 };
 } // namespace
 
 using Act = std::function<void(Rows&)>;
 using Acts = Table<Act>;
-using Labels = Table<QByteArray, QString, QString, QString, bool>; // type, title, text, searched text, matches
 
 class DerivedButton : public QPushButton
 {
@@ -123,43 +113,45 @@ class tst_Accordion : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void searchComparesLabels_data()
-    {
-        const Labels row;
-        row("part of a title in another case", "label", "Thick Fög", "", "CK FÖ", true);
-        row("another title", "label", "Thick Fog", "", "fogs", false);
-        row("label text", "label", "", "Fog", "fog", false);
-        row("push button text", "push", "", "Reload", "LOAD", true);
-        row("check box text", "check", "", "Reload", "LOAD", true);
-        row("title before button text", "push", "Fog", "Reload", "load", false);
-        row("derived button text", "derived", "", "Reload", "load", false);
-        row("other button text", "tool", "", "Reload", "load", false);
-    }
-
+    // Titles, and the texts of plain buttons without one.
     void searchComparesLabels()
     {
-        const auto [type, windowTitle, text, search, matches] = Labels::current();
         QAccordion section;
         QWidget* contents = addContents(section);
-        QWidget* row = type == "label"   ? addRow<QLabel>(contents, windowTitle)
-                       : type == "push"  ? addRow<QPushButton>(contents, windowTitle)
-                       : type == "check" ? addRow<QCheckBox>(contents, windowTitle)
-                       : type == "tool"  ? addRow<QToolButton>(contents, windowTitle)
-                                         : static_cast<QWidget*>(addRow<DerivedButton>(contents, windowTitle));
-        row->setProperty("text", text);
-        row->setObjectName(search);
-        row->setToolTip(search);
-        QWidget inner(row);
-        inner.setWindowTitle(search); // deeper ones do not count
-        section.setOpen(false);
-
-        section.setSearchText(search);
-        QCOMPARE(!row->isHidden(), matches);
-        QCOMPARE(row->property("highlighted"), QVariant(matches));
-        QVERIFY(!inner.property("highlighted").isValid());
-        QCOMPARE(section.isOpen(), matches);
-        QCOMPARE(section.property("highlighted"), QVariant(matches));
-        QCOMPARE(section.styleSheet(), matches ? Border : QString());
+        QWidgetList matching;
+        const auto add = [&](QWidget* row, const char* windowTitle, const char* text, bool matches)
+        {
+            row->setWindowTitle(windowTitle);
+            row->setProperty("text", text);
+            row->setObjectName("fög");
+            row->setToolTip("fög");
+            (new QWidget(row))->setWindowTitle("fög"); // deeper ones do not count
+            contents->layout()->addWidget(row);
+            if (matches)
+                matching << row;
+        };
+        add(new QLabel, "Thick Fög", "", true);
+        add(new QPushButton, "", "Fögs", true);
+        add(new QCheckBox, "", "Fögs", true);
+        add(new QLabel, "Thick Fo", "", false);
+        add(new QLabel, "", "Fög", false);
+        add(new QPushButton, "Sun", "Fög", false);
+        add(new DerivedButton, "", "Fög", false);
+        add(new QToolButton, "", "Fög", false);
+        for (const QString text : {"FÖG", "zzz"})
+        {
+            const bool found = text != "zzz";
+            section.setOpen(false);
+            section.setSearchText(text);
+            for (QWidget* row : contents->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            {
+                QCOMPARE(!row->isHidden(), found && matching.contains(row));
+                QCOMPARE(row->property("highlighted"), QVariant(!row->isHidden()));
+                QVERIFY(!child<QWidget>(*row, "")->property("highlighted").isValid());
+            }
+            QVERIFY(section.isOpen() == found && section.property("highlighted") == found);
+            QCOMPARE(section.styleSheet(), found ? Border : QString());
+        }
     }
 
     // What the host does while rows are shown and hidden, a "loading" label for example.
@@ -214,8 +206,6 @@ private Q_SLOTS:
     {
         Rows rows;
         RecordingStyle style;
-        style.watch(rows.fog);
-        style.watch(rows.sun);
         rows.section.setStyle(&style);
         for (const char* expected :
              {"Fog marked,Fog unpolish,Fog polish,Sun hidden,Sun marked,Sun unpolish,Sun polish", ""})
@@ -227,38 +217,29 @@ private Q_SLOTS:
         rows.section.setStyle(nullptr);
     }
 
-    // The contents do not receive the border's sheet; sheets that come later still reach them, at once.
+    // The border's sheet does not reach the contents, but those that come later do.
     void sheetsThatArriveLaterTakeEffect()
     {
         const QString sheet = "QLabel {padding: 20px;}";
-        const Act ancestor = [=](Rows& rows) { rows.window.setStyleSheet(sheet); };
-        const Act section = [=](Rows& rows) { rows.section.setStyleSheet(sheet); };
-        const Act application = [=](Rows&) { qApp->setStyleSheet(sheet); };
-        const Act parent = [=](Rows& rows)
+        for (const int way : {0, 1, 2, 3})
         {
+            Rows rows;
+            const int before = rows.fog->sizeHint().height();
+            rows.section.setSearchText("fog");
             rows.elsewhere.setStyleSheet(sheet);
-            rows.section.setParent(&rows.elsewhere);
-        };
-        for (const Act& arrive : {ancestor, section, application, parent})
-        {
-            for (const bool shown : {false, true})
-            {
-                Rows rows(shown);
-                Rows literal(shown);
-                const int before = rows.fog->sizeHint().height();
-                rows.section.setSearchText("fog");
-                LiteralSearch::apply(literal.section, "fog");
-                arrive(rows);
-                arrive(literal);
-                QCOMPARE(rows.fog->sizeHint(), literal.fog->sizeHint());
-                QVERIFY(!shown || rows.fog->sizeHint().height() >= before + 38);
-                rows.section.setParent(nullptr);
-                qApp->setStyleSheet(QString());
-                rows.section.setStyleSheet(QString());
-                rows.section.setSearchText("fog");
-                rows.section.setSearchText(QString());
-                QCOMPARE(rows.fog->sizeHint().height(), before);
-            }
+            if (way == 0)
+                rows.section.setParent(&rows.elsewhere);
+            else if (way == 3)
+                qApp->setStyleSheet(sheet);
+            else
+                (way == 1 ? &rows.window : &rows.section)->setStyleSheet(sheet);
+            QVERIFY(rows.fog->sizeHint().height() >= before + 38);
+            rows.section.setParent(nullptr);
+            qApp->setStyleSheet(QString());
+            rows.section.setStyleSheet(QString());
+            rows.section.setSearchText("fog");
+            rows.section.setSearchText(QString());
+            QCOMPARE(rows.fog->sizeHint().height(), before);
         }
     }
 
@@ -310,14 +291,10 @@ private Q_SLOTS:
         QVERIFY(contents->isVisible());
 
         QTest::keyClick(checkBox, Qt::Key_Space);
-        QVERIFY(!section.isOpen());
-        QVERIFY(contents->isHidden());
-        QVERIFY(contents->testAttribute(Qt::WA_DontShowOnScreen));
+        QVERIFY(!section.isOpen() && contents->isHidden() && contents->testAttribute(Qt::WA_DontShowOnScreen));
         QVERIFY(checkBox->isVisible());
         QTest::keyClick(checkBox, Qt::Key_Space);
-        QVERIFY(section.isOpen());
-        QVERIFY(contents->isVisible());
-        QVERIFY(!contents->testAttribute(Qt::WA_DontShowOnScreen));
+        QVERIFY(section.isOpen() && contents->isVisible() && !contents->testAttribute(Qt::WA_DontShowOnScreen));
         QVERIFY(!section.signalsBlocked());
 
         contents->hide();
@@ -341,8 +318,7 @@ private Q_SLOTS:
         QVERIFY(!first->isHidden()); // the state is applied at its next change only
         section.setOpen(true);
         section.setOpen(false);
-        QVERIFY(first->isHidden());
-        QVERIFY(!second->isHidden());
+        QVERIFY(first->isHidden() && !second->isHidden());
 
         // Once the contents are gone, the last widget that the host laid out follows.
         QWidget third(&section);
@@ -351,8 +327,7 @@ private Q_SLOTS:
         delete first;
         section.setOpen(true);
         section.setOpen(false);
-        QVERIFY(third.isHidden());
-        QVERIFY(!second->isHidden());
+        QVERIFY(third.isHidden() && !second->isHidden());
 
         QAccordion bare;
         delete bare.layout();

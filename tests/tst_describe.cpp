@@ -281,8 +281,7 @@ private Q_SLOTS:
 
     void ownReflectionIsChecked()
     {
-        Property limit = ofKind("", PropertyKind(99));
-        QCOMPARE(Registry({limit}).errors(),
+        QCOMPARE(Registry({ofKind("", PropertyKind(99))}).errors(),
                  QStringList({"Registry: property 0 has no name", "Registry.: unknown kind 99"}));
     }
 
@@ -299,8 +298,7 @@ private Q_SLOTS:
         QVERIFY(!writes("layers", QVariantList()) && type->equal(&material, std::make_unique<Material>().get()));
         // Ranges are not its concern: undo must be able to put back what was there.
         QVERIFY(writes("roughness", Infinity) && writes("samples", -5) && writes("kind", 1));
-        QVERIFY(writes("priority", -128));
-        QCOMPARE(material.priority, static_cast<signed char>(-128));
+        QVERIFY(writes("priority", -128) && material.priority == -128);
     }
 
     // By construction: each member, whatever is described, makes a difference, is copied and is saved.
@@ -333,14 +331,9 @@ private Q_SLOTS:
             });
         QVERIFY(type->equal(&original, &material) && unchanged.isEmpty());
         QCOMPARE(material.layers.size(), 2);
-        QCOMPARE(paths.join(' '),
-                 "name roughness exposure samples priority seed kind mapSize offset[0] offset[1] offset[2] emission[0] "
-                 "emission[1] emission[2] baseColour[0] baseColour[1] baseColour[2] glow[0] glow[1] glow[2] glow[3] "
-                 "texture visible coat.on coat.thickness coat.tint[0] coat.tint[1] coat.tint[2] layers layers[0].name "
-                 "layers[0].opacity layers[0].coats layers[0].coats[0].on layers[0].coats[0].thickness "
-                 "layers[0].coats[0].tint[0] layers[0].coats[0].tint[1] layers[0].coats[0].tint[2] layers[1].name "
-                 "layers[1].opacity layers[1].coats layers[1].coats[0].on layers[1].coats[0].thickness "
-                 "layers[1].coats[0].tint[0] layers[1].coats[0].tint[1] layers[1].coats[0].tint[2]");
+        QCOMPARE(paths.size(), 45);
+        QCOMPARE(paths.mid(7, 4).join(' ') + ' ' + paths.last(),
+                 "mapSize offset[0] offset[1] offset[2] layers[1].coats[0].tint[2]");
     }
 
     void everyBitSurvivesTheFile()
@@ -385,12 +378,8 @@ private Q_SLOTS:
             QVERIFY2(type->equal(&bits, &read) && std::memcmp(&bits.twice, &read.twice, sizeof read.twice) == 0 &&
                          std::memcmp(&bits.vector, &read.vector, sizeof read.vector) == 0,
                      json.constData());
+            QVERIFY2(i != 3 || json.contains("\"single\": 0.1,"), json.constData());
         }
-        Bits tenth;
-        tenth.single = 0.1F;
-        QJsonObject json;
-        QVERIFY(file.toJson(&tenth, &json));
-        QVERIFY(QJsonDocument(json).toJson().contains("\"single\": 0.1,"));
     }
 
     void wrongFileChangesNothing_data()
@@ -501,8 +490,7 @@ private Q_SLOTS:
         const QString name = directory.filePath("x.json");
         Material material;
         ObjectFile file(materialType());
-        QVERIFY(!file.read(name, &material));
-        QVERIFY(file.errorString().startsWith(name + ": cannot be read: "));
+        QVERIFY(!file.read(name, &material) && file.errorString().startsWith(name + ": cannot be read: "));
         QVERIFY(!file.read(directory.path(), &material));
         QCOMPARE(file.errorString(), directory.path() + ": is a directory, expected a file");
         QVERIFY(!file.write(directory.filePath("none/x.json"), &material));
@@ -582,9 +570,8 @@ private Q_SLOTS:
         QCOMPARE(names.join(' '), "power shape map priority direction tint shade profile broken heat");
         const auto described = [&](const char* name) { return type->properties().at(type->indexOf(QString(name))); };
         const Property power = described("power");
-        QCOMPARE(power.minimum, 0.5);
-        QCOMPARE(power.maximum, 1000.0);
-        QVERIFY(power.logarithmic && power.singlePrecision && power.live && power.enabledWhen(&lamp));
+        QVERIFY(power.minimum == 0.5 && power.maximum == 1000.0 && power.logarithmic && power.singlePrecision &&
+                power.live && power.enabledWhen(&lamp));
         QCOMPARE(power.title + power.units + power.section, QStringLiteral("Electric PowerWLight"));
         lamp.broken = true;
         QVERIFY(!power.enabledWhen(&lamp));

@@ -248,6 +248,8 @@ private Q_SLOTS:
             editor.setProperty(property, before);
         }
         QCOMPARE(field->text(), QString("two! in a field"));
+        ask(field)->setText(QAccessible::Value, "new");
+        QCOMPARE(field->text(), QString("new"));
     }
 
     void livesWithWhatLeaves()

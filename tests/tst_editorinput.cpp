@@ -3,6 +3,7 @@
 #include <examples/DerivedEditor/PercentEdit.h>
 #include <Orvek/Host/EditorInput.h>
 
+#include <QShortcut>
 #include <QtTest/qtestspontaneevent.h>
 #include <QtWidgets/QScrollBar>
 
@@ -368,7 +369,12 @@ private Q_SLOTS:
             QTest::keyClick(field, key);
             return changes.size();
         };
+        const QShortcut shortcut(Qt::Key_Up, &panel.panel); // the field's key comes first
+        const QSignalSpy taken(&shortcut, &QShortcut::activated);
+        showActive(panel.panel);
+        field->setFocus();
         QCOMPARE(press(Qt::Key_Up), 1); // of two one
+        QVERIFY(taken.isEmpty());
         input->setStepsWithArrows(false);
         QCOMPARE(press(Qt::Key_Up), 0);
         input.reset(); // the inner one follows

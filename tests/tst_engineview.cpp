@@ -68,7 +68,6 @@ double mismatch(const QImage& picture, const QImage& reference)
     int inOne = 0;
     const QRect both = picture.rect() & reference.rect();
     for (int y = 0; y < both.height(); ++y)
-    {
         for (int x = 0; x < both.width(); ++x)
         {
             const bool in = isObject(picture.pixel(x, y));
@@ -76,7 +75,6 @@ double mismatch(const QImage& picture, const QImage& reference)
             inBoth += in && expected;
             inOne += in != expected;
         }
-    }
     return inBoth > 0 ? double(inOne) / inBoth : qInf();
 }
 
@@ -134,27 +132,20 @@ private Q_SLOTS:
             QCOMPARE(engine.GetWindowViewId(view.widget->GetHWND()), index);
             // In its own colour, and lit from the upper left.
             const QImage picture = shown(*view.widget);
-            QPointF object, light, count;
+            QVector3D object, light; // sums of places, with their number
             QVector3D colour;
-            for (int y = 0; y < picture.height(); ++y)
+            for (int i = 0; i < picture.width() * picture.height(); ++i)
             {
-                for (int x = 0; x < picture.width(); ++x)
-                {
-                    const QRgb pixel = picture.pixel(x, y);
-                    if (!isObject(pixel))
-                        continue;
-                    object += QPointF(x, y);
-                    count += QPointF(1.0, 0.0);
-                    colour += QVector3D(float(qRed(pixel)), float(qGreen(pixel)), float(qBlue(pixel)));
-                    if (qGray(pixel) < 128)
-                        continue;
-                    light += QPointF(x, y);
-                    count += QPointF(0.0, 1.0);
-                }
+                const QPoint at(i % picture.width(), i / picture.width());
+                const QRgb pixel = picture.pixel(at);
+                if (!isObject(pixel))
+                    continue;
+                colour += QVector3D(float(qRed(pixel)), float(qGreen(pixel)), float(qBlue(pixel)));
+                (qGray(pixel) < 128 ? object : light) += QVector3D(float(at.x()), float(at.y()), 1.0F);
             }
-            QVERIFY(count.y() > 100.0);
-            const QPointF offset = light / count.y() - object / count.x();
-            QVERIFY(offset.x() < -10.0 && offset.y() < -10.0);
+            QVERIFY(light.z() > 100.0F);
+            const QVector3D offset = light / light.z() - (object + light) / (object + light).z();
+            QVERIFY(offset.x() < -10.0F && offset.y() < -10.0F);
             QVERIFY(QVector3D::dotProduct(colour.normalized(), view.scene->colour().normalized()) > 0.99f);
         }
         QVERIFY2(engine.error().isEmpty(), qPrintable(engine.error()));

@@ -49,7 +49,7 @@ std::shared_ptr<const ObjectType> lampType()
     lamp.text("name", &Lamp::name);
     lamp.section("Light");
     lamp.number("power", &Lamp::power).range(0, 1000).units("W");
-    lamp.number("falloff", &Lamp::falloff).range(0, 8);
+    lamp.number("falloff", &Lamp::falloff).range(0, 8).step(0.5);
     lamp.integer("samples", &Lamp::samples).range(1, 256);
     lamp.choice("shape", &Lamp::shape)
         .entry("point", "Point light", Shape::Point)
@@ -68,6 +68,15 @@ std::shared_ptr<const ObjectType> lampType()
     lamp.list("filters", &Lamp::filters, filter.type());
     return lamp.type();
 }
+
+// An engine's own reflection, of constants.
+class Numbers final : public ObjectType
+{
+public:
+    explicit Numbers(const QVector<Property>& properties) : ObjectType("Numbers", properties) {}
+    QVariant read(const void*, int) const override { return 0.0; }
+    bool write(void*, int, const QVariant&) const override { return false; }
+};
 
 // Five lamps, all of whose values are odd ones, of which three are selected.
 struct Lamps
@@ -180,6 +189,7 @@ private Q_SLOTS:
         QVERIFY(isMixed(lamps.field("power")) && !lamps.field("power")->placeholderText().isEmpty());
         QCOMPARE(lamps.field("falloff")->text(), QString("2"));
         QVERIFY(!isMixed(lamps.field("falloff")) && !isMixed(lamps.editor<>("falloff")));
+        QCOMPARE(lamps.editor<>("falloff")->step(), 0.5);
         QCOMPARE(lamps.field("position", 0)->text() + lamps.field("position", 2)->text(), QString());
         QCOMPARE(lamps.field("position", 1)->text(), QString("0.142857"));
         QVERIFY(isMixed(lamps.field("colour", 1)) && !isMixed(lamps.field("colour", 0)));
@@ -278,8 +288,7 @@ private Q_SLOTS:
         QVERIFY(lamps.areUnchanged());
         QCOMPARE(lamps.stack.count(), 0);
         lamps.type_(lamps.field("power"), "+=x");
-        QVERIFY(lamps.field("power")->property("invalid").toBool());
-        QVERIFY(lamps.areUnchanged());
+        QVERIFY(lamps.field("power")->property("invalid").toBool() && lamps.areUnchanged());
     }
 
     void cancelledDialogPutsEachBack()
@@ -327,9 +336,7 @@ private Q_SLOTS:
         double last = -1.0;
         for (const int x : {20, 40, 60})
         {
-            QMouseEvent move(QEvent::MouseMove, QPoint(x, slider->height() / 2),
-                             slider->mapToGlobal(QPoint(x, slider->height() / 2)), Qt::NoButton, Qt::LeftButton, {});
-            QCoreApplication::sendEvent(slider, &move);
+            hostsupport::moveMouse(slider, QPoint(x, slider->height() / 2));
             QCoreApplication::processEvents();
             QVERIFY(lamps.lamps[0].power > last);
             QCOMPARE(lamps.lamps[0].power, lamps.lamps[2].power);
@@ -364,14 +371,12 @@ private Q_SLOTS:
     void conditionsAndListsFollow()
     {
         Lamps lamps(1);
-        QVERIFY(lamps.inspector.editor("shadowSize")->isEnabled());
-        QVERIFY(!lamps.inspector.editor("profile")->isHidden());
+        QVERIFY(lamps.inspector.editor("shadowSize")->isEnabled() && !lamps.inspector.editor("profile")->isHidden());
         clickBox(lamps.editor<QCheckBox>("shadows"));
         lamps.lamps[0].shape = Shape::Sun;
         lamps.lamps[0].filters.resize(2);
         lamps.inspector.refresh();
-        QVERIFY(!lamps.inspector.editor("shadowSize")->isEnabled());
-        QVERIFY(lamps.inspector.editor("profile")->isHidden());
+        QVERIFY(!lamps.inspector.editor("shadowSize")->isEnabled() && lamps.inspector.editor("profile")->isHidden());
         QCoreApplication::processEvents();
         QSignalSpy edited(&lamps.inspector, &Inspector::edited);
         lamps.type_(lamps.field("filters[1].weight"), "3");
@@ -404,8 +409,7 @@ private Q_SLOTS:
         QApplication::clipboard()->setText("map s"); // "m" alone would find more
         QTest::keyClick(search, Qt::Key_V, Qt::ControlModifier);
         auto* size = panel.findChild<QIntSliderEdit*>("shadowSize");
-        QVERIFY(size && size->isVisible());
-        QVERIFY(!panel.findChild<QCheckBox*>("shadows")->isVisible());
+        QVERIFY(size && size->isVisible() && !panel.findChild<QCheckBox*>("shadows")->isVisible());
         QVERIFY(!panel.findChild<QWidget*>("power"));
         search->clear();
         QVERIFY(!size->isVisible());
@@ -420,26 +424,16 @@ private Q_SLOTS:
     // More than what a search builds before it paints.
     void longSearchGoesOn()
     {
-        class Many final : public ObjectType
+        QVector<Property> properties(1000);
+        for (int i = 0; i < 1000; ++i)
         {
-        public:
-            Many() : ObjectType("Many", {})
-            {
-                QVector<Property> properties(1000);
-                for (int i = 0; i < 1000; ++i)
-                {
-                    properties[i].name = QString("number%1").arg(i);
-                    properties[i].section = QString("Section ") + QChar(0x61 + i / 100);
-                }
-                setProperties(properties);
-            }
-            QVariant read(const void*, int property) const override { return property / 1000.0; }
-            bool write(void*, int, const QVariant&) const override { return false; }
-        };
+            properties[i].name = QString("number%1").arg(i);
+            properties[i].section = QString("Section ") + QChar(0x61 + i / 100);
+        }
         QPropertyPanel panel;
         Inspector inspector(&panel);
         inspector.setOpensSections(false);
-        inspector.setObjects(std::make_shared<Many>(), {this});
+        inspector.setObjects(std::make_shared<Numbers>(properties), {this});
         hostsupport::showActive(panel);
         child<QLineEdit>(panel, "search")->setText("9");
         QVERIFY(!panel.findChild<QWidget*>("number999"));
@@ -488,13 +482,11 @@ private Q_SLOTS:
         const QPointer<QWidget> weight = lamps.inspector.editor("weight");
         const auto isBelow = [&]
         { return weight->mapTo(&lamps.panel, QPoint()).y() > lamps.field("power")->mapTo(&lamps.panel, QPoint()).y(); };
-        QVERIFY(isMixed(lamps.field("power")));
-        QVERIFY(isBelow());
+        QVERIFY(isMixed(lamps.field("power")) && isBelow());
         QSignalSpy edited(&lamps.inspector, &Inspector::edited);
         lamps.type_(lamps.field("weight"), "4");
         QCOMPARE(edited.last().first().value<QVector<void*>>(), QVector<void*>{&scene});
-        QVERIFY(lamps.inspector.setGroups({{}, always}));
-        QVERIFY(!lamps.inspector.editor("power"));
+        QVERIFY(lamps.inspector.setGroups({{}, always}) && !lamps.inspector.editor("power"));
         QCOMPARE(lamps.inspector.editor("weight"), weight.data());
         lamps.stack.undo();
         QCOMPARE(scene.weight, 1.0F);
@@ -596,8 +588,7 @@ private Q_SLOTS:
         lamps.inspector.addRow(button, "Light", "power");
         lamps.select(2);
         QCoreApplication::processEvents();
-        QVERIFY(button->isVisible());
-        QVERIFY(button->y() > lamps.inspector.editor("power")->y());
+        QVERIFY(button->isVisible() && button->y() > lamps.inspector.editor("power")->y());
         QVERIFY(button->y() < lamps.inspector.editor("falloff")->y());
         auto* samples = lamps.editor<QSliderEdit>("samples");
         QVERIFY(samples);
@@ -611,18 +602,11 @@ private Q_SLOTS:
 
     void wrongDescriptionsAreRefusedAtOnce()
     {
-        class Wrong final : public ObjectType
-        {
-        public:
-            Wrong() : ObjectType("Wrong", {Property(), Property()}) {}
-            QVariant read(const void*, int) const override { return 0.0; }
-            bool write(void*, int, const QVariant&) const override { return false; }
-        };
         Lamps lamps;
-        expectWarning("Inspector: Wrong.*property 0");
-        expectWarning("Inspector: Wrong.*property 1");
-        QVERIFY(!lamps.inspector.setObjects(std::make_shared<Wrong>(), {&lamps.lamps[0]}));
-        QVERIFY(lamps.inspector.objects().isEmpty());
+        for (const char* which : {"0", "1"})
+            expectWarning(QString("Inspector: Numbers.*property ") + which);
+        const auto wrong = std::make_shared<Numbers>(QVector<Property>(2)); // without names
+        QVERIFY(!lamps.inspector.setObjects(wrong, {&lamps.lamps[0]}) && lamps.inspector.objects().isEmpty());
         QVERIFY(!lamps.inspector.editor("power"));
     }
 
@@ -640,8 +624,7 @@ private Q_SLOTS:
         Sun suns[2];
         suns[1].temperature = 3000.0;
         const auto type = sun.type();
-        QVERIFY(!type->equal(&suns[0], &suns[1]));
-        QVERIFY(lamps.inspector.setObjects(type, {&suns[0], &suns[1]}));
+        QVERIFY(!type->equal(&suns[0], &suns[1]) && lamps.inspector.setObjects(type, {&suns[0], &suns[1]}));
         lamps.type_(lamps.field("temperature"), "*=2");
         QCOMPARE(suns[0].temperature, 12000.0);
         QCOMPARE(suns[1].temperature, 6000.0);

@@ -88,14 +88,12 @@ private Q_SLOTS:
         QTRY_VERIFY(later->findChild<ColourButton*>());
         host->setColourButtons(false);
         host->setChoiceButtons(false);
-        QVERIFY(!later->findChild<ColourButton*>());
-        QVERIFY(child<QSlider>(*traps.kind, "slider")->isVisible());
+        QVERIFY(!later->findChild<ColourButton*>() && child<QSlider>(*traps.kind, "slider")->isVisible());
         QCOMPARE(traps.colour->findChildren<ColourButton*>(), QList<ColourButton*>{own});
         host->setChoiceButtons(true);
         QVERIFY(traps.kind->findChild<ChoiceButton*>());
         host.reset();
-        QVERIFY(!traps.kind->findChild<ChoiceButton*>());
-        QVERIFY(child<QSlider>(*traps.kind, "slider")->isVisible());
+        QVERIFY(!traps.kind->findChild<ChoiceButton*>() && child<QSlider>(*traps.kind, "slider")->isVisible());
     }
 
     void partsOutliveThePanel()

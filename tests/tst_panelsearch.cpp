@@ -126,7 +126,10 @@ private Q_SLOTS:
         QVERIFY(!scene.fog->isVisible() && !scene.light->isVisible() && !scene.line());
         scene.find("needle");
         QVERIFY(deep->isVisible() && !scene.intensity->isVisible());
+        scene.find("zzz");
+        QTRY_VERIFY(scene.line()->isVisible());
         scene.find("");
+        QVERIFY(!scene.line()->isVisible());
         group->hide(); // by the host: stays so
         scene.find("needle");
         QVERIFY(!deep->isVisible() && !scene.light->isVisible());

@@ -15,24 +15,19 @@ class Renderer final : public PlatformRendererInterface
 // Engine objects that write each call into a log: the manager's name and what it is to do.
 struct Log : QStringList
 {
+    void note(const QString& call, HWND calledFor)
+    {
+        append(calledFor == window ? call : call + " for another window");
+        if (call == interruptedCall)
+            interruption();
+    }
+    QString take() { return std::exchange(static_cast<QStringList&>(*this), {}).join(' '); }
+
     Renderer first;
     Renderer second;
     HWND window = {};
     QString interruptedCall;
     std::function<void()> interruption; // what the host does within that call
-    void note(const QString& call, HWND calledFor)
-    {
-        append(calledFor == window ? call : call + QStringLiteral(" for another window"));
-        if (call == interruptedCall)
-            interruption();
-    }
-
-    QString take()
-    {
-        const QString text = join(QLatin1Char(' '));
-        clear();
-        return text;
-    }
 };
 
 class Manager final : public DisplaySurfaceManagerInterface
@@ -40,14 +35,13 @@ class Manager final : public DisplaySurfaceManagerInterface
 public:
     Manager(const QString& name, Log& log) : m_name(name), m_log(log) {}
     void RemoveWindow(HWND window) override { m_log.note(m_name + "-", window); }
-    void Render(HWND window) override { m_log.note(QStringLiteral("render"), window); }
+    void Render(HWND window) override { m_log.note("render", window); }
     void AddWindow(HWND window, PlatformRendererInterface* renderer, int viewId) override
     {
         const char* name = !renderer ? "0" : renderer == &m_log.first ? "R" : renderer == &m_log.second ? "S" : "?";
         m_log.note(m_name + '+' + name + (viewId == -1 ? "" : "?"), window);
     }
-
-    void ResizeSurface(HWND window) override { m_log.note(QStringLiteral("resize"), window); }
+    void ResizeSurface(HWND window) override { m_log.note("resize", window); }
     int GetWindowViewId(HWND window) override { return window == m_log.window ? 7 : 0; }
 
 private:
@@ -85,13 +79,11 @@ class Parent : public QWidget
 {
 public:
     explicit Parent(Log& log) : m_log(log) {}
-
-protected:
     bool event(QEvent* event) override
     {
         const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
         if (isKey || event->type() == QEvent::Wheel || dynamic_cast<QMouseEvent*>(event))
-            m_log << QStringLiteral("parent,%1").arg(event->type());
+            m_log << QString("parent,%1").arg(event->type());
         return QWidget::event(event);
     }
 
@@ -124,17 +116,17 @@ struct Scene
         if (!inParent)
             log.window = view.GetHWND();
     }
+    template <typename Event>
+    void send(Event&& event)
+    {
+        QApplication::sendEvent(&view, &event);
+    }
     QString paint()
     {
-        QPaintEvent event(view.rect());
-        QApplication::sendEvent(&view, &event);
+        send(QPaintEvent(view.rect()));
         return log.take();
     }
-    void resize(int width, int height)
-    {
-        QResizeEvent event(QSize(width, height), view.size());
-        QApplication::sendEvent(&view, &event);
-    }
+    void resize(int width, int height) { send(QResizeEvent(QSize(width, height), view.size())); }
     void logSignals()
     {
         QObject::connect(&view, &QRenderWidget::viewUpdated, &view, [this] { log << "viewUpdated"; });
@@ -241,24 +233,18 @@ private Q_SLOTS:
     // The window was destroyed before, as within a window that is being destroyed.
     void destructorMakesNoWindow()
     {
-        // Gives access to what is protected.
-        class View : public QRenderWidget
+        struct View : QRenderWidget
         {
-        public:
-            using QWidget::destroy;
+            using QWidget::destroy; // protected
         };
-        Log log;
-        Manager manager("A", log);
-        {
-            QWidget window;
-            View view;
-            view.setParent(&window);
-            log.window = view.GetHWND();
-            view.SetDisplaySurfaceManagerInterface(&manager);
-            log.clear();
-            view.destroy();
-        }
-        QCOMPARE(log.take(), QStringLiteral("A+0 A-"));
+        Scene s;
+        s.view.setParent(&s.parent);
+        s.log.window = s.view.GetHWND();
+        s.view.SetDisplaySurfaceManagerInterface(&s.manager);
+        QCOMPARE(s.log.take(), QStringLiteral("A+0"));
+        (s.view.*(&View::destroy))(true, true);
+        s.owned.reset();
+        QCOMPARE(s.log.take(), QStringLiteral("A+0 A-"));
     }
 
     void frameSequences()
@@ -504,8 +490,7 @@ private Q_SLOTS:
             view.setParent(parent);
             view.show();
             view.window()->show();
-            QVERIFY(QTest::qWaitForWindowExposed(view.window()));
-            QVERIFY(view.windowHandle()->supportsOpenGL());
+            QVERIFY(QTest::qWaitForWindowExposed(view.window()) && view.windowHandle()->supportsOpenGL());
         }
     }
 

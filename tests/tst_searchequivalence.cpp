@@ -186,6 +186,7 @@ private Q_SLOTS:
             ours.act();
             literal.act();
             settle();
+            QCOMPARE(describeAll(ours.contents), describeAll(literal.contents));
             ours.search(ours.pick(texts));
             literal.search(literal.pick(texts));
             QCOMPARE(describeAll(ours.contents), describeAll(literal.contents));

@@ -70,7 +70,9 @@ private Q_SLOTS:
             QVERIFY(store.file.value("Light/Late").toBool());
         }
         scene->inMaterial->setOpen(true);
+        scene->addSection("Last");
         scene.reset();
+        QCoreApplication::processEvents();
         states.save(store.file);
         QVERIFY(store.file.value("Material/Advanced").toBool());
     }

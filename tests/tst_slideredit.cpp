@@ -395,11 +395,11 @@ private Q_SLOTS:
                     QVERIFY2(!part->geometry().intersects(other->geometry()),
                              qPrintable(part->objectName() + QLatin1Char(' ') + other->objectName()));
         }
-        using Width = QPair<const char*, int>;
-        for (const Width& fixed : {Width("label", 80), Width("decrement", 24), Width("increment", 24),
-                                   Width("lineEdit", 80), Width("units", 40), Width("reset", 14)})
-            if (child<QWidget>(edit, fixed.first)->isVisible())
-                QCOMPARE(child<QWidget>(edit, fixed.first)->width(), fixed.second);
+        for (const auto& [name, fixed] :
+             {std::pair("label", 80), std::pair("decrement", 24), std::pair("increment", 24), std::pair("lineEdit", 80),
+              std::pair("units", 40), std::pair("reset", 14)})
+            if (child<QWidget>(edit, name)->isVisible())
+                QCOMPARE(child<QWidget>(edit, name)->width(), fixed);
 
         const auto inOrder = [&edit, direction](Qt::Orientation axis, std::initializer_list<const char*> names)
         {
@@ -427,10 +427,8 @@ private Q_SLOTS:
             QCOMPARE(buttons ? column.top() : 0, buttons ? edit.layout()->itemAt(1)->geometry().top() : 0);
         }
         else
-        {
             QVERIFY(
                 inOrder(Qt::Horizontal, {"label", "decrement", "slider", "increment", "lineEdit", "units", "reset"}));
-        }
         const QLayout* layout = edit.layout();
         if (row == Row::AsBuilt)
             return;
