@@ -243,8 +243,7 @@ private Q_SLOTS:
         row("x: a logarithmic range from 0, which is not above 0",
             [](D& m) { m.number("x", &M::exposure).logarithmic(); });
         row("x: the step -1 is not a number of at least 0", [](D& m) { m.number("x", &M::exposure).step(-1); });
-        row("x: the default 0.5 is outside the range 1 to 2",
-            [](D& m) { m.number("x", &M::roughness).range(1, 2); });
+        row("x: the default 0.5 is outside the range 1 to 2", [](D& m) { m.number("x", &M::roughness).range(1, 2); });
         row("x: the default is of the type int", [](D& m) { m.number("x", &M::roughness).defaultValue(1); });
         row("x: the default is outside the range 1 to 2", [](D& m) { m.vector("x", &M::offset).range(1, 2); });
         row("x: the default is not opaque", [](D& m) { m.colour("x", &M::glow); });
@@ -262,7 +261,8 @@ private Q_SLOTS:
         row("x: two entries with the value 7",
             [](D& m) { m.choice("x", &M::kind).entry("a", "", Kind::Flat).entry("b", "", Kind::Flat); });
         row("x: the entry of the value 7 has no key", [](D& m) { m.choice("x", &M::kind).entry("", "", Kind::Flat); });
-        row("x: the default 7 is not one of the choices", [](D& m) { m.choice("x", &M::kind).entry("a", "", Kind::Lit); });
+        row("x: the default 7 is not one of the choices",
+            [](D& m) { m.choice("x", &M::kind).entry("a", "", Kind::Lit); });
         row("x: the default has more than 3 characters", [](D& m) { m.text("x", &M::name).maximumLength(3); });
         row("x: a list without the type of its elements", [](D& m) { m.list("x", &M::layers, nullptr); });
         row("x: \"Coat\" is the type of another struct", [](D& m) { m.list("x", &M::layers, coatType()); });
