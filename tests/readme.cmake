@@ -32,3 +32,17 @@ foreach(order IN ITEMS "readme;scripts" "scripts;readme")
         message(FATAL_ERROR "${order}: no tests in build/${preset}")
     endif()
 endforeach()
+
+# Asked for help, a script prints some and does nothing else, wherever the question stands.
+set(copy ${WORK}/asked)
+file(COPY ${SOURCE}/scripts DESTINATION ${copy})
+file(GLOB names RELATIVE ${copy}/scripts LIST_DIRECTORIES OFF ${copy}/scripts/*)
+foreach(name IN LISTS names)
+    foreach(arguments IN ITEMS --help "--qt6;--help")
+        execute_process(COMMAND ${copy}/scripts/${name} ${arguments}
+            RESULT_VARIABLE failed OUTPUT_VARIABLE output ERROR_VARIABLE errors TIMEOUT 10)
+        if(failed OR errors OR NOT output OR EXISTS ${copy}/build)
+            message(FATAL_ERROR "${name} ${arguments}: ${output}${errors}")
+        endif()
+    endforeach()
+endforeach()

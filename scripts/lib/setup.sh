@@ -3,11 +3,13 @@
 # Shared by the scripts of this folder; source it. Moves to the repository's root.
 set -euo pipefail
 
-# --help prints the comment at the head of the script, before anything is built; the demo's program prints its own.
-if [[ ${1:-} =~ ^(-h|--help)$ && ${0##*/} != demo ]]; then
-    sed -n -e '1d' -e '/^# shellcheck/d' -e '/^#/!q' -e 's/^# //p' "$0"
-    exit
-fi
+# --help, wherever it stands, prints the comment at the head of the script, before anything is installed or built.
+for argument in "$@"; do
+    if [[ $argument =~ ^(-h|--help)$ ]]; then
+        sed -n -e '1d' -e '/^# shellcheck/d' -e '/^#/!q' -e 's/^# //p' "$0"
+        exit
+    fi
+done
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # --qt6 comes first, in scripts that set takes_qt6=yes. Qt 6 has its own presets, and so its own folders: release-qt6.
