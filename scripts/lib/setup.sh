@@ -40,8 +40,23 @@ doc_packages=(qdoc-qt5 libclang-common-14-dev python3)
 say() { printf '\033[1m== %s\033[0m\n' "$*" >&2; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
-# need_packages PACKAGE...: installs the Debian packages that are missing. On a system without apt it only names the
-# Debian packages, and stops if the build could not even start.
+# apt_get ARGUMENT...: for need_packages. Says nothing unless it fails. While another apt or dpkg works, it waits for ten
+# minutes; apt's own option for that knows only one of the three locks.
+apt_get() {
+    local errors waited
+    for ((waited = 0; waited < 600; waited += 5)); do
+        errors=$("${root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 "$@" \
+            </dev/null 2>&1 >/dev/null) && return
+        [[ $errors == *"Could not get lock"* ]] || break
+        [ $waited -gt 0 ] || say "Waiting for another installation of packages to end"
+        sleep 5
+    done
+    printf '%s\n' "$errors" >&2
+    return 1
+}
+
+# need_packages PACKAGE...: installs the Debian packages that are missing. On a system without apt it only names the Debian
+# packages, and stops if the build could not even start.
 need_packages() {
     local missing=() package
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
@@ -63,9 +78,8 @@ need_packages() {
     fi
     say "Installing ${missing[*]}"
     # The package lists of a fresh machine are empty, and those of an old one name packages that no longer exist.
-    "${root[@]}" apt-get -qq update </dev/null >&2 || say "The package lists could not be refreshed; trying with the old ones"
-    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y -qq install --no-install-recommends "${missing[@]}" \
-        </dev/null >/dev/null || fail "could not install: ${missing[*]}"
+    apt_get update || say "The package lists could not be refreshed; trying with the old ones"
+    apt_get -y install --no-install-recommends "${missing[@]}" || fail "could not install: ${missing[*]}"
 }
 
 # configure_and_build PRESET [TARGET...]: builds in build/PRESET$qt_suffix; without targets, everything. Says little
