@@ -46,8 +46,8 @@ QImage drawnByOpenGl(const OrbitView& view, const QSize& widgetSize)
     sceneeditor::SurfaceManager manager;
     QWidget target;
     target.resize(widgetSize);
-    manager.AddWindow(target.winId(), &renderer, -1);
-    return manager.grabFrame(target.winId());
+    manager.AddWindow(HWND(target.winId()), &renderer, -1);
+    return manager.grabFrame(HWND(target.winId()));
 }
 
 bool isObject(QRgb pixel)

@@ -272,10 +272,10 @@ void tst_SceneEngine::spotLightEndsAtItsCone()
     m_scene.light.coneSoftness = 0.0;
     const auto brightness = [this](const QImage& frame, float x) { return qGray(frame.pixel(place({x, 0.0f, 0.0f}))); };
     m_view->setScene(m_scene);
-    const QImage directional = m_manager.grabFrame(m_widget->winId());
+    const QImage directional = m_manager.grabFrame(HWND(m_widget->winId()));
     m_scene.light.kind = LightKind::Spot;
     m_view->setScene(m_scene);
-    const QImage spot = m_manager.grabFrame(m_widget->winId());
+    const QImage spot = m_manager.grabFrame(HWND(m_widget->winId()));
     QVERIFY(qAbs(brightness(directional, 0.95f) - brightness(directional, 1.05f)) <= 2);
     QVERIFY(brightness(spot, 0.95f) > 1.5 * brightness(spot, 1.05f));
     QVERIFY(brightness(spot, -0.95f) > 1.5 * brightness(spot, -1.05f));

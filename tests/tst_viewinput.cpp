@@ -36,7 +36,7 @@ public:
     void Render(HWND handle) override
     {
         QWindow* window = windows.contains(handle) ? QWidget::find(WId(handle))->windowHandle() : nullptr;
-        if (!window || window->winId() != handle)
+        if (!window || window->winId() != WId(handle))
             return;
         const QRect area(QPoint(), window->size());
         QBackingStore store(window);
@@ -316,7 +316,7 @@ private Q_SLOTS:
                         break;
                     }
                     QTRY_VERIFY(host.isRed());
-                    QCOMPARE(host.manager.windows, QVector<HWND>({host.view->windowHandle()->winId()}));
+                    QCOMPARE(host.manager.windows, QVector<HWND>({HWND(host.view->windowHandle()->winId())}));
                     QCOMPARE(before != host.view->GetHWND(), ownWindow);
                     QCOMPARE(host.handler.take(), QString(ownWindow ? "lost replaced" : ""));
                 }
