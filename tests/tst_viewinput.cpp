@@ -249,13 +249,18 @@ private Q_SLOTS:
             else
                 host.view->setContinuousUpdate(true);
             const double rate = host.window.windowHandle()->screen()->refreshRate();
-            QSignalSpy requests(updates->findChild<QTimer*>(), &QTimer::timeout);
+            const auto* timer = updates->findChild<QTimer*>();
+            QSignalSpy requests(timer, &QTimer::timeout);
             QSignalSpy frames(host.view, &QRenderWidget::viewUpdated);
             QElapsedTimer time;
             time.start();
             QTest::qWait(500);
             const double refreshes = double(time.elapsed()) * (rate >= 1.0 ? rate : 60.0) / 1000.0;
-            QVERIFY2((requests.count() <= refreshes + 2) == (mode == On), qPrintable(QString::number(refreshes)));
+            // The view alone asks each millisecond, as far as the machine has time for that.
+            if (mode == On)
+                QVERIFY2(requests.count() <= refreshes + 2, qPrintable(QString::number(refreshes)));
+            else
+                QVERIFY(timer->interval() * rate < 1000.0);
             QVERIFY(requests.count() > 5 && frames.count() > 5);
         }
     }
