@@ -14,14 +14,17 @@ PROPERTY = re.compile(r"Q_PROPERTY\(.*?(\w+) READ (\w+)(?: WRITE (\w+))?")
 FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\w+_EXPORT|\[\[\w+\]\]) )*(.*?)(~?\w+)\((.*)\)( const)?"
                       r"(?: noexcept)?(?: override)?(?: = 0| = default)?(?:;| ?\{.*\})$")
 VARIABLE = re.compile(r"(.*?\W)(\w+)(?: = .*)?;$")
+ENUMERATION = re.compile(r"((?:^ *//!.*\n)+)( *)enum class (\w+)\n *\{\n((?:.*\n)*?) *\};", re.M)
+FREE_FUNCTION = re.compile(r"((?:^//!.*\n)+)\w+_EXPORT (.*\w )(\w+)(\(.*\));", re.M)
 # Qt documents what is overridden; the others are not for hosts.
-EXEMPT = re.compile(r"^[^~]*\boverride\b|= delete|^(friend|using|class|struct|QT_|Q_(?!PROPERTY|INVOKABLE))")
+EXEMPT = re.compile(r"^[^~]*\boverride\b|= delete|^(friend|using|class|struct|enum|QT_|Q_(?!PROPERTY|INVOKABLE))")
 
 
 def installed_headers(folder):
-    """The headers of the engine's interfaces, and elsewhere those with an exported class or a struct with exports."""
+    """The headers of the engine's interfaces, of templates, and those with an exported class or a struct with exports."""
+    templates = re.search(r"ORVEK_HOST_TEMPLATES ([^)]*)", (folder / "Host/CMakeLists.txt").read_text(encoding="utf-8"))[1]
     return [path for path in sorted(folder.rglob("*.h"))
-            if path.relative_to(folder).parts[0] in ("Base", "CrossPlatform")
+            if path.relative_to(folder).parts[0] in ("Base", "CrossPlatform") or path.stem in templates.split()
             or re.search(r"^class \w+_EXPORT |^struct \w+\n(?s:.*)_EXPORT ", path.read_text(encoding="utf-8"), re.M)]
 
 
@@ -37,9 +40,12 @@ def declarations(path):
     """Yields line number, class, declaration and comment of each class (without a declaration) and of each property and
     public or protected member. Declarations that share a comment share the list."""
     name = statement = served = ""
-    namespaces, comment, in_comment, for_block, visible = [], [], False, False, False
+    namespaces, comment, in_comment, for_block, visible, in_body = [], [], False, False, False, False
     lines = path.read_text(encoding="utf-8").splitlines()
     for number, line in enumerate(lines, 1):
+        if in_body or line.startswith("template <"):
+            in_body = in_body and line.rstrip(";") != "    }"
+            continue
         said = COMMENT.match(line)
         if said and not in_comment:
             comment, served, for_block = [], "", serves_block(lines, number - 1)
@@ -48,8 +54,11 @@ def declarations(path):
             comment.append(said.group(1))
         if said or line == "{":
             continue
-        statement = f"{statement} {line.split('//')[0].strip()}".strip()
-        if name and statement and statement[-1] not in ":;})" and statement != "Q_OBJECT":
+        in_body = bool(name) and line == "    {"
+        # What is defined in the class ends where its body begins.
+        statement += ";" if in_body else f" {line.split('//')[0].strip()}"
+        statement = re.sub(r"\) : \w.*\{\}$", ");", statement.strip())
+        if name and statement and statement[-1] not in (":;})" if statement.startswith("Q") else ":;}") and statement != "Q_OBJECT":
             continue
         if CLASS.match(line):
             name, visible = "::".join([*namespaces, CLASS.match(line).group(1)]), line.startswith("struct")
@@ -77,6 +86,23 @@ def declarations(path):
         statement, served, comment = "", "", []
 
 
+def others(path):
+    """Yields a block for each enumeration, and for each function beside the class that the header is named after."""
+    text = path.read_text(encoding="utf-8")
+    scope = "::".join(re.findall(r"^namespace ([\w:]+)", text, re.M))
+    relates = f"\\relates {scope}::{path.stem}"
+    for comment, indent, name, body in ENUMERATION.findall(text):
+        values = re.findall(r"^ *(\w+)\b,?(?: *//!< (.*))?", body, re.M)
+        yield "\n".join([f"\\enum {scope}::{path.stem}::{name}" if indent else f"\\enum {scope}::{name}\n{relates}",
+                         marked_up(re.findall("//! ?(.*)", comment)), "",
+                         *(f"\\value {value} {meaning}" for value, meaning in values)])
+    for comment, returns, function, parameters in FREE_FUNCTION.findall(text):
+        names = ", ".join(f"\\a {name}" for name in re.findall(r"(\w+)(?=[,)])", parameters))
+        text = re.sub("^Whether", "Returns whether", marked_up(re.findall("//! ?(.*)", comment)))
+        # QDoc wants all of them named.
+        yield "\n".join([f"\\fn {returns}{scope}::{function}{parameters}", relates, text, "", f"Parameters: {names}."])
+
+
 def marked_up(comment, parameters=()):
     """The comment for QDoc, with a line for each paragraph."""
     text = "\n".join(comment).replace("\\", "\\\\").replace("*/", "* /")
@@ -91,6 +117,14 @@ def write(folder, output):
     headers. Returns the names of the classes, and complaints about members without a comment."""
     classes, properties, accessors, functions, missing = {}, {}, {}, {}, []
     for path in installed_headers(folder):
+        header = path.read_text(encoding="utf-8")
+        templates = {f"orvek::host::{name}": re.sub(" = [^,]+", "", arguments)
+                     for arguments, name in re.findall(r"^template <(.*)>\nclass (\w+)", header, re.M)}
+        # What a class makes public of its base is described with the class.
+        for base, member in re.findall(r"^    using (\w+)::(\w+);", header, re.M):
+            for _, name, statement, comment in declarations(path.with_name(f"{base}.h")):
+                if re.search(rf"\b{member}\(", statement):
+                    classes[f"{name}::{member}"] = "", marked_up(comment)
         for number, name, statement, comment in declarations(path):
             short = name.rpartition("::")[2]
             prop, function = PROPERTY.match(statement), FUNCTION.match(statement)
@@ -100,20 +134,29 @@ def write(folder, output):
                 properties[name, member] = [marked_up(comment)]
                 accessors.update({(name, accessor): (name, member) for accessor in prop.groups()[1:]})
             elif not statement:
-                classes[name] = marked_up(comment)
+                # The first sentence is what lists of classes say.
+                brief, _, text = re.sub(r"\.(?:\s+(?=[A-Z])|$)", ".\0", marked_up(comment), count=1).partition("\0")
+                classes[name] = brief, text
             elif (name, member) in accessors and "," not in parameters:
                 texts, text = properties[accessors[name, member]], marked_up(comment)
                 if text and text not in texts:
                     texts.append(f"\\c {{{member}()}}: {text}" if member.startswith("set") else text)
                 continue
             elif function:
+                qualified, template = name, re.match(r"(template <.*?>) (.*)", returns)
+                if name in templates:
+                    arguments = ", ".join(re.findall(r"\w+ (\w+)", templates[name]))
+                    qualified = f"{name}<{arguments}>"
+                    inner, returns = template.groups() if template else ("", returns)
+                    returns = re.sub(rf"^{short} ", f"{short}<{arguments}> ", returns)
+                    returns = f"template <{templates[name]}> {re.sub(' = [^,>]+', '', inner)} {returns}"
                 if member == f"~{short}" and not comment:
                     continue
                 if member == short and "parent" in parameters:
                     comment = [*(comment or [f"Makes a {short}."]), "It is a child of parent."]
                 parameters = re.sub(" = [^,]+", "", parameters)
                 lines, _, names = functions.setdefault(id(comment), ([], comment, []))
-                lines.append(f"\\fn {returns}{name}::{member}({parameters}){const}")
+                lines.append(f"\\fn {returns}{qualified}::{member}({parameters}){const}")
                 names += re.findall(r"(\w+)(?:,|$)", parameters)
             elif VARIABLE.match(statement):
                 member = VARIABLE.match(statement).group(2)
@@ -130,9 +173,12 @@ def write(folder, output):
     for (name, member), texts in properties.items():
         texts[0] = re.sub(r"\. (?=[A-Z])", ".\n\n", texts[0], count=1)
         blocks.append("\n\n".join([f"\\property {name}::{member}\n\\brief {texts[0]}", *texts[1:]]))
+    for path in installed_headers(folder):
+        blocks += others(path)
     files = {"members.qdoc": [f"/*!\n{block}\n*/" for block in blocks],
-             "classes.qdocinc": [f"//! [{name}]\n{text}\n//! [{name}]" for name, text in classes.items()],
+             "briefs.qdocinc": [f"//! [{name}]\n\\brief {brief}\n//! [{name}]" for name, (brief, _) in classes.items()],
+             "classes.qdocinc": [f"//! [{name}]\n{text}\n//! [{name}]" for name, (_, text) in classes.items()],
              "module.h": [f"#include <{path.relative_to(folder.parent)}>" for path in installed_headers(folder)]}
     for name, parts in files.items():
         (output / name).write_text("\n".join(parts) + "\n", encoding="utf-8")
-    return classes, missing
+    return [name for name, (brief, _) in classes.items() if brief], missing

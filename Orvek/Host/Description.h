@@ -28,6 +28,7 @@ public:
     DescribedProperty live(bool on) { return set(&Property::live, on); }
     DescribedProperty stored(bool on) { return set(&Property::stored, on); }
     DescribedProperty maximumLength(int length) { return set(&Property::maximumLength, length); }
+
     //! Replaces the sample's value; must have the type listed at PropertyKind. An invalid one removes the default.
     DescribedProperty defaultValue(const QVariant& value) { return set(&Property::defaultValue, value); }
     //! Both ends of the range, in the unit of the value.
