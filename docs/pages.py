@@ -103,7 +103,7 @@ def turning(name, order, titles):
 
 class Sections(html.parser.HTMLParser):
     """The headings of a page with the text below each: [anchor, heading, text]."""
-    SKIPPED = ("breadcrumb", "sidebar", "turn")
+    SKIPPED = ("breadcrumb", "toc", "title", "turn")
 
     def __init__(self, text):
         super().__init__()
@@ -119,6 +119,8 @@ class Sections(html.parser.HTMLParser):
             self.skipped, self.depth = tag, 0
         if tag == self.skipped:
             self.depth += 1
+        if tag in ("br", "li", "p", "pre", "td", "th") and not self.heading:
+            self.sections[-1][2] += " "
         if tag in ("h2", "h3") and attrs.get("id") and not self.skipped:
             self.sections.append([attrs["id"], "", ""])
             self.heading = tag

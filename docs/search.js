@@ -17,7 +17,7 @@
 
     // Where it stands above the text, the list of sections is closed at first.
     const contents = document.querySelector("details.toc");
-    if (contents && matchMedia("(max-width: 40rem)").matches)
+    if (contents && matchMedia("(max-width: 76rem)").matches)
         contents.open = false;
 
     function load() {
