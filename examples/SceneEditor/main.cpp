@@ -8,6 +8,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
 #include <QtCore/QTimer>
+#include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
@@ -87,6 +88,9 @@ int main(int argc, char* argv[])
     QApplication::setOrganizationName(QStringLiteral("Orvek"));
     QApplication::setApplicationName(QStringLiteral("SceneEditor"));
     QApplication::setApplicationVersion(QStringLiteral(SCENE_EDITOR_VERSION));
+    // Both are there when the program is installed.
+    QGuiApplication::setDesktopFileName(QStringLiteral(SCENE_EDITOR_ID));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(SCENE_EDITOR_ID)));
 
     // Before the first text: those of the options are translated too.
     sceneeditor::installLanguage(QSettings().value(QStringLiteral("language")).toString());
