@@ -2,8 +2,14 @@
 # if the examples are built, orvek-scene-editor; for Qt 6 liborvekqtwidgets6-1, liborvekqtwidgets6-dev and
 # orvek-scene-editor-qt6. `cpack -G TGZ` makes one archive.
 set(CPACK_PACKAGE_NAME orvekqtwidgets${ORVEK_SUFFIX})
+set(ORVEK_PACKAGE_MAINTAINER "$ENV{ORVEK_PACKAGE_MAINTAINER}" CACHE STRING
+    "Who answers for Debian packages made here: \"Name <address>\"; without it cpack -G DEB refuses")
 set(CPACK_PACKAGE_VENDOR "OrvekQtWidgets maintainers")
-set(CPACK_PACKAGE_CONTACT "OrvekQtWidgets maintainers <maintainers@users.noreply.c-seed-7e902a63.example>")
+foreach(_contact IN ITEMS CPACK_PACKAGE_CONTACT CPACK_DEBIAN_PACKAGE_MAINTAINER ORVEK_PACKAGE_MAINTAINER)
+    if(${_contact})
+        set(CPACK_PACKAGE_CONTACT "${${_contact}}")
+    endif()
+endforeach()
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -38,7 +44,8 @@ foreach(_component IN LISTS _components)
     install(FILES packaging/debian/copyright DESTINATION share/doc/${_package} COMPONENT Debian${_component}
         EXCLUDE_FROM_ALL)
     if(ORVEK_GZIP)
-        execute_process(COMMAND ${ORVEK_GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/debian/changelog
+        configure_file(packaging/debian/changelog.in ${PROJECT_BINARY_DIR}/installed/changelog.Debian @ONLY)
+        execute_process(COMMAND ${ORVEK_GZIP} -9nc ${PROJECT_BINARY_DIR}/installed/changelog.Debian
             OUTPUT_FILE ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz)
         install(FILES ${PROJECT_BINARY_DIR}/installed/changelog.Debian.gz DESTINATION share/doc/${_package}
             COMPONENT Debian${_component} EXCLUDE_FROM_ALL)
@@ -50,6 +57,9 @@ list(TRANSFORM _components PREPEND Debian OUTPUT_VARIABLE _debian_components)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/installed/OrvekCPackOptions.cmake)
 file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "
 if(CPACK_GENERATOR STREQUAL \"DEB\")
+    if(NOT CPACK_PACKAGE_CONTACT)
+        message(FATAL_ERROR \"A Debian package names its maintainer: cmake -DORVEK_PACKAGE_MAINTAINER='Name <address>'\")
+    endif()
     list(APPEND CPACK_COMPONENTS_ALL ${_debian_components})
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
     # Each package has its own summary.
