@@ -56,6 +56,7 @@ endif()
 # Documentation and translations, if this build has them. The pages come from the target docs; pictures and linked files
 # are where README.md expects them.
 install(FILES CHANGELOG.md CONTRIBUTING.md README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development PATTERN __pycache__ EXCLUDE)
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Development)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development OPTIONAL
     FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.js PATTERN *.png PATTERN *.qch)
