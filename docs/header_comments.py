@@ -175,6 +175,8 @@ def write(folder, output):
         blocks.append("\n\n".join([f"\\property {name}::{member}\n\\brief {texts[0]}", *texts[1:]]))
     for path in installed_headers(folder):
         blocks += others(path)
+    # QDoc takes the first name that begins with the one it looks for.
+    classes = dict(sorted(classes.items()))
     files = {"members.qdoc": [f"/*!\n{block}\n*/" for block in blocks],
              "briefs.qdocinc": [f"//! [{name}]\n\\brief {brief}\n//! [{name}]" for name, (brief, _) in classes.items()],
              "classes.qdocinc": [f"//! [{name}]\n{text}\n//! [{name}]" for name, (_, text) in classes.items()],

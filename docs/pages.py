@@ -61,7 +61,8 @@ def described_properties(text):
             made.append(f'<tr><td>{link}<br /><small>{kind}</small></td><td>{about} {default[0] if default else ""}</td></tr>\n')
         return '<table class="generic">\n' + "".join(made) + "</table>"
 
-    return re.sub(r'<table class="propsummary">\n.*?</table>', rows, text, flags=re.S)
+    return re.sub(r'(?<=<h2 id="properties">Properties</h2>\n<div class="table">)<table class="propsummary">\n.*?</table>', rows,
+                  text, flags=re.S)
 
 
 def coloured(match):
