@@ -133,6 +133,14 @@ run_stranger(${WORK}/build-moved/stranger)
 if(EXISTS "${moved}/bin/SceneEditor${suffix}")
     run_stranger("${moved}/bin/SceneEditor${suffix}" --screenshot ${WORK}/editor.png)
 endif()
+# The examples come with it and are a project of their own, wherever they are copied to.
+if(HOST)
+    file(COPY "${moved}/share/doc/orvekqtwidgets${suffix}/examples/" DESTINATION "${WORK}/my examples")
+    run(${CMAKE_COMMAND} -S "${WORK}/my examples" -B ${WORK}/build-examples -G "${GENERATOR}" -DCMAKE_CXX_COMPILER=${CXX}
+        -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_PREFIX_PATH=${moved}" -DORVEK_QT_VERSION=${QT})
+    run(${CMAKE_COMMAND} --build ${WORK}/build-examples --config Debug --target FormAtRunTime ObjectInspector)
+    run_stranger(${WORK}/build-examples/bin/ObjectInspector --screenshot ${WORK}/inspector.png)
+endif()
 file(GLOB_RECURSE pc "${moved}/orvekqtwidgets${suffix}.pc")
 get_filename_component(pc_directory "${pc}" DIRECTORY)
 
