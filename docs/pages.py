@@ -46,7 +46,7 @@ def title_first(match):
         entries = [entry.replace("level2", "level1") for entry in entries[details[0] + 1:]] + entries[:details[0]]
     if len(entries) < 2:
         return match[2]
-    return "\n".join([match[2] + '<details class="toc" open="open"><summary>On this page</summary>\n<ul>', *entries,
+    return "\n".join([match[2] + '<details class="toc"><summary>On this page</summary>\n<ul>', *entries,
                       "</ul>\n</details>\n"])
 
 
@@ -153,6 +153,22 @@ def write_index(html_dir, titles):
     (html_dir / "search-index.js").write_text(f"window.searchIndex = [\n{lines}\n];\n", encoding="utf-8")
 
 
+def style_help(html_dir):
+    """Puts the style sheet into the help file, which QDoc does not, with the light colours for viewers without variables."""
+    style = html_dir / "style/orvekqtwidgets.css"
+    text = style.read_text(encoding="utf-8")
+    light = dict(re.findall(r"--(\w+): (#\w+);", text[:text.index("@media")]))
+
+    def resolved(match):
+        return re.sub(r"var\(--(\w+)\)", lambda name: light[name[1]], match[0]) + " " + match[0]
+
+    style.write_text(re.sub(r"[\w-]+: [^;{}]*var\([^;]*;", resolved, text), encoding="utf-8")
+    help_project = html_dir / "orvekqtwidgets.qhp"
+    text = help_project.read_text(encoding="utf-8")
+    text = text.replace("<files>\n", "<files>\n<file>style/orvekqtwidgets.css</file>\n", 1)
+    help_project.write_text(text, encoding="utf-8")
+
+
 def finish(html_dir):
     """Returns complaints."""
     complaints = []
@@ -186,5 +202,6 @@ def finish(html_dir):
     guides = re.search(r'(?<=title="Guides">\n)(?:\s*<section ref="[^"]+" title="[^"]+"/>\n)+', text)
     lines = sorted(guides[0].splitlines(True), key=lambda line: order.index(re.search('ref="([^"]+)"', line)[1]))
     help_project.write_text(text.replace(guides[0], "".join(lines)), encoding="utf-8")
+    style_help(html_dir)
     write_index(html_dir, titles)
     return complaints

@@ -1,4 +1,4 @@
-// The search field of the pages. The index, [address, page, heading, text] for each section, is a script too, as browsers
+// The search field of the pages, and their list of sections. The index, [address, page, heading, text] for each section, is a script too, as browsers
 // fetch nothing else from the file system. It is loaded when the field first gets the focus.
 (function () {
     "use strict";
@@ -15,10 +15,10 @@
     box.append(field, list);
     document.querySelector(".breadcrumb").after(box);
 
-    // Where it stands above the text, the list of sections is closed at first.
+    // The list of sections is open where it stands beside the text.
     const contents = document.querySelector("details.toc");
-    if (contents && matchMedia("(max-width: 76rem)").matches)
-        contents.open = false;
+    if (contents)
+        contents.open = matchMedia("(min-width: 76rem)").matches;
 
     function load() {
         if (window.searchIndex || document.getElementById("search-index"))
