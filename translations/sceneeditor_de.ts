@@ -38,6 +38,10 @@
 <context>
     <name>MeshLoader</name>
     <message>
+        <source>Meshes (%1);;All files (*)</source>
+        <translation>Netze (%1);;Alle Dateien (*)</translation>
+    </message>
+    <message>
         <source>vertex %1 is not finite, expected three finite numbers</source>
         <translation>Eckpunkt %1 ist nicht endlich; erwartet: drei endliche Zahlen</translation>
     </message>
@@ -600,10 +604,6 @@
 <context>
     <name>sceneeditor::MainWindow</name>
     <message>
-        <source>Meshes (%1);;All files (*)</source>
-        <translation>Netze (%1);;Alle Dateien (*)</translation>
-    </message>
-    <message>
         <source>Scenes (*.json);;All files (*)</source>
         <translation>Szenen (*.json);;Alle Dateien (*)</translation>
     </message>
@@ -910,10 +910,6 @@
     <message>
         <source>Mesh of the object; other files are read in the background</source>
         <translation>Netz des Objekts; andere Dateien werden im Hintergrund gelesen</translation>
-    </message>
-    <message>
-        <source>Meshes (%1);;All files (*)</source>
-        <translation>Netze (%1);;Alle Dateien (*)</translation>
     </message>
     <message>
         <source>several</source>

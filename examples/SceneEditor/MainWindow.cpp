@@ -42,11 +42,6 @@ constexpr QSize FirstSize(1400, 900); // pixels, where the screen has room
 constexpr double ShareOfScreen = 0.9; // of a smaller one
 constexpr float Gap = 0.25f;          // metres between an imported object and the others
 
-QString meshFilter()
-{
-    return MainWindow::tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' ')));
-}
-
 QString sceneFilter()
 {
     return MainWindow::tr("Scenes (*.json);;All files (*)");
@@ -481,8 +476,8 @@ bool MainWindow::maybeSave()
 
 void MainWindow::chooseMeshes()
 {
-    const QStringList chosen =
-        QFileDialog::getOpenFileNames(this, tr("Import Mesh"), QFileInfo(m_document.fileName()).path(), meshFilter());
+    const QStringList chosen = QFileDialog::getOpenFileNames(this, tr("Import Mesh"),
+                                                             QFileInfo(m_document.fileName()).path(), meshFileFilter());
     if (!chosen.isEmpty())
         importMeshes(chosen);
 }

@@ -115,7 +115,7 @@ void ScenePanel::addMesh()
     m_mesh->setToolTip(tr("Mesh of the object; other files are read in the background"));
     m_mesh->setObjectName(QStringLiteral("mesh"));
     m_mesh->setShowDefaultButton(false);
-    m_mesh->setFilter(tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' '))));
+    m_mesh->setFilter(meshFileFilter());
     m_inspector->addRow(m_mesh, objectPanelType()->sectionTitle(0), QStringLiteral("name"));
     m_inspector->host()->undo()->remove(m_mesh);
     connect(m_mesh, &QFileEdit::valueChanged, this,

@@ -72,6 +72,11 @@ void checkMesh(MeshData& mesh)
 }
 } // namespace
 
+QString meshFileFilter()
+{
+    return Text::tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' ')));
+}
+
 // What the loader and the thread share. The loader can go away at any time, so the thread reaches it only under the
 // lock. A thread and not the event loop reads what the process writes: that would be slow while a view is being drawn.
 struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>

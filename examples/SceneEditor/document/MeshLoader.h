@@ -12,6 +12,9 @@ namespace sceneeditor
 {
 using MeshPointer = std::shared_ptr<const MeshData>;
 
+//! The filters of a dialog that asks for meshes.
+QString meshFileFilter();
+
 //! Reads one mesh at a time. The file is opened by a process of its own (libexec/orvekqtwidgets/orvek-mesh-reader
 //! beside the folder of the program), so that a file that breaks its reader, asks for too much memory or never ends
 //! costs no more than a message. Each load() ends in exactly one of loaded(), failed() and cancelled(); all signals
