@@ -23,6 +23,35 @@ QVector3D clamped(const QVector3D& position)
     const auto clamp = [](float value) { return float(ranges::coordinate.clamp(double(value))); };
     return {clamp(position.x()), clamp(position.y()), clamp(position.z())};
 }
+
+// Gives names that no object has: "Cube" and "Cube 2" both lead to "Cube 3".
+class FreeNames
+{
+public:
+    explicit FreeNames(const std::vector<Object>& objects)
+    {
+        for (const Object& object : objects)
+            m_taken << object.name;
+    }
+
+    // It is taken from then on.
+    QString take(const QString& wanted)
+    {
+        static const QRegularExpression number(QStringLiteral(" [0-9]+$"));
+        const QString base = QString(wanted).remove(number) + QLatin1Char(' ');
+        QString name = wanted;
+        int& next = m_next[base];
+        next = qMax(next, 2);
+        while (m_taken.contains(name))
+            name = base + QString::number(next++);
+        m_taken << name;
+        return name;
+    }
+
+private:
+    QSet<QString> m_taken;
+    QHash<QString, int> m_next; // by what comes before it; all numbers below are taken
+};
 } // namespace
 
 // Everything that changes the list of objects itself, or several objects at once.
@@ -171,9 +200,10 @@ void Document::addObjects(const QString& text, std::vector<Object> added)
 {
     std::vector<Object> objects = m_scene.objects;
     QVector<int> selection;
+    FreeNames names(objects);
     for (Object& object : added)
     {
-        object.name = freeName(object.name, objects);
+        object.name = names.take(object.name);
         selection << int(objects.size());
         objects.push_back(std::move(object));
     }
@@ -186,16 +216,14 @@ void Document::duplicateSelection()
         return;
     std::vector<Object> objects;
     QVector<int> selection;
+    FreeNames names(m_scene.objects);
     for (size_t i = 0; i < m_scene.objects.size(); ++i)
     {
         objects.push_back(m_scene.objects[i]);
-        if (!m_selection.contains(int(i)))
+        if (!isSelected(int(i)))
             continue;
         Object copy = m_scene.objects[i];
-        // Not yet in the new list: those behind it.
-        std::vector<Object> all = m_scene.objects;
-        all.insert(all.end(), objects.begin(), objects.end());
-        copy.name = freeName(copy.name, all);
+        copy.name = names.take(copy.name);
         // Beside the original, where it can be seen.
         copy.position = clamped(copy.position + QVector3D(Beside, 0.0f, 0.0f));
         selection << int(objects.size());
@@ -208,9 +236,10 @@ void Document::removeSelection()
 {
     if (m_selection.isEmpty())
         return;
-    std::vector<Object> objects = m_scene.objects;
-    for (int i = m_selection.size() - 1; i >= 0; --i)
-        objects.erase(objects.begin() + m_selection[i]);
+    std::vector<Object> objects;
+    for (size_t i = 0; i < m_scene.objects.size(); ++i)
+        if (!isSelected(int(i)))
+            objects.push_back(m_scene.objects[i]);
     QVector<int> selection;
     if (!objects.empty())
         selection << qMin(m_selection.first(), int(objects.size()) - 1);
@@ -246,7 +275,7 @@ void Document::reorder(const QVector<int>& order)
     QVector<int> selection;
     for (const int old : order)
     {
-        if (m_selection.contains(old))
+        if (isSelected(old))
             selection << int(objects.size());
         objects.push_back(m_scene.objects[size_t(old)]);
     }
@@ -299,20 +328,9 @@ void Document::setObjects(const std::vector<Object>& objects, const QVector<int>
     Q_EMIT changed();
 }
 
-// "Cube" and "Cube 2" both lead to "Cube 3".
-QString Document::freeName(const QString& wanted, const std::vector<Object>& objects) const
+bool Document::isSelected(int object) const
 {
-    QSet<QString> taken;
-    for (const Object& object : objects)
-        taken << object.name;
-    if (!taken.contains(wanted))
-        return wanted;
-    static const QRegularExpression number(QStringLiteral(" [0-9]+$"));
-    const QString base = QString(wanted).remove(number);
-    QString name;
-    for (int i = 2; name.isEmpty() || taken.contains(name); ++i)
-        name = QStringLiteral("%1 %2").arg(base).arg(i);
-    return name;
+    return std::binary_search(m_selection.begin(), m_selection.end(), object);
 }
 
 QString Document::selectedName() const

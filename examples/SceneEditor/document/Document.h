@@ -106,7 +106,7 @@ private:
 
     void setObjects(const std::vector<Object>& objects, const QVector<int>& selection);
     void push(const QString& text, std::vector<Object> objects, const QVector<int>& selection, int id = -1);
-    QString freeName(const QString& wanted, const std::vector<Object>& objects) const;
+    bool isSelected(int object) const;
     QString selectedName() const;
     bool readEnvironment(QString* error);
     void scheduleCopy();
