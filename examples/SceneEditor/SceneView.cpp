@@ -61,6 +61,13 @@ void SceneView::setMeshes(const QHash<QString, MeshPointer>& meshes)
     update();
 }
 
+void SceneView::addMesh(const QString& fileName, const MeshPointer& mesh)
+{
+    m_renderer.addMesh(fileName, mesh);
+    updateGizmo();
+    update();
+}
+
 void SceneView::setEnvironmentImage(const QImage& image)
 {
     m_renderer.setEnvironmentImage(image);

@@ -35,6 +35,8 @@ public:
     void setScene(const Scene& scene);
     //! All meshes, by Object::meshFile. Objects without one show a box of lines.
     void setMeshes(const QHash<QString, MeshPointer>& meshes);
+    //! One more, or another one of this name.
+    void addMesh(const QString& fileName, const MeshPointer& mesh);
     //! Equirectangular picture of the surroundings; a null one is even grey light.
     void setEnvironmentImage(const QImage& image);
     //! Degrees. Frames that come anyway show it.

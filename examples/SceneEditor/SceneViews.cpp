@@ -38,10 +38,10 @@ SceneViews::SceneViews(Document* document, QRenderWidget* main, QObject* parent)
                 updatePlaying();
             });
     connect(document, &Document::meshAdded, this,
-            [this]
+            [this](const QString& fileName)
             {
                 for (SceneView* each : std::as_const(m_views))
-                    each->setMeshes(m_document->meshes());
+                    each->addMesh(fileName, m_document->mesh(fileName));
             });
     connect(document, &Document::environmentChanged, this,
             [this]

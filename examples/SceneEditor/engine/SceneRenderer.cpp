@@ -63,17 +63,16 @@ void setModel(QOpenGLShaderProgram& program, const QMatrix4x4& model)
     program.setUniformValue("u_normalMatrix", model.normalMatrix());
 }
 
-// Each selected object has a number, so that it can have an outline of its own among the others.
+// Each selected object has a number, so that it can have an outline of its own among the others, which have 0.
 int stencilOf(int selected)
 {
-    return selected < 0 ? 0 : 1 + selected % 255;
+    return 1 + selected % 255;
 }
 } // namespace
 
 struct SceneRenderer::Graphics
 {
-    QHash<QString, std::shared_ptr<const GpuMesh>> meshes;
-    QHash<QString, MeshPointer> uploaded; // what they are of
+    std::vector<std::shared_ptr<const GpuMesh>> meshes; // of the scene's objects, to keep them there
     std::shared_ptr<const GpuEnvironment> environment;
     qint64 environmentKey = 0;
     FrameTarget frame;
@@ -102,6 +101,12 @@ void SceneRenderer::setCamera(const Camera& camera)
 void SceneRenderer::setMeshes(const QHash<QString, MeshPointer>& meshes)
 {
     m_shown.meshes = meshes;
+    m_isKept = false;
+}
+
+void SceneRenderer::addMesh(const QString& fileName, const MeshPointer& mesh)
+{
+    m_shown.meshes.insert(fileName, mesh);
     m_isKept = false;
 }
 
@@ -214,15 +219,12 @@ void SceneRenderer::releaseGraphics(GpuResources& gpu)
 void SceneRenderer::updateResources(GpuResources& gpu)
 {
     Graphics& g = *m_graphics;
-    if (g.uploaded != m_shown.meshes)
-    {
-        // The earlier ones stay until then: most of them are wanted again.
-        QHash<QString, std::shared_ptr<const GpuMesh>> meshes;
-        for (auto it = m_shown.meshes.cbegin(); it != m_shown.meshes.cend(); ++it)
-            meshes.insert(it.key(), gpu.mesh(it.value()));
-        g.meshes = meshes;
-        g.uploaded = m_shown.meshes;
-    }
+    // The earlier ones stay until then: most of them are wanted again.
+    std::vector<std::shared_ptr<const GpuMesh>> meshes;
+    for (const Object& object : m_shown.scene.objects)
+        if (const MeshPointer mesh = m_shown.mesh(object))
+            meshes.push_back(gpu.mesh(mesh));
+    g.meshes = std::move(meshes);
     if (!g.environment || g.environmentKey != m_environment.cacheKey())
     {
         g.environment = gpu.environment(m_environment);
@@ -240,11 +242,6 @@ void SceneRenderer::setCommonUniforms(QOpenGLShaderProgram& program)
     program.setUniformValue("u_eye", eyePosition(m_shown.scene.camera));
 }
 
-const GpuMesh* SceneRenderer::gpuMesh(const Object& object) const
-{
-    return m_graphics->meshes.value(object.meshFile).get();
-}
-
 void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
 {
     Gl* const gl = gpu.gl();
@@ -256,19 +253,22 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
     setCommonUniforms(program);
     program.setUniformValue("u_viewProjection", camera);
     program.setUniformValue("u_outline", QVector2D(0.0f, 0.0f));
-    for (int i = 0; i < int(m_shown.scene.objects.size()); ++i)
+    std::vector<int> stencils(m_shown.scene.objects.size());
+    for (int i = 0; i < m_selection.size() && view.highlightSelection; ++i)
+        if (m_selection[i] >= 0 && m_selection[i] < int(stencils.size()))
+            stencils[size_t(m_selection[i])] = stencilOf(i);
+    for (size_t i = 0; i < stencils.size(); ++i)
     {
-        const Object& object = m_shown.scene.objects[size_t(i)];
+        const Object& object = m_shown.scene.objects[i];
         if (!object.visible)
             continue;
-        const int selected = view.highlightSelection ? m_selection.indexOf(i) : -1;
         setModel(program, m_shown.matrix(object));
-        const GpuMesh* const mesh = gpuMesh(object);
+        const MeshPointer mesh = m_shown.mesh(object);
         if (!mesh)
         {
             program.setUniformValue("u_mode", int(AsItComes));
             program.setUniformValue("u_baseColour",
-                                    selected >= 0 ? SelectionColour : display(object.material.baseColour));
+                                    stencils[i] > 0 ? SelectionColour : display(object.material.baseColour));
             gpu.lineBox().draw(GL_LINES);
             continue;
         }
@@ -278,24 +278,24 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
         program.setUniformValue("u_emission", linear(object.material.emissionColour) * float(object.material.emission));
         gl->glEnable(GL_STENCIL_TEST);
         gl->glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
-        gl->glStencilFunc(GL_ALWAYS, stencilOf(selected), 0xff);
+        gl->glStencilFunc(GL_ALWAYS, stencils[i], 0xff);
         if (view.shading == ShadingMode::Wireframe)
         {
             // A dark body hides the lines on the far side.
             program.setUniformValue("u_baseColour", display(view.backgroundColour) * 0.75f);
             gl->glEnable(GL_POLYGON_OFFSET_FILL);
             gl->glPolygonOffset(1.0f, 1.0f);
-            mesh->draw();
+            gpu.mesh(mesh)->draw();
             gl->glDisable(GL_POLYGON_OFFSET_FILL);
             program.setUniformValue("u_baseColour", display(object.material.baseColour));
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-            mesh->draw();
+            gpu.mesh(mesh)->draw();
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
         }
         else
         {
             program.setUniformValue("u_baseColour", linear(object.material.baseColour));
-            mesh->draw();
+            gpu.mesh(mesh)->draw();
         }
         gl->glDisable(GL_STENCIL_TEST);
     }
@@ -320,12 +320,12 @@ void SceneRenderer::drawOutlines(GpuResources& gpu, const QSize& size)
         if (index < 0 || index >= int(m_shown.scene.objects.size()))
             continue;
         const Object& object = m_shown.scene.objects[size_t(index)];
-        const GpuMesh* const mesh = gpuMesh(object);
+        const MeshPointer mesh = m_shown.mesh(object);
         if (!object.visible || !mesh)
             continue;
         setModel(program, m_shown.matrix(object));
         gl->glStencilFunc(GL_NOTEQUAL, stencilOf(i), 0xff);
-        mesh->draw();
+        gpu.mesh(mesh)->draw();
     }
     gl->glDisable(GL_STENCIL_TEST);
 }

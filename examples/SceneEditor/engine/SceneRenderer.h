@@ -34,6 +34,7 @@ public:
     void setCamera(const Camera& camera);
     //! All meshes, by Object::meshFile. Objects without one show a box of lines.
     void setMeshes(const QHash<QString, MeshPointer>& meshes);
+    void addMesh(const QString& fileName, const MeshPointer& mesh);
     //! Equirectangular picture of the surroundings, up at the top. A null image goes back to even grey light. The file
     //! name in the scene is not read by the renderer.
     void setEnvironmentImage(const QImage& image);
@@ -64,7 +65,6 @@ private:
     bool drawWhole(GpuResources& gpu, const QSize& size, bool draft);
     void updateResources(GpuResources& gpu);
     void setCommonUniforms(QOpenGLShaderProgram& program);
-    const GpuMesh* gpuMesh(const Object& object) const;
     void drawObjects(GpuResources& gpu, const QMatrix4x4& camera);
     void drawOutlines(GpuResources& gpu, const QSize& size);
     void drawGizmo(GpuResources& gpu, const QSize& size);
