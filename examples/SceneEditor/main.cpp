@@ -13,6 +13,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace
 {
@@ -138,8 +139,12 @@ int main(int argc, char* argv[])
         window.setSearchText(parser.value(search));
 
     const QString pictureFile = parser.value(screenshot);
+    bool isTaken = false;
     const auto takePicture = [&]
     {
+        // Grabbing the window draws the view, which asks for the next picture before the program has ended.
+        if (std::exchange(isTaken, true))
+            return;
         if (window.picture().save(pictureFile, "PNG"))
             QApplication::exit(0);
         else
