@@ -5,6 +5,8 @@
 #include <examples/SceneEditor/SceneView.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
+#include <QtCore/QBuffer>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QGuiApplication>
 
 using namespace sceneeditor;
@@ -36,6 +38,52 @@ Object object(const char* mesh, const QVector3D& position)
     object.position = position;
     return object;
 }
+
+QByteArray dataUri(const QByteArray& data)
+{
+    return "\"data:application/octet-stream;base64," + data.toBase64() + '"';
+}
+
+// Two by two pixels: upper left, upper right, lower left, lower right.
+QByteArray picture(std::initializer_list<QRgb> pixels)
+{
+    QImage image(2, 2, QImage::Format_RGB32);
+    for (int i = 0; i < 4; ++i)
+        image.setPixel(i % 2, i / 2, pixels.begin()[i]);
+    QBuffer buffer;
+    image.save(&buffer, "PNG");
+    return "{\"uri\":" + dataUri(buffer.data()) + '}';
+}
+
+// A square of one metre around the origin that faces +Z, with all kinds of pictures, and a green triangle right of it.
+QByteArray picturesGltf()
+{
+    const float corners[] = {-0.5f, -0.5f, 0, 0.5f, -0.5f, 0, 0.5f, 0.5f, 0,    -0.5f, 0.5f,
+                             0,     0.6f,  0, 0,    1,     0, 0,    1,    0.5f, 0};
+    const float places[] = {0, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0}; // from the top
+    const quint16 indices[] = {0, 1, 2, 0, 2, 3, 4, 5, 6};
+    const auto view = [](const void* data, int size)
+    {
+        return "{\"byteLength\":" + QByteArray::number(size) +
+               ",\"uri\":" + dataUri(QByteArray(static_cast<const char*>(data), size)) + '}';
+    };
+    return R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
+"meshes":[{"primitives":[{"attributes":{"POSITION":0,"TEXCOORD_0":1},"indices":2,"material":0},
+{"attributes":{"POSITION":0,"TEXCOORD_0":1},"indices":3,"material":1}]}],
+"materials":[{"pbrMetallicRoughness":{"baseColorTexture":{"index":0},"metallicRoughnessTexture":{"index":1}},
+"emissiveTexture":{"index":2},"emissiveFactor":[1,0,1],"normalTexture":{"index":3}},
+{"pbrMetallicRoughness":{"baseColorFactor":[0,1,0,1]}}],
+"textures":[{"source":0},{"source":1},{"source":2},{"source":3}],"images":[)" +
+           picture({0xff0000, 0x808080, 0x0000ff, 0}) + ',' + picture({0x00ff00, 0x00ffff, 0x00ff00, 0x00ffff}) + ',' +
+           picture({0, 0, 0, 0xffffff}) + ',' + picture({0x80ff80, 0xff8080, 0x8080ff, 0x8080ff}) +
+           R"(],"bufferViews":[{"buffer":0,"byteLength":84},{"buffer":1,"byteLength":56},{"buffer":2,"byteLength":18}],
+"accessors":[{"bufferView":0,"componentType":5126,"count":7,"type":"VEC3","min":[-0.5,-0.5,0],"max":[1,0.5,0]},
+{"bufferView":1,"componentType":5126,"count":7,"type":"VEC2"},
+{"bufferView":2,"componentType":5123,"count":6,"type":"SCALAR"},
+{"bufferView":2,"byteOffset":12,"componentType":5123,"count":3,"type":"SCALAR"}],"buffers":[)" +
+           view(corners, sizeof corners) + ',' + view(places, sizeof places) + ',' + view(indices, sizeof indices) +
+           "]}";
+}
 } // namespace
 
 class tst_SceneEngine : public QObject
@@ -54,6 +102,7 @@ private Q_SLOTS:
     void frameFillsTheView_data();
     void frameFillsTheView();
     void spotLightEndsAtItsCone();
+    void materialsOfFilesAreDrawn();
 
 private:
     CameraController& controller() { return m_view->cameraController(); }
@@ -279,6 +328,60 @@ void tst_SceneEngine::spotLightEndsAtItsCone()
     QVERIFY(qAbs(brightness(directional, 0.95f) - brightness(directional, 1.05f)) <= 2);
     QVERIFY(brightness(spot, 0.95f) > 1.5 * brightness(spot, 1.05f));
     QVERIFY(brightness(spot, -0.95f) > 1.5 * brightness(spot, -1.05f));
+}
+
+void tst_SceneEngine::materialsOfFilesAreDrawn()
+{
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        QSKIP("nothing is drawn");
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("a.gltf")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(picturesGltf()) > 0 && file.flush());
+    MeshLoader loader;
+    QSignalSpy loaded(&loader, &MeshLoader::loaded);
+    loader.load(file.fileName());
+    QTRY_COMPARE_WITH_TIMEOUT(loaded.count(), 1, 30000);
+    const auto mesh = loaded[0][0].value<MeshPointer>();
+    QCOMPARE(mesh->mainMaterial(), 0);
+    m_view->setMeshes({{QStringLiteral("a"), mesh}});
+    m_scene.objects = {object("a", {0, 0.6f, 0})};
+    m_scene.view.textureFilter = TextureFilter::Nearest;
+    Material& material = m_scene.objects[0].material;
+    material = mesh->materials[0].material;
+    const auto draw = [this](ShadingMode shading)
+    {
+        m_scene.view.shading = shading;
+        m_view->setScene(m_scene);
+        return m_manager.grabFrame(m_widget->winId());
+    };
+    const auto at = [this](const QImage& frame, float x, float y) { return frame.pixelColor(place({x, 0.6f + y, 0})); };
+    const auto isAbout = [](const QColor& found, const QColor& expected)
+    {
+        return qAbs(found.red() - expected.red()) < 20 && qAbs(found.green() - expected.green()) < 20 &&
+               qAbs(found.blue() - expected.blue()) < 20;
+    };
+    const int full = at(draw(ShadingMode::Flat), 0.9f, 0.2f).green();
+    const QImage flat = draw(ShadingMode::Flat);
+    QVERIFY(full > 200);
+    QVERIFY(isAbout(at(flat, -0.25f, 0.25f), QColor(full, 0, 0)));
+    QVERIFY(isAbout(at(flat, 0.25f, 0.25f), QColor(128, 128, 128)));
+    QVERIFY(isAbout(at(flat, -0.25f, -0.25f), QColor(0, 0, full)));
+    QVERIFY(isAbout(at(flat, 0.25f, -0.25f), QColor(full, 0, full)));
+    const QImage normals = draw(ShadingMode::Normals);
+    QVERIFY(isAbout(at(normals, -0.25f, 0.25f), QColor(128, 255, 128)));
+    QVERIFY(isAbout(at(normals, 0.25f, 0.25f), QColor(255, 128, 128)));
+    QVERIFY(isAbout(at(normals, 0.25f, -0.25f), QColor(128, 128, 255)));
+
+    // The object's own material is that of most triangles, and goes with its pictures: on the left nothing is metal.
+    const QImage metal = draw(ShadingMode::Lit);
+    material.metallic = 0.0;
+    const QImage plastic = draw(ShadingMode::Lit);
+    QCOMPARE(at(plastic, -0.25f, 0.25f), at(metal, -0.25f, 0.25f));
+    QVERIFY(at(plastic, 0.25f, 0.25f) != at(metal, 0.25f, 0.25f));
+    QCOMPARE(at(plastic, 0.9f, 0.2f), at(metal, 0.9f, 0.2f));
+    material.baseColour = Qt::black;
+    QVERIFY(isAbout(at(draw(ShadingMode::Flat), -0.25f, 0.25f), Qt::black));
+    QVERIFY(isAbout(at(draw(ShadingMode::Flat), 0.9f, 0.2f), QColor(0, full, 0)));
 }
 
 QTEST_MAIN(tst_SceneEngine)

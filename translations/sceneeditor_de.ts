@@ -332,8 +332,8 @@
         <translation>Filterung</translation>
     </message>
     <message>
-        <source>How the picture of the surroundings is sampled</source>
-        <translation>Wie das Bild der Umgebung abgetastet wird</translation>
+        <source>How pictures on objects and of the surroundings are sampled</source>
+        <translation>Wie Bilder auf Objekten und das der Umgebung abgetastet werden</translation>
     </message>
     <message>
         <source>Show surroundings</source>

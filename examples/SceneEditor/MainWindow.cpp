@@ -559,12 +559,8 @@ void MainWindow::addObjects(const QHash<QString, MeshPointer>& meshes)
         Object object;
         object.name = QFileInfo(file).completeBaseName();
         object.meshFile = file;
-        // An object has one material: that of most triangles.
-        const auto most = std::max_element(mesh.materials.begin(), mesh.materials.end(),
-                                           [](const MeshMaterial& a, const MeshMaterial& b)
-                                           { return a.triangleCount < b.triangleCount; });
-        if (most != mesh.materials.end())
-            object.material = most->material;
+        if (const int main = mesh.mainMaterial(); main >= 0)
+            object.material = mesh.materials[size_t(main)].material;
         const float middle = (mesh.minimum.x() + mesh.maximum.x()) / 2.0f;
         object.position =
             QVector3D(std::isinf(edge) ? -middle : edge + Gap - mesh.minimum.x(), -mesh.minimum.y(), 0.0f);

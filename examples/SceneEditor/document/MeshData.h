@@ -10,6 +10,7 @@
 #include <QtGui/QVector2D>
 #include <QtGui/QVector3D>
 
+#include <algorithm>
 #include <vector>
 
 namespace sceneeditor
@@ -25,8 +26,8 @@ inline QStringList meshFilePatterns()
             QStringLiteral("*.glb")};
 }
 
-//! A material of the mesh's file. The pictures are places in MeshData::images, -1 for none; each is multiplied with
-//! what the material says.
+//! A material of the mesh's file. The pictures are places in MeshData::images, -1 for none; colours and
+//! numbers are multiplied with what the material says.
 struct MeshMaterial
 {
     QString name;
@@ -34,6 +35,7 @@ struct MeshMaterial
     qint32 baseColourImage = -1;        //!< sRGB
     qint32 metallicRoughnessImage = -1; //!< roughness in green, metallic in blue, linear
     qint32 emissionImage = -1;          //!< sRGB
+    qint32 normalImage = -1;            //!< in the tangents' frame, linear
     quint32 triangleCount = 0;          //!< never 0
 };
 
@@ -57,6 +59,14 @@ struct MeshData
     std::vector<QVector2D> textureCoordinates; //!< one for each vertex if there are images; 0, 0 is the lower left
 
     int triangleCount() const { return static_cast<int>(indices.size() / 3); }
+    //! The place of the material of most triangles, which an object that shows the mesh has for its own; -1 for none.
+    int mainMaterial() const
+    {
+        const auto fewer = [](const MeshMaterial& a, const MeshMaterial& b)
+        { return a.triangleCount < b.triangleCount; };
+        return materials.empty() ? -1
+                                 : int(std::max_element(materials.begin(), materials.end(), fewer) - materials.begin());
+    }
 };
 
 //! The program that reads meshes writes any number of Progress, then Failure or Mesh. Both programs come from one
@@ -87,7 +97,8 @@ template <typename Stream, typename Object>
 void transfer(Stream&& stream, Object& m)
 {
     stream(m.name, m.material.baseColour, m.material.roughness, m.material.metallic, m.material.emissionColour,
-           m.material.emission, m.baseColourImage, m.metallicRoughnessImage, m.emissionImage, m.triangleCount);
+           m.material.emission, m.baseColourImage, m.metallicRoughnessImage, m.emissionImage, m.normalImage,
+           m.triangleCount);
 }
 
 inline QDataStream& operator<<(QDataStream& stream, const MeshMaterial& material)

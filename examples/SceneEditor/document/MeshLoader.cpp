@@ -7,6 +7,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QThreadPool>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 
@@ -63,12 +64,19 @@ void checkMesh(MeshData& mesh)
             mesh.maximum[i] = qMax(mesh.maximum[i], number);
         }
     }
+    for (const QVector2D& place : mesh.textureCoordinates)
+        check(std::isfinite(place.x()) && std::isfinite(place.y()));
     const size_t count = mesh.vertices.size();
     for (const quint32 index : mesh.indices)
         check(index < count);
+    quint64 triangles = 0;
     const int images = int(mesh.images.size());
     for (const MeshMaterial& m : mesh.materials)
-        check(qMax(m.baseColourImage, qMax(m.metallicRoughnessImage, m.emissionImage)) < images);
+    {
+        triangles += m.triangleCount;
+        check(std::max({m.baseColourImage, m.metallicRoughnessImage, m.emissionImage, m.normalImage}) < images);
+    }
+    check(triangles <= quint64(mesh.triangleCount()));
 }
 } // namespace
 

@@ -173,7 +173,7 @@ Type describeView()
         .entry(QStringLiteral("bilinear"), Text::tr("Bilinear"), TextureFilter::Bilinear)
         .entry(QStringLiteral("trilinear"), Text::tr("Trilinear"), TextureFilter::Trilinear)
         .title(Text::tr("Filtering"))
-        .toolTip(Text::tr("How the picture of the surroundings is sampled"));
+        .toolTip(Text::tr("How pictures on objects and of the surroundings are sampled"));
     d.flag("environmentBackground", &View::environmentBackground)
         .title(Text::tr("Show surroundings"))
         .toolTip(Text::tr("The picture of the surroundings behind the scene, in place of the background colour"));

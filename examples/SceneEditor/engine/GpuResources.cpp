@@ -99,6 +99,18 @@ MeshPointer makeArrow()
     return arrow;
 }
 
+// With smaller copies. The image is of Format_RGBA8888.
+GLuint makeTexture(Gl* gl, const QImage& image, GLint format)
+{
+    GLuint texture = 0;
+    gl->glGenTextures(1, &texture);
+    gl->glBindTexture(GL_TEXTURE_2D, texture);
+    gl->glTexImage2D(GL_TEXTURE_2D, 0, format, image.width(), image.height(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                     image.constBits());
+    gl->glGenerateMipmap(GL_TEXTURE_2D);
+    return texture;
+}
+
 // Those that no view holds any more are gone; their entries go here.
 template <typename Key, typename Resource>
 void prune(QHash<Key, std::weak_ptr<const Resource>>& resources)
@@ -126,11 +138,30 @@ GpuMesh::GpuMesh(Gl* gl, const MeshPointer& mesh) : m_gl(gl), m_source(mesh)
     gl->glEnableVertexAttribArray(1);
     gl->glVertexAttribPointer(1, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex),
                               reinterpret_cast<const void*>(offsetof(Vertex, normal)));
+    if (!mesh->textureCoordinates.empty())
+    {
+        gl->glGenBuffers(1, &m_places);
+        gl->glBindBuffer(GL_ARRAY_BUFFER, m_places);
+        gl->glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(mesh->textureCoordinates.size() * sizeof(QVector2D)),
+                         mesh->textureCoordinates.data(), GL_STATIC_DRAW);
+        gl->glEnableVertexAttribArray(2);
+        gl->glVertexAttribPointer(2, 2, GL_FLOAT, GL_FALSE, sizeof(QVector2D), nullptr);
+    }
     gl->glBindVertexArray(0);
+    // Colours are sRGB, the others are not.
+    std::vector<GLint> formats(mesh->images.size(), GL_SRGB8_ALPHA8);
+    for (const MeshMaterial& material : mesh->materials)
+        for (const qint32 image : {material.metallicRoughnessImage, material.normalImage})
+            if (image >= 0)
+                formats[size_t(image)] = GL_RGBA8;
+    for (size_t i = 0; i < formats.size(); ++i)
+        m_textures.push_back(makeTexture(gl, mesh->images[i], formats[i]));
 }
 
 GpuMesh::~GpuMesh()
 {
+    m_gl->glDeleteTextures(GLsizei(m_textures.size()), m_textures.data());
+    m_gl->glDeleteBuffers(1, &m_places);
     m_gl->glDeleteVertexArrays(1, &m_vertexArray);
     m_gl->glDeleteBuffers(1, &m_vertices);
     m_gl->glDeleteBuffers(1, &m_indices);
@@ -140,6 +171,13 @@ void GpuMesh::draw(GLenum mode) const
 {
     m_gl->glBindVertexArray(m_vertexArray);
     m_gl->glDrawElements(mode, static_cast<GLsizei>(m_source->indices.size()), GL_UNSIGNED_INT, nullptr);
+}
+
+void GpuMesh::drawTriangles(quint32 first, quint32 count) const
+{
+    m_gl->glBindVertexArray(m_vertexArray);
+    m_gl->glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(3 * count), GL_UNSIGNED_INT,
+                         reinterpret_cast<const void*>(3 * sizeof(quint32) * first));
 }
 
 GpuEnvironment::GpuEnvironment(Gl* gl, const QImage& picture) : m_gl(gl)
@@ -184,7 +222,13 @@ std::unique_ptr<GpuResources> GpuResources::create(QString* error)
     const QStringList shared{QStringLiteral("display.glsl"), QStringLiteral("environment.glsl"),
                              QStringLiteral("light.glsl")};
     const QString wholeView = QStringLiteral("view.vert");
-    if (!link(r.object, QStringLiteral("object.vert"), shared + QStringList(QStringLiteral("object.frag")), error) ||
+    const auto linkObject = [&](QOpenGLShaderProgram& program, const QString& material)
+    {
+        return link(program, QStringLiteral("object.vert"),
+                    shared + QStringList{material, QStringLiteral("object.frag")}, error);
+    };
+    if (!linkObject(r.object, QStringLiteral("material.glsl")) ||
+        !linkObject(r.texturedObject, QStringLiteral("textures.glsl")) ||
         !link(r.depth, QStringLiteral("depth.vert"), {QStringLiteral("depth.frag")}, error) ||
         !link(r.background, wholeView, shared + QStringList(QStringLiteral("background.frag")), error) ||
         !link(r.selection, wholeView, {QStringLiteral("selection.frag")}, error))
@@ -192,13 +236,18 @@ std::unique_ptr<GpuResources> GpuResources::create(QString* error)
     r.m_lineBox = std::make_unique<GpuMesh>(gl, makeLineBox());
     r.m_arrow = std::make_unique<GpuMesh>(gl, makeArrow());
     gl->glGenVertexArrays(1, &r.m_emptyArray);
+    QImage white(1, 1, QImage::Format_RGBA8888);
+    white.fill(Qt::white);
+    r.m_white = makeTexture(gl, white, GL_RGBA8);
     return result;
 }
 
 GpuResources::~GpuResources()
 {
-    if (m_gl)
-        m_gl->glDeleteVertexArrays(1, &m_emptyArray);
+    if (!m_gl)
+        return;
+    m_gl->glDeleteVertexArrays(1, &m_emptyArray);
+    m_gl->glDeleteTextures(1, &m_white);
 }
 
 std::shared_ptr<const GpuMesh> GpuResources::mesh(const MeshPointer& mesh)

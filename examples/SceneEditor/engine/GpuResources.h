@@ -23,6 +23,9 @@ public:
     ~GpuMesh();
 
     void draw(GLenum mode = GL_TRIANGLES) const;
+    void drawTriangles(quint32 first, quint32 count) const;
+    //! The picture at this place of the mesh's; 0 for -1.
+    GLuint texture(int image) const { return image < 0 ? 0 : m_textures[size_t(image)]; }
 
 private:
     Gl* const m_gl;
@@ -30,6 +33,8 @@ private:
     GLuint m_vertexArray = 0;
     GLuint m_vertices = 0;
     GLuint m_indices = 0;
+    GLuint m_places = 0;
+    std::vector<GLuint> m_textures; // by the places in MeshData::images
 
     Q_DISABLE_COPY(GpuMesh)
 };
@@ -66,6 +71,7 @@ public:
 
     Gl* gl() const { return m_gl; }
     QOpenGLShaderProgram object;
+    QOpenGLShaderProgram texturedObject; //!< of materials with pictures
     QOpenGLShaderProgram depth;
     QOpenGLShaderProgram background;
     QOpenGLShaderProgram selection;
@@ -77,6 +83,8 @@ public:
     const GpuMesh& lineBox() const { return *m_lineBox; }
     //! An arrow of length 1 along X.
     const GpuMesh& arrow() const { return *m_arrow; }
+    //! A texture of one white pixel.
+    GLuint white() const { return m_white; }
     //! Draws one triangle over the whole view, with view.vert.
     void drawView() const;
 
@@ -89,6 +97,7 @@ private:
     std::unique_ptr<GpuMesh> m_lineBox;
     std::unique_ptr<GpuMesh> m_arrow;
     GLuint m_emptyArray = 0;
+    GLuint m_white = 0;
 
     Q_DISABLE_COPY(GpuResources)
 };

@@ -7,6 +7,8 @@
 #include <examples/SceneEditor/engine/LightMath.h>
 #include <examples/SceneEditor/engine/ShadowMap.h>
 
+#include <algorithm>
+
 namespace sceneeditor
 {
 namespace
@@ -33,8 +35,12 @@ enum Unit
 {
     EnvironmentUnit,
     ShadowUnit,
-    ObjectsUnit
+    ObjectsUnit,
+    MaterialUnits // the first of four
 };
+
+constexpr const char* MaterialImages[] = {"u_baseColourImage", "u_metallicRoughnessImage", "u_emissionImage",
+                                          "u_normalImage"};
 
 QVector3D display(const QColor& colour)
 {
@@ -55,6 +61,17 @@ Mode modeOf(ShadingMode shading)
         break;
     }
     return AsItComes;
+}
+
+// Of the texture that is bound.
+void setFilter(Gl* gl, TextureFilter filter)
+{
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER,
+                        filter == TextureFilter::Nearest ? GL_NEAREST : GL_LINEAR);
+    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER,
+                        filter == TextureFilter::Nearest    ? GL_NEAREST_MIPMAP_NEAREST
+                        : filter == TextureFilter::Bilinear ? GL_LINEAR_MIPMAP_NEAREST
+                                                            : GL_LINEAR_MIPMAP_LINEAR);
 }
 
 void setModel(QOpenGLShaderProgram& program, const QMatrix4x4& model)
@@ -182,13 +199,7 @@ bool SceneRenderer::drawWhole(GpuResources& gpu, const QSize& size, bool draft)
     gl->glBindTexture(GL_TEXTURE_2D, g.shadow.texture());
     gl->glActiveTexture(GL_TEXTURE0 + EnvironmentUnit);
     gl->glBindTexture(GL_TEXTURE_2D, g.environment->texture());
-    const TextureFilter filter = m_shown.scene.view.textureFilter;
-    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER,
-                        filter == TextureFilter::Nearest ? GL_NEAREST : GL_LINEAR);
-    gl->glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER,
-                        filter == TextureFilter::Nearest    ? GL_NEAREST_MIPMAP_NEAREST
-                        : filter == TextureFilter::Bilinear ? GL_LINEAR_MIPMAP_NEAREST
-                                                            : GL_LINEAR_MIPMAP_LINEAR);
+    setFilter(gl, m_shown.scene.view.textureFilter);
     const QMatrix4x4 camera = cameraMatrix(m_shown.scene.camera, size);
     drawObjects(gpu, camera);
     drawOutlines(gpu, size);
@@ -248,11 +259,14 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
     const View& view = m_shown.scene.view;
     gl->glEnable(GL_DEPTH_TEST);
     gl->glDepthFunc(GL_LEQUAL);
+    for (QOpenGLShaderProgram* each : {&gpu.texturedObject, &gpu.object})
+    {
+        each->bind();
+        setCommonUniforms(*each);
+        each->setUniformValue("u_viewProjection", camera);
+        each->setUniformValue("u_outline", QVector2D(0.0f, 0.0f));
+    }
     QOpenGLShaderProgram& program = gpu.object;
-    program.bind();
-    setCommonUniforms(program);
-    program.setUniformValue("u_viewProjection", camera);
-    program.setUniformValue("u_outline", QVector2D(0.0f, 0.0f));
     std::vector<int> stencils(m_shown.scene.objects.size());
     for (int i = 0; i < m_selection.size() && view.highlightSelection; ++i)
         if (m_selection[i] >= 0 && m_selection[i] < int(stencils.size()))
@@ -272,16 +286,13 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
             gpu.lineBox().draw(GL_LINES);
             continue;
         }
-        program.setUniformValue("u_mode", int(modeOf(view.shading)));
-        program.setUniformValue("u_roughness", float(object.material.roughness));
-        program.setUniformValue("u_metallic", float(object.material.metallic));
-        program.setUniformValue("u_emission", linear(object.material.emissionColour) * float(object.material.emission));
         gl->glEnable(GL_STENCIL_TEST);
         gl->glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
         gl->glStencilFunc(GL_ALWAYS, stencils[i], 0xff);
         if (view.shading == ShadingMode::Wireframe)
         {
             // A dark body hides the lines on the far side.
+            program.setUniformValue("u_mode", int(AsItComes));
             program.setUniformValue("u_baseColour", display(view.backgroundColour) * 0.75f);
             gl->glEnable(GL_POLYGON_OFFSET_FILL);
             gl->glPolygonOffset(1.0f, 1.0f);
@@ -294,10 +305,55 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
         }
         else
         {
-            program.setUniformValue("u_baseColour", linear(object.material.baseColour));
-            gpu.mesh(mesh)->draw();
+            drawSurface(gpu, object, mesh);
+            program.bind();
         }
         gl->glDisable(GL_STENCIL_TEST);
+    }
+}
+
+// Triangles of the mesh's main material, and those of none, have the object's; the others have that of the file.
+void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const MeshPointer& mesh)
+{
+    quint32 first = 0;
+    const auto draw = [&](const Material& material, const MeshMaterial& images, quint32 count)
+    {
+        if (count == 0)
+            return;
+        const std::shared_ptr<const GpuMesh> drawn = gpu.mesh(mesh);
+        const GLuint textures[] = {drawn->texture(images.baseColourImage),
+                                   drawn->texture(images.metallicRoughnessImage), drawn->texture(images.emissionImage),
+                                   drawn->texture(images.normalImage)};
+        const bool isTextured = std::any_of(std::begin(textures), std::end(textures), [](GLuint t) { return t > 0; });
+        QOpenGLShaderProgram& program = isTextured ? gpu.texturedObject : gpu.object;
+        program.bind();
+        setModel(program, m_shown.matrix(object));
+        program.setUniformValue("u_mode", int(modeOf(m_shown.scene.view.shading)));
+        program.setUniformValue("u_baseColour", linear(material.baseColour));
+        program.setUniformValue("u_roughness", float(material.roughness));
+        program.setUniformValue("u_metallic", float(material.metallic));
+        program.setUniformValue("u_emission", linear(material.emissionColour) * float(material.emission));
+        for (int i = 0; isTextured && i < int(std::size(textures)); ++i)
+        {
+            gpu.gl()->glActiveTexture(GLenum(GL_TEXTURE0 + MaterialUnits + i));
+            gpu.gl()->glBindTexture(GL_TEXTURE_2D, textures[i] > 0 ? textures[i] : gpu.white());
+            setFilter(gpu.gl(), m_shown.scene.view.textureFilter);
+            program.setUniformValue(MaterialImages[i], MaterialUnits + i);
+        }
+        if (isTextured)
+            program.setUniformValue("u_hasNormalImage", images.normalImage >= 0);
+        drawn->drawTriangles(first, count);
+        first += count;
+    };
+    quint32 others = quint32(mesh->triangleCount());
+    for (const MeshMaterial& material : mesh->materials)
+        others -= material.triangleCount;
+    draw(object.material, {}, others);
+    const int main = mesh->mainMaterial();
+    for (int i = 0; i < int(mesh->materials.size()); ++i)
+    {
+        const MeshMaterial& material = mesh->materials[size_t(i)];
+        draw(i == main ? object.material : material.material, material, material.triangleCount);
     }
 }
 

@@ -66,6 +66,7 @@ private:
     void updateResources(GpuResources& gpu);
     void setCommonUniforms(QOpenGLShaderProgram& program);
     void drawObjects(GpuResources& gpu, const QMatrix4x4& camera);
+    void drawSurface(GpuResources& gpu, const Object& object, const MeshPointer& mesh);
     void drawOutlines(GpuResources& gpu, const QSize& size);
     void drawGizmo(GpuResources& gpu, const QSize& size);
     void drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera, bool draft);

@@ -140,7 +140,8 @@ int MeshBuilder::addImage(const QString& name, QByteArray encoded)
     if (m_imagePlaces.contains(name))
         return m_imagePlaces.value(name);
     QFile file(name);
-    if (encoded.isEmpty() && QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly))
+    const bool isSane = QFileInfo(file).isFile() && file.size() <= maximumTextureBytes;
+    if (encoded.isEmpty() && isSane && file.open(QIODevice::ReadOnly))
         encoded = file.readAll();
     QBuffer buffer(&encoded);
     QImageReader reader(&buffer);
@@ -224,7 +225,9 @@ void MeshBuilder::join(MeshData& mesh) const
             }
             normal = unit(normal);
             const bool placed = corner.coordinates >= 0 && size_t(corner.coordinates) < coordinates.size();
-            const QVector2D place = textured && placed ? coordinates[size_t(corner.coordinates)] : QVector2D();
+            QVector2D place = textured && placed ? coordinates[size_t(corner.coordinates)] : QVector2D();
+            if (!std::isfinite(place.x()) || !std::isfinite(place.y()))
+                place = QVector2D();
             size_t vertex = known;
             while (vertex < mesh.vertices.size() &&
                    !(mesh.vertices[vertex].normal == normal && (!textured || mesh.textureCoordinates[vertex] == place)))

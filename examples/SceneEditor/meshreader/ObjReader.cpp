@@ -120,6 +120,7 @@ private:
         setEmission(to.material, from.emission[0], from.emission[1], from.emission[2]);
         to.baseColourImage = image(from.diffuse_texname);
         to.emissionImage = image(from.emissive_texname);
+        to.normalImage = image(from.normal_texname);
         return to;
     }
 

@@ -125,6 +125,7 @@ private:
         // Where the library puts a picture of both.
         to.metallicRoughnessImage = image(from, aiTextureType_UNKNOWN);
         to.emissionImage = image(from, aiTextureType_EMISSIVE);
+        to.normalImage = image(from, aiTextureType_NORMALS);
         return to;
     }
 

@@ -2,10 +2,6 @@ in vec3 v_position;
 in vec3 v_normal;
 uniform vec3 u_eye;
 uniform int u_mode; // 0 lit, 1 flat, 2 normals, 3 as it comes
-uniform vec3 u_baseColour;
-uniform float u_roughness;
-uniform float u_metallic;
-uniform vec3 u_emission;
 uniform float u_ambient;
 uniform float u_shadowOffset; // metres along the normal against shadows of the surface on itself
 out vec4 o_colour;
@@ -19,25 +15,28 @@ void main()
     }
     if (u_mode == 1)
     {
-        o_colour = vec4(toDisplay(u_baseColour + u_emission), 1.0);
+        o_colour = vec4(toDisplay(baseColourHere() + emissionHere()), 1.0);
         return;
     }
     vec3 n = normalize(v_normal);
     vec3 v = normalize(u_eye - v_position);
-    n = gl_FrontFacing ? n : -n;
+    n = normalHere(gl_FrontFacing ? n : -n, v_position);
     if (u_mode == 2)
     {
         o_colour = vec4(0.5 + 0.5 * n, 1.0);
         return;
     }
+    vec3 baseColour = baseColourHere();
+    float roughness = roughnessHere();
+    float metallic = metallicHere();
     float nv = clamp(dot(n, v), 0.02, 1.0);
-    float alpha = max(u_roughness * u_roughness, 0.004);
-    vec3 f0 = mix(vec3(0.04), u_baseColour, u_metallic);
-    vec3 diffuse = u_baseColour * (1.0 - u_metallic);
+    float alpha = max(roughness * roughness, 0.004);
+    vec3 f0 = mix(vec3(0.04), baseColour, metallic);
+    vec3 diffuse = baseColour * (1.0 - metallic);
 
     vec3 l = normalize(towardsLight(v_position));
     float nl = dot(n, l);
-    vec3 colour = u_emission;
+    vec3 colour = emissionHere();
     if (nl > 0.0)
     {
         vec3 h = normalize(l + v);
@@ -53,8 +52,8 @@ void main()
 
     vec3 r = reflect(-v, n);
     float lod = log2(max(1.0, u_environmentWidth * alpha * 0.35));
-    vec3 mirrored = mix(environmentAt(r, lod), irradianceAt(r), smoothstep(0.45, 0.9, u_roughness));
-    vec3 ambientFresnel = f0 + (max(vec3(1.0 - u_roughness), f0) - f0) * pow(1.0 - nv, 5.0);
+    vec3 mirrored = mix(environmentAt(r, lod), irradianceAt(r), smoothstep(0.45, 0.9, roughness));
+    vec3 ambientFresnel = f0 + (max(vec3(1.0 - roughness), f0) - f0) * pow(1.0 - nv, 5.0);
     // The floor hides part of what a low surface facing down could see.
     float open = mix(0.55, 1.0, smoothstep(-1.0, 0.3, n.y));
     colour += u_ambient * open * (diffuse * irradianceAt(n) + ambientFresnel * mirrored);
