@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 // A static library's resources are initialised by name, outside of any namespace.
 static void initialiseShaders()
@@ -23,6 +24,10 @@ namespace sceneeditor
 {
 namespace
 {
+// Drivers without a graphics card keep triangles in memory until they are drawn, some 300 bytes for each.
+constexpr quint32 MaximumQueued = 50'000;
+constexpr GLuint64 LongestWait = 1'000'000'000; // nanoseconds
+
 Gl* functionsOf(QOpenGLContext* context)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -248,6 +253,7 @@ GpuResources::~GpuResources()
         return;
     m_gl->glDeleteVertexArrays(1, &m_emptyArray);
     m_gl->glDeleteTextures(1, &m_white);
+    m_gl->glDeleteSync(m_fence);
 }
 
 std::shared_ptr<const GpuMesh> GpuResources::mesh(const MeshPointer& mesh)
@@ -268,6 +274,31 @@ std::shared_ptr<const GpuEnvironment> GpuResources::environment(const QImage& pi
     auto made = std::make_shared<const GpuEnvironment>(m_gl, picture);
     m_environments.insert(picture.cacheKey(), made);
     return made;
+}
+
+void GpuResources::draw(const MeshPointer& mesh, quint32 first, quint32 count)
+{
+    const std::shared_ptr<const GpuMesh> drawn = this->mesh(mesh);
+    while (count > 0)
+    {
+        if (m_queued == MaximumQueued)
+            waitForDrawing();
+        const quint32 some = qMin(count, MaximumQueued - m_queued);
+        drawn->drawTriangles(first, some);
+        first += some;
+        count -= some;
+        m_queued += some;
+    }
+}
+
+// Until all but what is queued has been drawn.
+void GpuResources::waitForDrawing()
+{
+    const GLsync before = std::exchange(m_fence, m_gl->glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
+    if (before)
+        m_gl->glClientWaitSync(before, GL_SYNC_FLUSH_COMMANDS_BIT, LongestWait);
+    m_gl->glDeleteSync(before);
+    m_queued = 0;
 }
 
 void GpuResources::drawView() const

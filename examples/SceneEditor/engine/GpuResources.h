@@ -83,6 +83,9 @@ public:
     const GpuMesh& lineBox() const { return *m_lineBox; }
     //! An arrow of length 1 along X.
     const GpuMesh& arrow() const { return *m_arrow; }
+    //! Draws triangles of the mesh, all of them or some.
+    void draw(const MeshPointer& mesh) { draw(mesh, 0, quint32(mesh->triangleCount())); }
+    void draw(const MeshPointer& mesh, quint32 first, quint32 count);
     //! A texture of one white pixel.
     GLuint white() const { return m_white; }
     //! Draws one triangle over the whole view, with view.vert.
@@ -90,6 +93,7 @@ public:
 
 private:
     GpuResources() = default;
+    void waitForDrawing();
 
     Gl* m_gl = nullptr; // belongs to the context
     QHash<const MeshData*, std::weak_ptr<const GpuMesh>> m_meshes;
@@ -98,6 +102,8 @@ private:
     std::unique_ptr<GpuMesh> m_arrow;
     GLuint m_emptyArray = 0;
     GLuint m_white = 0;
+    quint32 m_queued = 0;     // triangles since the fence
+    GLsync m_fence = nullptr; // of the drawing before them; null before the first one
 
     Q_DISABLE_COPY(GpuResources)
 };

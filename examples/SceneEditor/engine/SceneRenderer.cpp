@@ -296,11 +296,11 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
             program.setUniformValue("u_baseColour", display(view.backgroundColour) * 0.75f);
             gl->glEnable(GL_POLYGON_OFFSET_FILL);
             gl->glPolygonOffset(1.0f, 1.0f);
-            gpu.mesh(mesh)->draw();
+            gpu.draw(mesh);
             gl->glDisable(GL_POLYGON_OFFSET_FILL);
             program.setUniformValue("u_baseColour", display(object.material.baseColour));
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-            gpu.mesh(mesh)->draw();
+            gpu.draw(mesh);
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
         }
         else
@@ -342,7 +342,7 @@ void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const M
         }
         if (isTextured)
             program.setUniformValue("u_hasNormalImage", images.normalImage >= 0);
-        drawn->drawTriangles(first, count);
+        gpu.draw(mesh, first, count);
         first += count;
     };
     quint32 others = quint32(mesh->triangleCount());
@@ -381,7 +381,7 @@ void SceneRenderer::drawOutlines(GpuResources& gpu, const QSize& size)
             continue;
         setModel(program, m_shown.matrix(object));
         gl->glStencilFunc(GL_NOTEQUAL, stencilOf(i), 0xff);
-        gpu.mesh(mesh)->draw();
+        gpu.draw(mesh);
     }
     gl->glDisable(GL_STENCIL_TEST);
 }

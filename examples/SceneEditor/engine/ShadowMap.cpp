@@ -38,7 +38,7 @@ void ShadowMap::update(GpuResources& gpu, const ShownScene& shown)
     for (const Caster& caster : m_casters)
     {
         gpu.depth.setUniformValue("u_matrix", m_matrix * caster.matrix);
-        gpu.mesh(caster.mesh)->draw();
+        gpu.draw(caster.mesh);
     }
     gl->glDisable(GL_POLYGON_OFFSET_FILL);
 }
