@@ -1,13 +1,17 @@
 #include "testsupport.h"
 
 #include <examples/SceneEditor/engine/CameraMath.h>
+#include <examples/SceneEditor/engine/GpuResources.h>
+#include <examples/SceneEditor/engine/SceneRenderer.h>
 #include <examples/SceneEditor/engine/SurfaceManager.h>
 #include <examples/SceneEditor/SceneView.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
+#include <QOpenGLFramebufferObject>
 #include <QtCore/QBuffer>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QOffscreenSurface>
 
 using namespace sceneeditor;
 
@@ -103,6 +107,7 @@ private Q_SLOTS:
     void frameFillsTheView();
     void spotLightEndsAtItsCone();
     void materialsOfFilesAreDrawn();
+    void slicesMakeTheSameFrame();
 
 private:
     CameraController& controller() { return m_view->cameraController(); }
@@ -126,6 +131,7 @@ private:
     std::unique_ptr<QRenderWidget> m_widget;
     std::unique_ptr<SceneView> m_view;
     Scene m_scene;
+    QHash<QString, MeshPointer> m_meshes;
 };
 
 void tst_SceneEngine::init()
@@ -136,8 +142,9 @@ void tst_SceneEngine::init()
     m_scene = Scene();
     m_scene.objects = {object("flat", {0.5f, 0.5f, 0.0f}), object("large", {}), object("flat", {-1.0f, 0.2f, 0.0f})};
     m_scene.objects[2].visible = false;
-    m_view->setMeshes({{QStringLiteral("flat"), triangle({-0.2f, 0, 0}, {0.2f, 0, 0}, {0, 0.3f, 0})},
-                       {QStringLiteral("large"), triangle({-50, -50, -2}, {50, -50, -2}, {0, 100, -2})}});
+    m_meshes = {{QStringLiteral("flat"), triangle({-0.2f, 0, 0}, {0.2f, 0, 0}, {0, 0.3f, 0})},
+                {QStringLiteral("large"), triangle({-50, -50, -2}, {50, -50, -2}, {0, 100, -2})}};
+    m_view->setMeshes(m_meshes);
     m_view->setScene(m_scene);
     m_widget->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
@@ -382,6 +389,58 @@ void tst_SceneEngine::materialsOfFilesAreDrawn()
     material.baseColour = Qt::black;
     QVERIFY(isAbout(at(draw(ShadingMode::Flat), -0.25f, 0.25f), Qt::black));
     QVERIFY(isAbout(at(draw(ShadingMode::Flat), 0.9f, 0.2f), QColor(0, full, 0)));
+}
+
+// Another view is drawn between the slices, and what changes meanwhile is in the frame that comes.
+void tst_SceneEngine::slicesMakeTheSameFrame()
+{
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        QSKIP("nothing is drawn");
+    QSurfaceFormat format;
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setVersion(3, 3);
+    QOpenGLContext context;
+    context.setFormat(format);
+    QOffscreenSurface surface;
+    surface.setFormat(format);
+    surface.create();
+    QVERIFY(context.create() && context.makeCurrent(&surface));
+    QString error;
+    const std::unique_ptr<GpuResources> gpu = GpuResources::create(&error);
+    QVERIFY2(gpu, qPrintable(error));
+    const QSize size(400, 300);
+    QOpenGLFramebufferObject target(size);
+    SceneRenderer sliced;
+    SceneRenderer whole;
+    for (SceneRenderer* renderer : {&sliced, &whole})
+    {
+        renderer->setMeshes(m_meshes);
+        renderer->setSelection({0});
+        renderer->setGizmo(MoveGizmo(), -1);
+    }
+    const auto slice = [&] { return sliced.draw(*gpu, size, target.handle(), false, 0); };
+    for (const bool changes : {false, true})
+    {
+        m_scene.objects[0].position.setX(0.0f);
+        sliced.setScene(m_scene);
+        int slices = 1;
+        for (; slice() == SceneRenderer::Drawn::Partly; ++slices)
+        {
+            if (changes && slices < 4)
+            {
+                m_scene.objects[0].position.setX(0.2f * float(slices));
+                sliced.setScene(m_scene);
+            }
+            whole.setScene(m_scene);
+            QCOMPARE(whole.draw(*gpu, size, target.handle()), SceneRenderer::Drawn::Wholly);
+        }
+        QVERIFY(slices > 5);
+        const QImage found = target.toImage();
+        QCOMPARE(whole.draw(*gpu, size, target.handle()), SceneRenderer::Drawn::Wholly);
+        QCOMPARE(found, target.toImage());
+    }
+    sliced.releaseGraphics(*gpu);
+    whole.releaseGraphics(*gpu);
 }
 
 QTEST_MAIN(tst_SceneEngine)

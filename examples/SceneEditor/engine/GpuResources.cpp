@@ -26,6 +26,7 @@ namespace
 {
 // Drivers without a graphics card keep triangles in memory until they are drawn, some 300 bytes for each.
 constexpr quint32 MaximumQueued = 50'000;
+constexpr quint32 LongestStep = 25'000;         // triangles
 constexpr GLuint64 LongestWait = 1'000'000'000; // nanoseconds
 
 Gl* functionsOf(QOpenGLContext* context)
@@ -276,29 +277,34 @@ std::shared_ptr<const GpuEnvironment> GpuResources::environment(const QImage& pi
     return made;
 }
 
-void GpuResources::draw(const MeshPointer& mesh, quint32 first, quint32 count)
+void GpuResources::draw(DrawSteps& steps, const MeshPointer& mesh, quint32 first, quint32 count)
 {
     const std::shared_ptr<const GpuMesh> drawn = this->mesh(mesh);
     while (count > 0)
     {
-        if (m_queued == MaximumQueued)
-            waitForDrawing();
-        const quint32 some = qMin(count, MaximumQueued - m_queued);
-        drawn->drawTriangles(first, some);
+        const quint32 some = qMin(count, LongestStep);
+        if (steps.next())
+        {
+            queue(some);
+            drawn->drawTriangles(first, some);
+        }
         first += some;
         count -= some;
-        m_queued += some;
     }
 }
 
-// Until all but what is queued has been drawn.
-void GpuResources::waitForDrawing()
+// Waits until there is room for so many triangles.
+void GpuResources::queue(quint32 triangles)
 {
-    const GLsync before = std::exchange(m_fence, m_gl->glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
-    if (before)
-        m_gl->glClientWaitSync(before, GL_SYNC_FLUSH_COMMANDS_BIT, LongestWait);
-    m_gl->glDeleteSync(before);
-    m_queued = 0;
+    if (m_queued + triangles > MaximumQueued)
+    {
+        const GLsync before = std::exchange(m_fence, m_gl->glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
+        if (before)
+            m_gl->glClientWaitSync(before, GL_SYNC_FLUSH_COMMANDS_BIT, LongestWait);
+        m_gl->glDeleteSync(before);
+        m_queued = 0;
+    }
+    m_queued += triangles;
 }
 
 void GpuResources::drawView() const

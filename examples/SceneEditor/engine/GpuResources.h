@@ -1,6 +1,7 @@
 #pragma once
 
 #include <examples/SceneEditor/document/MeshLoader.h>
+#include <examples/SceneEditor/engine/DrawSteps.h>
 
 #include <QOpenGLFunctions_3_3_Core>
 #include <QOpenGLShaderProgram>
@@ -83,9 +84,9 @@ public:
     const GpuMesh& lineBox() const { return *m_lineBox; }
     //! An arrow of length 1 along X.
     const GpuMesh& arrow() const { return *m_arrow; }
-    //! Draws triangles of the mesh, all of them or some.
-    void draw(const MeshPointer& mesh) { draw(mesh, 0, quint32(mesh->triangleCount())); }
-    void draw(const MeshPointer& mesh, quint32 first, quint32 count);
+    //! Draws triangles of the mesh, all of them or some, in steps of a frame.
+    void draw(DrawSteps& steps, const MeshPointer& mesh) { draw(steps, mesh, 0, quint32(mesh->triangleCount())); }
+    void draw(DrawSteps& steps, const MeshPointer& mesh, quint32 first, quint32 count);
     //! A texture of one white pixel.
     GLuint white() const { return m_white; }
     //! Draws one triangle over the whole view, with view.vert.
@@ -93,7 +94,7 @@ public:
 
 private:
     GpuResources() = default;
-    void waitForDrawing();
+    void queue(quint32 triangles);
 
     Gl* m_gl = nullptr; // belongs to the context
     QHash<const MeshData*, std::weak_ptr<const GpuMesh>> m_meshes;

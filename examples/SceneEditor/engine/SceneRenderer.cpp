@@ -105,53 +105,53 @@ SceneRenderer::~SceneRenderer()
 
 void SceneRenderer::setScene(const Scene& scene)
 {
-    m_shown.scene = scene;
-    m_isKept = false;
+    m_contents.shown.scene = scene;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setCamera(const Camera& camera)
 {
-    m_shown.scene.camera = camera;
-    m_isKept = false;
+    m_contents.shown.scene.camera = camera;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setMeshes(const QHash<QString, MeshPointer>& meshes)
 {
-    m_shown.meshes = meshes;
-    m_isKept = false;
+    m_contents.shown.meshes = meshes;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::addMesh(const QString& fileName, const MeshPointer& mesh)
 {
-    m_shown.meshes.insert(fileName, mesh);
-    m_isKept = false;
+    m_contents.shown.meshes.insert(fileName, mesh);
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setEnvironmentImage(const QImage& image)
 {
-    m_environment = image;
-    m_isKept = false;
+    m_contents.environment = image;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setTurntableAngle(double degrees)
 {
-    m_shown.turntable = degrees;
-    m_isKept = false;
+    m_contents.shown.turntable = degrees;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setSelection(const QVector<int>& objects)
 {
-    m_selection = objects;
-    m_isKept = false;
+    m_contents.selection = objects;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setGizmo(const std::optional<MoveGizmo>& gizmo, int axis)
 {
-    if (m_gizmo == gizmo && m_gizmoAxis == axis)
+    if (m_contents.gizmo == gizmo && m_contents.gizmoAxis == axis)
         return;
-    m_gizmo = gizmo;
-    m_gizmoAxis = axis;
-    m_isKept = false;
+    m_contents.gizmo = gizmo;
+    m_contents.gizmoAxis = axis;
+    m_isOutdated = true;
 }
 
 void SceneRenderer::setSelectionBox(const QRect& box, int edge)
@@ -162,56 +162,76 @@ void SceneRenderer::setSelectionBox(const QRect& box, int edge)
 
 bool SceneRenderer::isKept(const QSize& size) const
 {
-    return m_isKept && m_graphics && m_graphics->frame.size() == size;
+    return m_graphics && !m_isOutdated && !m_isUnderWay && !m_isDraft && m_size == size;
 }
 
-bool SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft)
+SceneRenderer::Drawn SceneRenderer::draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft,
+                                         int limit)
 {
     if (!m_error.isEmpty())
-        return false;
-    Gl* const gl = gpu.gl();
+        return Drawn::Failed;
+    const bool goesOn = m_isUnderWay && m_size == size && (m_isDraft ? draft : !m_isOutdated);
+    if (!isKept(size))
+    {
+        if (!goesOn && !beginFrame(gpu, size, draft))
+            return Drawn::Failed;
+        m_steps.begin(limit);
+        m_isUnderWay = !drawFrame(gpu);
+        if (m_isUnderWay)
+            return Drawn::Partly;
+    }
+    m_graphics->frame.show(gpu.gl(), frameBuffer, size);
+    gpu.gl()->glViewport(0, 0, size.width(), size.height());
+    drawSelectionBox(gpu, size);
+    return Drawn::Wholly;
+}
+
+bool SceneRenderer::beginFrame(GpuResources& gpu, const QSize& size, bool draft)
+{
     if (!m_graphics)
         m_graphics = std::make_unique<Graphics>();
-    const FrameTarget& frame = m_graphics->frame;
-    if (!isKept(size) && !drawWhole(gpu, size, draft))
+    const QSize drawn = draft ? (size / DraftScale).expandedTo(QSize(1, 1)) : size;
+    if (!m_graphics->frame.resize(gpu.gl(), drawn, draft ? 0 : SmoothSamples, &m_error))
         return false;
-    frame.show(gl, frameBuffer, size);
-    gl->glViewport(0, 0, size.width(), size.height());
-    drawSelectionBox(gpu, size);
+    m_drawn = m_contents;
+    m_size = size;
+    m_isDraft = draft;
+    m_isOutdated = false;
+    m_steps.restart();
+    updateResources(gpu);
     return true;
 }
 
-bool SceneRenderer::drawWhole(GpuResources& gpu, const QSize& size, bool draft)
+// False if there was no time for all of it.
+bool SceneRenderer::drawFrame(GpuResources& gpu)
 {
     Gl* const gl = gpu.gl();
     Graphics& g = *m_graphics;
-    const QSize drawn = draft ? (size / DraftScale).expandedTo(QSize(1, 1)) : size;
-    if (!g.frame.resize(gl, drawn, draft ? 0 : SmoothSamples, &m_error))
-        return false;
-    updateResources(gpu);
-    g.shadow.update(gpu, m_shown);
+    g.shadow.update(gpu, m_steps, m_drawn.shown);
 
     gl->glBindFramebuffer(GL_FRAMEBUFFER, g.frame.objectsBuffer());
-    gl->glViewport(0, 0, drawn.width(), drawn.height());
+    gl->glViewport(0, 0, g.frame.size().width(), g.frame.size().height());
     gl->glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-    gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    if (m_steps.next())
+        gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     gl->glActiveTexture(GL_TEXTURE0 + ShadowUnit);
     gl->glBindTexture(GL_TEXTURE_2D, g.shadow.texture());
     gl->glActiveTexture(GL_TEXTURE0 + EnvironmentUnit);
     gl->glBindTexture(GL_TEXTURE_2D, g.environment->texture());
-    setFilter(gl, m_shown.scene.view.textureFilter);
-    const QMatrix4x4 camera = cameraMatrix(m_shown.scene.camera, size);
+    setFilter(gl, m_drawn.shown.scene.view.textureFilter);
+    const QMatrix4x4 camera = cameraMatrix(m_drawn.shown.scene.camera, m_size);
     drawObjects(gpu, camera);
-    drawOutlines(gpu, size);
-    drawGizmo(gpu, size);
+    drawOutlines(gpu);
+    drawGizmo(gpu);
+    if (!m_steps.isComplete())
+        return false;
     g.frame.resolveObjects(gl);
 
     gl->glBindFramebuffer(GL_FRAMEBUFFER, g.frame.wholeBuffer());
     gl->glActiveTexture(GL_TEXTURE0 + ObjectsUnit);
     gl->glBindTexture(GL_TEXTURE_2D, g.frame.objects());
     gl->glActiveTexture(GL_TEXTURE0);
-    drawFloorAndBackground(gpu, camera, draft);
-    m_isKept = true;
+    drawFloorAndBackground(gpu, camera);
     return true;
 }
 
@@ -223,7 +243,7 @@ void SceneRenderer::releaseGraphics(GpuResources& gpu)
         m_graphics->shadow.release(gpu.gl());
     }
     m_graphics.reset();
-    m_isKept = false;
+    m_isUnderWay = false;
     m_error.clear();
 }
 
@@ -232,14 +252,14 @@ void SceneRenderer::updateResources(GpuResources& gpu)
     Graphics& g = *m_graphics;
     // The earlier ones stay until then: most of them are wanted again.
     std::vector<std::shared_ptr<const GpuMesh>> meshes;
-    for (const Object& object : m_shown.scene.objects)
-        if (const MeshPointer mesh = m_shown.mesh(object))
+    for (const Object& object : m_drawn.shown.scene.objects)
+        if (const MeshPointer mesh = m_drawn.shown.mesh(object))
             meshes.push_back(gpu.mesh(mesh));
     g.meshes = std::move(meshes);
-    if (!g.environment || g.environmentKey != m_environment.cacheKey())
+    if (!g.environment || g.environmentKey != m_drawn.environment.cacheKey())
     {
-        g.environment = gpu.environment(m_environment);
-        g.environmentKey = m_environment.cacheKey();
+        g.environment = gpu.environment(m_drawn.environment);
+        g.environmentKey = m_drawn.environment.cacheKey();
     }
 }
 
@@ -247,16 +267,16 @@ void SceneRenderer::setCommonUniforms(QOpenGLShaderProgram& program)
 {
     m_graphics->environment->setUniforms(program, EnvironmentUnit);
     m_graphics->shadow.setUniforms(program, ShadowUnit);
-    setLight(program, m_shown.scene.light);
-    program.setUniformValue("u_ambient", float(m_shown.scene.light.ambient));
-    program.setUniformValue("u_exposure", float(m_shown.scene.view.exposure));
-    program.setUniformValue("u_eye", eyePosition(m_shown.scene.camera));
+    setLight(program, m_drawn.shown.scene.light);
+    program.setUniformValue("u_ambient", float(m_drawn.shown.scene.light.ambient));
+    program.setUniformValue("u_exposure", float(m_drawn.shown.scene.view.exposure));
+    program.setUniformValue("u_eye", eyePosition(m_drawn.shown.scene.camera));
 }
 
 void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
 {
     Gl* const gl = gpu.gl();
-    const View& view = m_shown.scene.view;
+    const View& view = m_drawn.shown.scene.view;
     gl->glEnable(GL_DEPTH_TEST);
     gl->glDepthFunc(GL_LEQUAL);
     for (QOpenGLShaderProgram* each : {&gpu.texturedObject, &gpu.object})
@@ -267,23 +287,24 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
         each->setUniformValue("u_outline", QVector2D(0.0f, 0.0f));
     }
     QOpenGLShaderProgram& program = gpu.object;
-    std::vector<int> stencils(m_shown.scene.objects.size());
-    for (int i = 0; i < m_selection.size() && view.highlightSelection; ++i)
-        if (m_selection[i] >= 0 && m_selection[i] < int(stencils.size()))
-            stencils[size_t(m_selection[i])] = stencilOf(i);
+    std::vector<int> stencils(m_drawn.shown.scene.objects.size());
+    for (int i = 0; i < m_drawn.selection.size() && view.highlightSelection; ++i)
+        if (m_drawn.selection[i] >= 0 && m_drawn.selection[i] < int(stencils.size()))
+            stencils[size_t(m_drawn.selection[i])] = stencilOf(i);
     for (size_t i = 0; i < stencils.size(); ++i)
     {
-        const Object& object = m_shown.scene.objects[i];
+        const Object& object = m_drawn.shown.scene.objects[i];
         if (!object.visible)
             continue;
-        setModel(program, m_shown.matrix(object));
-        const MeshPointer mesh = m_shown.mesh(object);
+        setModel(program, m_drawn.shown.matrix(object));
+        const MeshPointer mesh = m_drawn.shown.mesh(object);
         if (!mesh)
         {
             program.setUniformValue("u_mode", int(AsItComes));
             program.setUniformValue("u_baseColour",
                                     stencils[i] > 0 ? SelectionColour : display(object.material.baseColour));
-            gpu.lineBox().draw(GL_LINES);
+            if (m_steps.next())
+                gpu.lineBox().draw(GL_LINES);
             continue;
         }
         gl->glEnable(GL_STENCIL_TEST);
@@ -296,11 +317,11 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
             program.setUniformValue("u_baseColour", display(view.backgroundColour) * 0.75f);
             gl->glEnable(GL_POLYGON_OFFSET_FILL);
             gl->glPolygonOffset(1.0f, 1.0f);
-            gpu.draw(mesh);
+            gpu.draw(m_steps, mesh);
             gl->glDisable(GL_POLYGON_OFFSET_FILL);
             program.setUniformValue("u_baseColour", display(object.material.baseColour));
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-            gpu.draw(mesh);
+            gpu.draw(m_steps, mesh);
             gl->glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
         }
         else
@@ -327,8 +348,8 @@ void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const M
         const bool isTextured = std::any_of(std::begin(textures), std::end(textures), [](GLuint t) { return t > 0; });
         QOpenGLShaderProgram& program = isTextured ? gpu.texturedObject : gpu.object;
         program.bind();
-        setModel(program, m_shown.matrix(object));
-        program.setUniformValue("u_mode", int(modeOf(m_shown.scene.view.shading)));
+        setModel(program, m_drawn.shown.matrix(object));
+        program.setUniformValue("u_mode", int(modeOf(m_drawn.shown.scene.view.shading)));
         program.setUniformValue("u_baseColour", linear(material.baseColour));
         program.setUniformValue("u_roughness", float(material.roughness));
         program.setUniformValue("u_metallic", float(material.metallic));
@@ -337,12 +358,12 @@ void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const M
         {
             gpu.gl()->glActiveTexture(GLenum(GL_TEXTURE0 + MaterialUnits + i));
             gpu.gl()->glBindTexture(GL_TEXTURE_2D, textures[i] > 0 ? textures[i] : gpu.white());
-            setFilter(gpu.gl(), m_shown.scene.view.textureFilter);
+            setFilter(gpu.gl(), m_drawn.shown.scene.view.textureFilter);
             program.setUniformValue(MaterialImages[i], MaterialUnits + i);
         }
         if (isTextured)
             program.setUniformValue("u_hasNormalImage", images.normalImage >= 0);
-        gpu.draw(mesh, first, count);
+        gpu.draw(m_steps, mesh, first, count);
         first += count;
     };
     quint32 others = quint32(mesh->triangleCount());
@@ -358,69 +379,71 @@ void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const M
 }
 
 // After all objects, so that an outline lies over the neighbours it passes in front of.
-void SceneRenderer::drawOutlines(GpuResources& gpu, const QSize& size)
+void SceneRenderer::drawOutlines(GpuResources& gpu)
 {
-    if (!m_shown.scene.view.highlightSelection)
+    if (!m_drawn.shown.scene.view.highlightSelection)
         return;
     Gl* const gl = gpu.gl();
     QOpenGLShaderProgram& program = gpu.object;
     program.setUniformValue("u_mode", int(AsItComes));
     program.setUniformValue("u_baseColour", SelectionColour);
-    program.setUniformValue("u_outline", QVector2D(OutlinePixels * 2.0f / float(size.width()),
-                                                   OutlinePixels * 2.0f / float(size.height())));
+    program.setUniformValue("u_outline", QVector2D(OutlinePixels * 2.0f / float(m_size.width()),
+                                                   OutlinePixels * 2.0f / float(m_size.height())));
     gl->glEnable(GL_STENCIL_TEST);
     gl->glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
-    for (int i = 0; i < m_selection.size(); ++i)
+    for (int i = 0; i < m_drawn.selection.size(); ++i)
     {
-        const int index = m_selection[i];
-        if (index < 0 || index >= int(m_shown.scene.objects.size()))
+        const int index = m_drawn.selection[i];
+        if (index < 0 || index >= int(m_drawn.shown.scene.objects.size()))
             continue;
-        const Object& object = m_shown.scene.objects[size_t(index)];
-        const MeshPointer mesh = m_shown.mesh(object);
+        const Object& object = m_drawn.shown.scene.objects[size_t(index)];
+        const MeshPointer mesh = m_drawn.shown.mesh(object);
         if (!object.visible || !mesh)
             continue;
-        setModel(program, m_shown.matrix(object));
+        setModel(program, m_drawn.shown.matrix(object));
         gl->glStencilFunc(GL_NOTEQUAL, stencilOf(i), 0xff);
-        gpu.draw(mesh);
+        gpu.draw(m_steps, mesh);
     }
     gl->glDisable(GL_STENCIL_TEST);
 }
 
 // Over the objects, but among its own arrows the nearer one hides the others.
-void SceneRenderer::drawGizmo(GpuResources& gpu, const QSize& size)
+void SceneRenderer::drawGizmo(GpuResources& gpu)
 {
-    if (!m_gizmo)
+    if (!m_drawn.gizmo)
         return;
-    const MoveGizmo& gizmo = *m_gizmo;
-    gpu.gl()->glClear(GL_DEPTH_BUFFER_BIT);
+    const MoveGizmo& gizmo = *m_drawn.gizmo;
+    if (m_steps.next())
+        gpu.gl()->glClear(GL_DEPTH_BUFFER_BIT);
     QOpenGLShaderProgram& program = gpu.object;
     program.setUniformValue("u_mode", int(AsItComes));
     program.setUniformValue("u_outline", QVector2D(0.0f, 0.0f));
     for (int axis = 0; axis < 3; ++axis)
     {
-        if (!gizmo.isShown(axis, m_shown.scene.camera, size))
+        if (!gizmo.isShown(axis, m_drawn.shown.scene.camera, m_size))
             continue;
         QMatrix4x4 model;
         model.translate(gizmo.origin);
         for (int column = 0; column < 3; ++column)
             model.setColumn(column, QVector4D(gizmo.axes[size_t((axis + column) % 3)], 0.0f));
-        model.scale(gizmo.length(m_shown.scene.camera, size));
+        model.scale(gizmo.length(m_drawn.shown.scene.camera, m_size));
         setModel(program, model);
-        program.setUniformValue("u_baseColour", axis == m_gizmoAxis ? HeldAxisColour : AxisColours[axis]);
-        gpu.arrow().draw();
+        program.setUniformValue("u_baseColour", axis == m_drawn.gizmoAxis ? HeldAxisColour : AxisColours[axis]);
+        if (m_steps.next())
+            gpu.arrow().draw();
     }
 }
 
-void SceneRenderer::drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera, bool draft)
+void SceneRenderer::drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera)
 {
-    const View& view = m_shown.scene.view;
-    const bool shaded = view.shading == ShadingMode::Lit && m_shown.scene.light.shadows;
+    const View& view = m_drawn.shown.scene.view;
+    const bool shaded = view.shading == ShadingMode::Lit && m_drawn.shown.scene.light.shadows;
     QVector<QVector4D> occluders;
-    for (const Object& object : m_shown.scene.objects)
+    for (const Object& object : m_drawn.shown.scene.objects)
     {
-        if (!shaded || !object.visible || !m_shown.mesh(object) || occluders.size() == MaximumOccluders)
+        if (!shaded || !object.visible || !m_drawn.shown.mesh(object) || occluders.size() == MaximumOccluders)
             continue;
-        const Box box = m_shown.box(object);
+        const Box box = m_drawn.shown.box(object);
         const QVector3D size = box.maximum - box.minimum;
         const QVector3D centre = box.centre();
         const float radius = 0.5f * qMin(size.y(), 0.5f * (size.x() + size.z()));
@@ -432,10 +455,10 @@ void SceneRenderer::drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& 
     setCommonUniforms(program);
     program.setUniformValue("u_objects", int(ObjectsUnit));
     program.setUniformValue("u_colour", display(view.backgroundColour));
-    program.setUniformValue("u_showEnvironment", view.environmentBackground && !m_environment.isNull());
+    program.setUniformValue("u_showEnvironment", view.environmentBackground && !m_drawn.environment.isNull());
     program.setUniformValue("u_toWorld", camera.inverted());
     program.setUniformValue("u_cell", view.grid ? float(view.gridCellSize) : 0.0f);
-    program.setUniformValue("u_pixel", draft ? float(DraftScale) : 1.0f);
+    program.setUniformValue("u_pixel", m_isDraft ? float(DraftScale) : 1.0f);
     program.setUniformValue("u_extent", float(view.gridCellSize) * float(view.gridExtent));
     const bool dark = view.backgroundColour.lightnessF() < 0.5;
     program.setUniformValue("u_lineColour", dark ? QVector3D(1.0f, 1.0f, 1.0f) : QVector3D(0.0f, 0.0f, 0.0f));

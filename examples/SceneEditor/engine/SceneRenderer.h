@@ -1,5 +1,6 @@
 #pragma once
 
+#include <examples/SceneEditor/engine/DrawSteps.h>
 #include <examples/SceneEditor/engine/MoveGizmo.h>
 #include <examples/SceneEditor/engine/ShownScene.h>
 #include <Orvek/CrossPlatform/PlatformRendererInterface.h>
@@ -28,7 +29,7 @@ public:
     //! Every manager has to have let go of it: RemoveWindow() or AddWindow() with another renderer.
     ~SceneRenderer();
 
-    const ShownScene& shown() const { return m_shown; }
+    const ShownScene& shown() const { return m_contents.shown; }
     //! Takes the scene's camera too. Cheap enough for every change of every editor.
     void setScene(const Scene& scene);
     void setCamera(const Camera& camera);
@@ -50,36 +51,61 @@ public:
 
     // For the surface manager, with its OpenGL context current.
 
+    enum class Drawn
+    {
+        Failed, //!< the graphics card cannot: errorText() says why, and it stays so until releaseGraphics()
+        Partly, //!< the frame buffer has not been touched; the next call goes on
+        Wholly
+    };
+
     //! Whether nothing but the selection box has changed since a sharp frame of this size: then the next one is sharp
     //! and costs next to nothing.
     bool isKept(const QSize& size) const;
-    //! Draws into the frame buffer. False when the graphics card cannot: errorText() says why, and it stays so until
-    //! releaseGraphics(). A draft has a lower resolution.
-    bool draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft = false);
+    //! Whether anything else has changed since the last frame was begun.
+    bool isOutdated() const { return m_isOutdated; }
+    //! Whether a frame has been begun that draw() has not finished.
+    bool isUnderWay() const { return m_isUnderWay; }
+    //! Whether the last frame that was begun has a lower resolution.
+    bool isDraft() const { return m_isDraft; }
+    //! Draws into the frame buffer. A draft has a lower resolution. Ends early after so many milliseconds, unless the
+    //! limit is negative; a draft that was begun is finished first, a sharp frame only if nothing has changed.
+    Drawn draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft = false, int limit = -1);
     void releaseGraphics(GpuResources& gpu);
     QString errorText() const { return m_error; }
 
 private:
     struct Graphics;
 
-    bool drawWhole(GpuResources& gpu, const QSize& size, bool draft);
+    struct Contents
+    {
+        ShownScene shown;
+        QImage environment;
+        QVector<int> selection;
+        std::optional<MoveGizmo> gizmo;
+        int gizmoAxis = -1;
+    };
+
+    bool beginFrame(GpuResources& gpu, const QSize& size, bool draft);
+    bool drawFrame(GpuResources& gpu);
     void updateResources(GpuResources& gpu);
     void setCommonUniforms(QOpenGLShaderProgram& program);
     void drawObjects(GpuResources& gpu, const QMatrix4x4& camera);
     void drawSurface(GpuResources& gpu, const Object& object, const MeshPointer& mesh);
-    void drawOutlines(GpuResources& gpu, const QSize& size);
-    void drawGizmo(GpuResources& gpu, const QSize& size);
-    void drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera, bool draft);
+    void drawOutlines(GpuResources& gpu);
+    void drawGizmo(GpuResources& gpu);
+    void drawFloorAndBackground(GpuResources& gpu, const QMatrix4x4& camera);
     void drawSelectionBox(GpuResources& gpu, const QSize& size);
 
-    ShownScene m_shown;
-    QImage m_environment;
-    QVector<int> m_selection;
-    std::optional<MoveGizmo> m_gizmo;
-    int m_gizmoAxis = -1;
+    Contents m_contents;
     QRect m_box;
     int m_boxEdge = 1;
-    bool m_isKept = false; // what the frame target has of the whole
+    bool m_isOutdated = true;
+    // The last frame that was begun.
+    Contents m_drawn;
+    QSize m_size; // of the view
+    bool m_isDraft = false;
+    bool m_isUnderWay = false;
+    DrawSteps m_steps;
     QString m_error;
     std::unique_ptr<Graphics> m_graphics; // null while not on the graphics card
 

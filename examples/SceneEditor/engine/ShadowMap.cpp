@@ -6,7 +6,33 @@
 
 namespace sceneeditor
 {
-void ShadowMap::update(GpuResources& gpu, const ShownScene& shown)
+void ShadowMap::update(GpuResources& gpu, DrawSteps& steps, const ShownScene& shown)
+{
+    if (steps.isFirstTime())
+        prepare(gpu, shown);
+    if (!m_isOn || !m_isOther)
+        return;
+    Gl* const gl = gpu.gl();
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame);
+    gl->glViewport(0, 0, m_size, m_size);
+    gl->glEnable(GL_DEPTH_TEST);
+    gl->glDepthFunc(GL_LEQUAL);
+    if (steps.next())
+        gl->glClear(GL_DEPTH_BUFFER_BIT);
+    gl->glEnable(GL_POLYGON_OFFSET_FILL);
+    gl->glPolygonOffset(2.0f, 4.0f);
+    gpu.depth.bind();
+    for (const Caster& caster : m_casters)
+    {
+        gpu.depth.setUniformValue("u_matrix", m_matrix * caster.matrix);
+        gpu.draw(steps, caster.mesh);
+    }
+    gl->glDisable(GL_POLYGON_OFFSET_FILL);
+    m_isValid = steps.isComplete();
+}
+
+// Finds out what the map has to show, and whether it does so already.
+void ShadowMap::prepare(GpuResources& gpu, const ShownScene& shown)
 {
     const Light& light = shown.scene.light;
     const Box box = shown.meshBox();
@@ -18,29 +44,14 @@ void ShadowMap::update(GpuResources& gpu, const ShownScene& shown)
     for (const Object& object : shown.scene.objects)
         if (const MeshPointer mesh = shown.mesh(object); mesh && object.visible)
             casters.push_back({mesh, shown.matrix(object)});
-    if (m_isValid && m_light == light && m_casters == casters)
+    m_isOther = !m_isValid || !(m_light == light) || m_casters != casters;
+    if (!m_isOther)
         return;
-    m_isValid = true;
+    m_isValid = false;
     m_light = light;
     m_casters = std::move(casters);
     m_matrix = shadowMatrix(light, box);
     m_worldTexel = (box.maximum - box.minimum).length() / float(m_size);
-
-    Gl* const gl = gpu.gl();
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame);
-    gl->glViewport(0, 0, m_size, m_size);
-    gl->glEnable(GL_DEPTH_TEST);
-    gl->glDepthFunc(GL_LEQUAL);
-    gl->glClear(GL_DEPTH_BUFFER_BIT);
-    gl->glEnable(GL_POLYGON_OFFSET_FILL);
-    gl->glPolygonOffset(2.0f, 4.0f);
-    gpu.depth.bind();
-    for (const Caster& caster : m_casters)
-    {
-        gpu.depth.setUniformValue("u_matrix", m_matrix * caster.matrix);
-        gpu.draw(caster.mesh);
-    }
-    gl->glDisable(GL_POLYGON_OFFSET_FILL);
 }
 
 void ShadowMap::release(Gl* gl)

@@ -14,7 +14,7 @@ public:
     ShadowMap() = default;
 
     //! Draws what has changed since the last frame: moving the camera costs nothing.
-    void update(GpuResources& gpu, const ShownScene& shown);
+    void update(GpuResources& gpu, DrawSteps& steps, const ShownScene& shown);
     void release(Gl* gl);
 
     GLuint texture() const { return m_texture; }
@@ -30,12 +30,14 @@ private:
         bool operator==(const Caster& other) const { return mesh == other.mesh && matrix == other.matrix; }
     };
 
+    void prepare(GpuResources& gpu, const ShownScene& shown);
     bool resize(Gl* gl, int size);
 
     GLuint m_frame = 0;
     GLuint m_texture = 0;
     int m_size = 0;            // of the texture, texels; 0 if the driver refuses it
     bool m_isOn = false;       // in the frame being drawn
+    bool m_isOther = false;    // than in the last one
     float m_worldTexel = 0.0f; // metres
     QMatrix4x4 m_matrix;       // world to clip space
     // What it shows.

@@ -21,6 +21,7 @@ namespace sceneeditor
 namespace
 {
 constexpr double SlowFrame = 40.0; // milliseconds; slower ones are felt when dragging
+constexpr int LongestSlice = 40;   // milliseconds of a frame that the window is kept from answering
 constexpr int MovingPause = 250;   // milliseconds between frames that count as moving
 constexpr int RestingPause = 120;  // milliseconds without a frame after which a draft is drawn sharply
 
@@ -100,8 +101,10 @@ void SurfaceManager::Render(HWND window)
     // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
     const bool slow = qMin(it->sharpTimes[0], it->sharpTimes[1]) > SlowFrame;
     const bool isKept = it->renderer && it->renderer->isKept(it->size);
-    const bool draft = it->renderer && moving && slow && !it->refining && !isKept;
-    it->draft = draft;
+    // What has changed before a slow frame was ready is moving, too.
+    const bool overtaken = it->renderer && it->renderer->isUnderWay() && it->renderer->isOutdated();
+    const bool draft = it->renderer && ((moving && slow) || overtaken) && !it->refining && !isKept;
+    auto drawn = SceneRenderer::Drawn::Wholly;
     const GLuint target = m_context->defaultFramebufferObject();
     if (!it->renderer)
     {
@@ -110,22 +113,35 @@ void SurfaceManager::Render(HWND window)
         gl->glClearColor(0.23f, 0.24f, 0.27f, 1.0f);
         gl->glClear(GL_COLOR_BUFFER_BIT);
     }
-    else if (!it->renderer->draw(*m_gpu, it->size, target, draft))
+    else
+    {
+        drawn = it->renderer->draw(*m_gpu, it->size, target, draft, LongestSlice);
+    }
+    if (drawn == SceneRenderer::Drawn::Failed)
     {
         it->error = it->renderer->errorText();
         m_context->doneCurrent();
         paintMessage(surface, it->error);
         return;
     }
-    m_context->swapBuffers(surface);
-    if (!draft && !isKept)
+    it->refining = false;
+    if (drawn == SceneRenderer::Drawn::Wholly)
+        m_context->swapBuffers(surface);
+    it->spent += double(timer.nsecsElapsed()) / 1.0e6;
+    // The rest comes after what the window has to answer, and so does a frame of what has changed meanwhile.
+    if (drawn == SceneRenderer::Drawn::Partly || (it->renderer && it->renderer->isOutdated()))
+        QWidget::find(WId(window))->update();
+    if (drawn == SceneRenderer::Drawn::Partly)
+        return;
+    it->draft = it->renderer && it->renderer->isDraft();
+    if (!it->draft && !isKept)
     {
         it->sharpTimes[0] = it->sharpTimes[1];
-        it->sharpTimes[1] = double(timer.nsecsElapsed()) / 1.0e6;
+        it->sharpTimes[1] = it->spent;
     }
-    it->refining = false;
+    it->spent = 0.0;
     it->sinceFrame.start();
-    if (draft && !m_refine.isActive())
+    if (it->draft && !m_refine.isActive())
         m_refine.start(RestingPause);
 }
 
@@ -176,7 +192,7 @@ QImage SurfaceManager::grabFrame(HWND window)
     QImage image;
     {
         QOpenGLFramebufferObject frame(size);
-        if (!it->renderer->draw(*m_gpu, size, frame.handle()))
+        if (it->renderer->draw(*m_gpu, size, frame.handle()) == SceneRenderer::Drawn::Failed)
             it->error = it->renderer->errorText();
         else
             image = frame.toImage().convertToFormat(QImage::Format_RGB32);

@@ -24,7 +24,8 @@ class SceneRenderer;
 //! frame to the removal of the last window. Every renderer given to AddWindow() has to be a SceneRenderer.
 //!
 //! Where a frame takes more than 40 ms, frames that follow closely on each other are drafts of a lower resolution. When
-//! they stop, the manager has the widget painted once more, in full.
+//! they stop, the manager has the widget painted once more, in full. A frame that takes longer still is drawn in
+//! slices, with the widget painted several times until it is there, so that the window answers in between.
 //!
 //! Where OpenGL fails, the view shows the reason instead. It is tried once per window, not again for each frame.
 class SurfaceManager final : public QObject, public orvek::crossplatform::DisplaySurfaceManagerInterface
@@ -57,6 +58,7 @@ private:
         QSize size; // device pixels
         QString error;
         double sharpTimes[2] = {}; // milliseconds, of the last two frames that were no drafts
+        double spent = 0.0;        // milliseconds on frames that were not finished yet
         QElapsedTimer sinceFrame;  // invalid before the first one
         bool draft = false;        // the frame that is shown
         bool refining = false;     // the next frame ends a series of drafts
