@@ -377,7 +377,11 @@ private Q_SLOTS:
         QVERIFY(taken.isEmpty());
         input->setStepsWithArrows(false);
         QCOMPARE(press(Qt::Key_Up), 0);
+        const auto* reset = child<QPushButton>(*editor, "reset");
+        input->setTabsToReset(false);
+        QCOMPARE(reset->focusPolicy(), Qt::ClickFocus);
         input.reset(); // the inner one follows
+        QCOMPARE(reset->focusPolicy(), Qt::StrongFocus);
         QCOMPARE(press(Qt::Key_Up), 1);
         QTest::keyClicks(field, "x");
         QVERIFY(field->property("invalid").toBool());

@@ -47,6 +47,7 @@ struct Switches
     bool checksText = true;
     bool evaluates = true;
     bool copiesWhole = true;
+    bool tabsToReset = true;
 
     // Whether this class decides when a field commits, and what.
     bool decide() const { return keepsUntouched || checksText || evaluates || copiesWhole; }
@@ -144,6 +145,7 @@ public:
     //! Stops acting. May be called while one of the row's own functions is inside a call to the editor.
     void letGo();
     void markFields();
+    void setTabsToReset(bool tabs);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -189,6 +191,7 @@ private:
     QPointer<QSlider> m_slider;
     QPointer<QLabel> m_label;
     QPointer<QPushButton> m_reset;
+    Qt::FocusPolicy m_resetPolicy = Qt::NoFocus; // from before this row acted
     QVector<Field> m_fields;
     const Switches& m_switches;
 };
@@ -211,6 +214,9 @@ Row::Row(QWidget* editor, const Switches& switches, QObject* parent)
         m_slider->installEventFilter(this);
     if (m_label)
         m_label->installEventFilter(this);
+    if (m_reset)
+        m_resetPolicy = m_reset->focusPolicy();
+    setTabsToReset(switches.tabsToReset);
 }
 
 Row::~Row()
@@ -220,6 +226,7 @@ Row::~Row()
 
 void Row::letGo()
 {
+    setTabsToReset(true);
     const auto rows = registry().find(m_key);
     if (rows != registry().end())
     {
@@ -314,6 +321,12 @@ void Row::markFields()
 {
     for (int i = 0; i < m_fields.size(); ++i)
         mark(i);
+}
+
+void Row::setTabsToReset(bool tabs)
+{
+    if (m_reset && acts())
+        m_reset->setFocusPolicy(tabs ? m_resetPolicy : Qt::ClickFocus);
 }
 
 void Row::mark(int index)
@@ -872,5 +885,17 @@ void EditorInput::setCopiesWhole(bool copies)
 {
     d->switches.copiesWhole = copies;
     d->markFields();
+}
+
+bool EditorInput::tabsToReset() const
+{
+    return d->switches.tabsToReset;
+}
+
+void EditorInput::setTabsToReset(bool tabs)
+{
+    d->switches.tabsToReset = tabs;
+    for (const auto& entry : d->rows)
+        entry.second->setTabsToReset(tabs);
 }
 } // namespace orvek::host

@@ -55,6 +55,8 @@ class ORVEKQTHOST_EXPORT EditorInput : public QObject
     //! A colour between black and white is copied as "#rrggbb" together with its exact numbers, which Paste prefers;
     //! all else is copied as numbers.
     Q_PROPERTY(bool copiesWhole READ copiesWhole WRITE setCopiesWhole)
+    //! Whether Tab stops at reset buttons. Otherwise they take clicks only; the menu on the title resets as well.
+    Q_PROPERTY(bool tabsToReset READ tabsToReset WRITE setTabsToReset)
 
 public:
     //! Follows every editor below root, including later ones, and root itself if it is one. Root must not be null. It
@@ -81,6 +83,8 @@ public:
     void setEvaluates(bool evaluates);
     bool copiesWhole() const;
     void setCopiesWhole(bool copies);
+    bool tabsToReset() const;
+    void setTabsToReset(bool tabs);
 
 private:
     struct Private;
