@@ -72,6 +72,7 @@ private Q_SLOTS:
     void unsavedChangesAreAskedAbout();
     void unsavedChangesOutliveTheProgram();
     void shortcutsAreComplete();
+    void tabPassesTheDotsAndReachesTheView();
     void viewsShowTheSceneOnTheScreen();
     void secondViewCanBeClosed();
     void commandLine_data();
@@ -548,6 +549,21 @@ void tst_SceneEditor::shortcutsAreComplete()
 
     // Two actions with the same key get none of its presses.
     QCOMPARE(keys.removeDuplicates(), 0);
+}
+
+void tst_SceneEditor::tabPassesTheDotsAndReachesTheView()
+{
+    auto* roughness = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
+    roughness->setFocus();
+    QTest::keyClick(roughness, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), child<QSlider>(*find<QWidget>("material.metallic"), "slider"));
+    roughness->setFocus();
+    QTest::keyClick(roughness, Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(scene().objects[0].material.roughness, sceneeditor::Material().roughness);
+    const auto* view = find<QRenderWidget>("renderView");
+    for (int i = 0; i < 200 && !view->hasFocus(); ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(view->hasFocus());
 }
 
 // The picture of a view may be right while its window shows only a message, in two colours and what lies between them.

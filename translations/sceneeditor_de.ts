@@ -788,6 +788,10 @@
         <translation>F</translation>
     </message>
     <message>
+        <source>Reset &amp;Property</source>
+        <translation>&amp;Eigenschaft zurücksetzen</translation>
+    </message>
+    <message>
         <source>&amp;Reset Camera</source>
         <translation>&amp;Kamera zurücksetzen</translation>
     </message>
@@ -850,6 +854,10 @@
     <message>
         <source>&lt;p&gt;Scene Editor, an example of OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Its property panel is made from a description of the scene; the view is drawn by a small OpenGL engine through the library&apos;s render widget.&lt;/p&gt;&lt;p&gt;Graphics: %2&lt;/p&gt;</source>
         <translation>&lt;p&gt;Szeneneditor, ein Beispiel für OrvekQtWidgets %1.&lt;/p&gt;&lt;p&gt;Seine Eigenschaften werden aus einer Beschreibung der Szene gemacht; die Ansicht zeichnet eine kleine OpenGL-Engine über das Zeichen-Widget der Bibliothek.&lt;/p&gt;&lt;p&gt;Grafik: %2&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
     </message>
 </context>
 <context>

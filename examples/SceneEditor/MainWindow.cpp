@@ -23,6 +23,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolButton>
 
 #include <algorithm>
@@ -253,6 +254,7 @@ void MainWindow::setUpActions()
             [this] { m_views->mainView()->frame(m_document.selection()); });
     connect(m_ui.actionResetCamera, &QAction::triggered, this,
             [this] { m_views->mainView()->cameraController().goHome(); });
+    connect(m_ui.actionResetProperty, &QAction::triggered, this, &MainWindow::resetProperty);
     connect(m_ui.actionFoldAll, &QAction::triggered, this, [this] { m_ui.panel->setSectionsOpen(false); });
     connect(m_ui.actionUnfoldAll, &QAction::triggered, this, [this] { m_ui.panel->setSectionsOpen(true); });
 
@@ -613,6 +615,14 @@ void MainWindow::commitTyping()
         return;
     field->clearFocus();
     field->setFocus();
+}
+
+// Tab passes the dots that reset.
+void MainWindow::resetProperty()
+{
+    for (QWidget* widget = focusWidget(); widget && widget != this; widget = widget->parentWidget())
+        if (auto* reset = widget->findChild<QPushButton*>(QStringLiteral("reset"), Qt::FindDirectChildrenOnly))
+            return reset->click();
 }
 
 void MainWindow::updateActions()

@@ -80,6 +80,7 @@ private:
     void hideProgress();
 
     void commitTyping();
+    void resetProperty();
     void updateActions();
     void updateTitle();
     void updateStatus();

@@ -4,6 +4,7 @@
 #include <examples/SceneEditor/document/SceneDescription.h>
 #include <examples/SceneEditor/Icons.h>
 #include <Orvek/Host/ColumnAligner.h>
+#include <Orvek/Host/EditorInput.h>
 #include <Orvek/Host/EditorUndo.h>
 #include <Orvek/Host/Inspector.h>
 #include <Orvek/Host/PanelHost.h>
@@ -56,6 +57,7 @@ void ScenePanel::setDocument(Document* document)
     connect(m_ui.removeButton, &QPushButton::clicked, document, &Document::removeSelection);
 
     m_inspector = new Inspector(m_ui.propertyPanel, &document->undoStack(), this);
+    m_inspector->host()->input()->setTabsToReset(false);
     // Steps know objects by their places, which are the same again when a step is undone.
     m_inspector->setKeys(
         [this](void* object) -> QVariant

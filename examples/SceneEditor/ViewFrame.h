@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QFrame>
 
 namespace sceneeditor
@@ -7,10 +8,19 @@ namespace sceneeditor
 //! Holds a render widget in a form. The widget makes its ancestors native windows the moment it is created, unless they
 //! refuse, and within a form only their constructors come before that. So this one becomes native and those around it,
 //! with all the editors, do not.
+//!
+//! Its margins show whether the view has the focus, which the view itself cannot show.
 class ViewFrame final : public QFrame
 {
     Q_OBJECT
 public:
-    explicit ViewFrame(QWidget* parent = nullptr) : QFrame(parent) { setAttribute(Qt::WA_DontCreateNativeAncestors); }
+    explicit ViewFrame(QWidget* parent = nullptr) : QFrame(parent)
+    {
+        setAttribute(Qt::WA_DontCreateNativeAncestors);
+        setAutoFillBackground(true);
+        connect(qApp, &QApplication::focusChanged, this,
+                [this](const QWidget*, const QWidget* now)
+                { setBackgroundRole(now && isAncestorOf(now) ? QPalette::Highlight : QPalette::Window); });
+    }
 };
 } // namespace sceneeditor
