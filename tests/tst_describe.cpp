@@ -4,7 +4,12 @@
 #include <Orvek/Host/ObjectFile.h>
 #include <Orvek/Host/QObjectType.h>
 
+#include <csignal>
 #include <cstring>
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#include <sys/stat.h>
+#endif
 
 using namespace orvek::host;
 
@@ -456,6 +461,38 @@ private Q_SLOTS:
         QCOMPARE(object, QVariantList({0.5, 0.25}));
         QVERIFY(!ObjectFile(nullptr).fromJson({}, &object));
     }
+
+#ifdef Q_OS_UNIX
+    void savingReplacesFilesOnly()
+    {
+        const QTemporaryDir folder;
+        const QString name = folder.filePath("material");
+        const QString link = folder.filePath("link");
+        const QString pipe = folder.filePath("pipe");
+        Material material = materialWithLayers();
+        ObjectFile file(materialType());
+        QVERIFY(file.write(name, &material) && QFile::link(name, link));
+        material.name = "changed";
+        QVERIFY(file.write(link, &material) && QFileInfo(link).isSymLink());
+        Material read;
+        QVERIFY(file.read(name, &read) && read.name == material.name);
+        QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
+        QVERIFY(!file.write(pipe, &material) && !QFileInfo(pipe).isFile());
+        QVERIFY2(file.errorString().contains("named pipe"), qPrintable(file.errorString()));
+        // A disk that fills up while the file is written.
+        material.name.assign(10000, 'x');
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old;
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &old), 0);
+        const rlimit small = {4096, old.rlim_max};
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool isWritten = file.write(name, &material);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &old), 0);
+        QVERIFY(!isWritten);
+        QVERIFY2(file.errorString().contains("File too large"), qPrintable(file.errorString()));
+        QVERIFY(file.read(name, &read) && read.name == "changed");
+    }
+#endif
 
     void whatCannotBeReadAgainIsNotWritten_data()
     {

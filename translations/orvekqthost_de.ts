@@ -275,6 +275,18 @@
         <source>not saved, %1</source>
         <translation>nicht gespeichert, %1</translation>
     </message>
+    <message>
+        <source>not saved, is a named pipe, expected a file</source>
+        <translation>nicht gespeichert, ist eine benannte Pipe, erwartet wurde eine Datei</translation>
+    </message>
+    <message>
+        <source>not saved, is a socket, expected a file</source>
+        <translation>nicht gespeichert, ist ein Socket, erwartet wurde eine Datei</translation>
+    </message>
+    <message>
+        <source>not saved, is a device, expected a file</source>
+        <translation>nicht gespeichert, ist ein Gerät, erwartet wurde eine Datei</translation>
+    </message>
 </context>
 <context>
     <name>orvek::host::PanelSearch</name>

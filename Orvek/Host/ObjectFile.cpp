@@ -16,9 +16,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace orvek::host
@@ -69,6 +71,37 @@ QString shortened(const QString& text)
 QString quoted(const QString& text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+// A link is followed, but whatever else has a name in the file system would be gone.
+QString whyNotReplaced(const QString& fileName)
+{
+    std::error_code ignored;
+    switch (std::filesystem::status(QFile::encodeName(fileName).toStdString(), ignored).type())
+    {
+    case std::filesystem::file_type::fifo:
+        return Text::tr("not saved, is a named pipe, expected a file");
+    case std::filesystem::file_type::socket:
+        return Text::tr("not saved, is a socket, expected a file");
+    case std::filesystem::file_type::block:
+    case std::filesystem::file_type::character:
+        return Text::tr("not saved, is a device, expected a file");
+    default:
+        return {};
+    }
+}
+
+// For a file without a buffer. When the disk fills up, a write ends early, and only the next one fails and says why.
+bool writeAll(QIODevice& file, const QByteArray& contents)
+{
+    for (qint64 written = 0; written < contents.size();)
+    {
+        const qint64 count = file.write(contents.constData() + written, contents.size() - written);
+        if (count <= 0)
+            return false;
+        written += count;
+    }
+    return true;
 }
 
 QString found(const QJsonValue& value)
@@ -753,16 +786,10 @@ bool ObjectFile::write(const QString& fileName, const void* object)
     QSaveFile file(fileName);
     if (contents.size() > d->maximumSize)
         d->error = Text::tr("not saved, has more than %1 bytes").arg(d->maximumSize);
-    else if (!file.open(QIODevice::WriteOnly))
+    else if (const QString reason = whyNotReplaced(fileName); !reason.isEmpty())
+        d->error = reason;
+    else if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, contents) || !file.commit())
         d->error = Text::tr("cannot be written: %1").arg(file.errorString());
-    else
-    {
-        // If the disk fills up meanwhile, commit() only notices when nothing at all could be written.
-        if (file.write(contents) != contents.size())
-            file.cancelWriting();
-        if (!file.commit())
-            d->error = Text::tr("cannot be written: %1").arg(file.errorString());
-    }
     return d->named(fileName, d->error.isEmpty());
 }
 

@@ -41,7 +41,7 @@ public:
 
     //! Writes the object to the file called fileName; an old one is replaced once everything is written. If the object
     //! has a value that could not be read again, or the file cannot be written, returns false and leaves the file as it
-    //! is.
+    //! is. A symbolic link stays, and its target is written; a pipe, a socket or a device is refused.
     bool write(const QString& fileName, const void* object);
     //! Writes the object into json, which must not be null. If the object has a value that could not be read again,
     //! returns false and leaves json as it is.
