@@ -71,6 +71,7 @@ private Q_SLOTS:
     void cancelledLoadLeavesTheSceneAsItIs();
     void unsavedChangesAreAskedAbout();
     void unsavedChangesOutliveTheProgram();
+    void savingCommitsTypingAndLocksTheFile();
     void shortcutsAreComplete();
     void tabPassesTheDotsAndReachesTheView();
     void viewsShowTheSceneOnTheScreen();
@@ -524,15 +525,42 @@ void tst_SceneEditor::unsavedChangesOutliveTheProgram()
     QVERIFY(m_window->isWindowModified());
     QVERIFY(isCopied());
     QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("recovered.json"))));
-    QVERIFY(copies.entryList(QDir::Files).isEmpty());
+    const QStringList kinds{QStringLiteral("*.json*"), QStringLiteral("*.document")};
+    QCOMPARE(copies.entryList(kinds), QStringList());
 
     document().setSelection({0});
     trigger("actionDuplicate");
     QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
     m_window = std::make_unique<MainWindow>();
+    // Of a program that ended while it stored a copy, this year and long ago.
+    for (const char* orphan : {"1.json.new", "2.document"})
+    {
+        QFile file(copies.filePath(QLatin1String(orphan)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        if (*orphan == '2')
+            QVERIFY(file.setFileTime(QDateTime(QDate(2001, 1, 1), QTime()), QFileDevice::FileModificationTime));
+    }
     answer(QMessageBox::Discard);
     QVERIFY(!m_window->offerUnsavedChanges());
-    QVERIFY(copies.entryList(QDir::Files).isEmpty());
+    QCOMPARE(copies.entryList(kinds), QStringList(QStringLiteral("1.json.new")));
+}
+
+void tst_SceneEditor::savingCommitsTypingAndLocksTheFile()
+{
+    const QString file = m_directory.filePath(QStringLiteral("typed.json"));
+    auto* field = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, "0.125");
+    QVERIFY(m_window->saveScene(file));
+    QString error;
+    QCOMPARE(sceneeditor::readScene(file, &error)->objects[0].material.roughness, 0.125);
+    // The window that came first is not bothered.
+    QVERIFY(!find<QLabel>("messageText")->isVisible());
+    const std::unique_ptr<MainWindow> first = std::move(m_window);
+    m_window = std::make_unique<MainWindow>();
+    open(file);
+    QVERIFY(find<QLabel>("messageText")->text().contains(QStringLiteral("another window")));
 }
 
 void tst_SceneEditor::shortcutsAreComplete()

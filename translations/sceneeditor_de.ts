@@ -540,6 +540,13 @@
     </message>
 </context>
 <context>
+    <name>SceneFile</name>
+    <message>
+        <source>%1: is not a regular file, expected a scene</source>
+        <translation>%1: ist keine gewöhnliche Datei, erwartet wurde eine Szene</translation>
+    </message>
+</context>
+<context>
     <name>SceneRenderer</name>
     <message>
         <source>The graphics driver refuses a shader: %1</source>
@@ -858,6 +865,10 @@
     <message>
         <source>Ctrl+R</source>
         <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>also open in another window; whichever saves last overwrites the other</source>
+        <translation>auch in einem anderen Fenster offen; wer zuletzt speichert, überschreibt das andere</translation>
     </message>
 </context>
 <context>

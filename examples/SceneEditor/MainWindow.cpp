@@ -517,14 +517,22 @@ void MainWindow::onSceneRead(const OpenedScene& opened, const QStringList& warni
     // The window stayed usable, so there can be changes that the user has not been asked about.
     if (m_document.undoStack().index() != m_askedIndex && !maybeSave())
         return;
-    m_ui.messageBar->hide();
     m_document.open(opened);
     if (!opened.fileName.isEmpty())
         rememberRecentFile(opened.fileName);
-    if (!warnings.isEmpty())
-        m_ui.messageBar->show(MessageBar::Warning, tr("%1: %2").arg(QDir::toNativeSeparators(opened.fileName),
-                                                                    warnings.join(QStringLiteral("; "))));
+    showWarnings(warnings);
     Q_EMIT sceneOpened();
+}
+
+// In place of what the message bar has, about the open scene.
+void MainWindow::showWarnings(QStringList warnings)
+{
+    if (m_document.isOpenElsewhere())
+        warnings << tr("also open in another window; whichever saves last overwrites the other");
+    m_ui.messageBar->hide();
+    if (!warnings.isEmpty())
+        m_ui.messageBar->show(MessageBar::Warning, tr("%1: %2").arg(QDir::toNativeSeparators(m_document.fileName()),
+                                                                    warnings.join(QStringLiteral("; "))));
 }
 
 void MainWindow::onMeshesRead(const QHash<QString, MeshPointer>& meshes, const QVariant& purpose)

@@ -73,6 +73,7 @@ private:
     void updateRecentFiles();
 
     void onSceneRead(const OpenedScene& opened, const QStringList& warnings);
+    void showWarnings(QStringList warnings);
     void onMeshesRead(const QHash<QString, MeshPointer>& meshes, const QVariant& purpose);
     void addObjects(const QHash<QString, MeshPointer>& meshes);
     void replaceMesh(const QString& fileName);

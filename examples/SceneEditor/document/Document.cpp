@@ -5,6 +5,7 @@
 #include <examples/SceneEditor/document/SceneFile.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QLockFile>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 
@@ -125,10 +126,16 @@ bool Document::save(const QString& fileName, QString* error)
     if (!writeScene(m_scene, absolute, error))
         return false;
     m_fileName = absolute;
+    lockFile();
     m_savedCamera = m_scene.camera;
     m_undoStack.setClean();
     scheduleCopy();
     return true;
+}
+
+bool Document::isOpenElsewhere() const
+{
+    return m_lock && m_lock->error() == QLockFile::LockFailedError;
 }
 
 void Document::discardCopy()
@@ -147,6 +154,7 @@ void Document::open(const OpenedScene& opened)
     discardCopy();
     m_scene = opened.scene;
     m_fileName = opened.fileName;
+    lockFile();
     m_savedCamera = m_scene.camera;
     m_environment = opened.environment;
     m_environmentFile = m_scene.view.environmentImage;
@@ -352,6 +360,14 @@ bool Document::readEnvironment(QString* error)
     m_environment = image;
     Q_EMIT environmentChanged();
     return true;
+}
+
+// Nobody can lose changes in a file that cannot be written.
+void Document::lockFile()
+{
+    m_lock.reset(); // perhaps of the same file
+    if (QFileInfo(m_fileName).isWritable())
+        m_lock = lockOfScene(m_fileName);
 }
 
 void Document::scheduleCopy()

@@ -14,6 +14,8 @@
 #include <memory>
 #include <vector>
 
+class QLockFile;
+
 namespace sceneeditor
 {
 //! What a scene needs to be shown: all that SceneOpener has read.
@@ -51,6 +53,8 @@ public:
     bool isModified() const;
     //! Returns false with an error of one line if it could not be written.
     bool save(const QString& fileName, QString* error);
+    //! Whether another window had the file open already when it was opened or last saved here.
+    bool isOpenElsewhere() const;
     void discardCopy();
     //! An empty scene without a file.
     void clear();
@@ -109,6 +113,7 @@ private:
     bool isSelected(int object) const;
     QString selectedName() const;
     bool readEnvironment(QString* error);
+    void lockFile();
     void scheduleCopy();
     void storeCopy();
 
@@ -116,6 +121,7 @@ private:
     QVector<int> m_selection;
     QUndoStack m_undoStack;
     QString m_fileName;
+    std::unique_ptr<QLockFile> m_lock; // of the file, if it can be written
     Camera m_savedCamera;
     int m_moveId = 0; // of the step that the next move joins
     std::vector<Object> m_moveStart;

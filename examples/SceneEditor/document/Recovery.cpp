@@ -3,6 +3,8 @@
 #include <examples/SceneEditor/document/SceneFile.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QLockFile>
@@ -18,6 +20,7 @@ const QLatin1String sceneSuffix(".json");
 const QLatin1String documentSuffix(".document"); // the document's name
 const QLatin1String lockSuffix(".lock");
 constexpr int longestName = 16 * 1024; // bytes
+constexpr int OrphanDays = 7;
 
 struct Text
 {
@@ -37,7 +40,35 @@ std::unique_ptr<QLockFile> lockOf(const QString& base)
     lock->setStaleLockTime(0);
     return lock->tryLock(0) ? std::move(lock) : nullptr;
 }
+
+// What programs left that ended while they stored or cleared a copy: anything old that belongs to no scene.
+void removeOrphans(const QDir& directory)
+{
+    const QDateTime old = QDateTime::currentDateTime().addDays(-OrphanDays);
+    const QFileInfoList files = directory.entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo& file : files)
+    {
+        const QString base = directory.filePath(file.fileName().section(QLatin1Char('.'), 0, 0));
+        const QString suffix = QLatin1Char('.') + file.completeSuffix();
+        const bool isOfCopy = suffix == sceneSuffix || suffix == documentSuffix || suffix == lockSuffix;
+        if (file.lastModified() > old || (isOfCopy && QFile::exists(base + sceneSuffix)))
+            continue;
+        if (const std::unique_ptr<QLockFile> lock = lockOf(base))
+            QFile::remove(file.filePath());
+    }
+}
 } // namespace
+
+std::unique_ptr<QLockFile> lockOfScene(const QString& fileName)
+{
+    QDir().mkpath(folder());
+    const QByteArray name = QFileInfo(fileName).canonicalFilePath().toUtf8();
+    const QString hash = QString::fromLatin1(QCryptographicHash::hash(name, QCryptographicHash::Sha1).toHex());
+    auto lock = std::make_unique<QLockFile>(folder() + QLatin1Char('/') + hash + lockSuffix);
+    lock->setStaleLockTime(0);
+    lock->tryLock(0);
+    return lock;
+}
 
 Recovery::Recovery() = default;
 Recovery::~Recovery() = default;
@@ -58,7 +89,7 @@ bool Recovery::store(const Scene& scene, const QString& document, QString* error
     }
     QSaveFile file(m_base + documentSuffix);
     const QByteArray name = document.toUtf8();
-    if (file.open(QIODevice::WriteOnly) && file.write(name) == name.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(name) == name.size() && file.commit())
         return writeScene(scene, copyFile(), error);
     *error = Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(file.fileName()));
     return false;
@@ -78,6 +109,7 @@ void Recovery::clear()
 std::shared_ptr<Recovery> Recovery::takeAbandoned()
 {
     const QDir directory(folder());
+    removeOrphans(directory);
     const QStringList copies =
         directory.entryList({QLatin1Char('*') + sceneSuffix}, QDir::Files, QDir::Time | QDir::Reversed);
     for (const QString& copy : copies)

@@ -10,6 +10,9 @@ class QLockFile;
 
 namespace sceneeditor
 {
+//! For the window that has the file open. Not locked if another window has it, or where locks cannot be written.
+std::unique_ptr<QLockFile> lockOfScene(const QString& fileName);
+
 //! The copy of a scene with changes that were not saved, for when the program does not live to save them. It lies in
 //! the user's folder for the program's data, one for each window; what a program left there that is gone can be taken
 //! over.

@@ -3,6 +3,7 @@
 #include <examples/SceneEditor/document/SceneDescription.h>
 #include <Orvek/Host/ObjectFile.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
@@ -12,6 +13,11 @@ namespace sceneeditor
 {
 namespace
 {
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(SceneFile)
+};
+
 // Names of files are absolute in the scene, and relative to the file's folder in the file.
 void prepare(ObjectFile& file, const QString& fileName)
 {
@@ -31,6 +37,12 @@ void prepare(ObjectFile& file, const QString& fileName)
 
 std::optional<Scene> readScene(const QString& fileName, QString* error, QStringList* warnings)
 {
+    // A pipe that nobody writes to would never open.
+    if (const QFileInfo info(fileName); info.exists() && !info.isFile() && !info.isDir())
+    {
+        *error = Text::tr("%1: is not a regular file, expected a scene").arg(QDir::toNativeSeparators(fileName));
+        return std::nullopt;
+    }
     ObjectFile file(sceneType());
     prepare(file, fileName);
     Scene scene;
