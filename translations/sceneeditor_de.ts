@@ -336,8 +336,8 @@
         <translation>Wie Bilder auf Objekten und das der Umgebung abgetastet werden</translation>
     </message>
     <message>
-        <source>Show surroundings</source>
-        <translation>Umgebung zeigen</translation>
+        <source>Backdrop</source>
+        <translation>Hintergrundbild</translation>
     </message>
     <message>
         <source>The picture of the surroundings behind the scene, in place of the background colour</source>
@@ -839,6 +839,10 @@
         <translation>%1 Netzen</translation>
     </message>
     <message>
+        <source>Saved %1</source>
+        <translation>%1 gespeichert</translation>
+    </message>
+    <message>
         <source>Imported %1</source>
         <translation>%1 importiert</translation>
     </message>
@@ -929,10 +933,6 @@
     <message>
         <source>Mesh of the object; other files are read in the background</source>
         <translation>Netz des Objekts; andere Dateien werden im Hintergrund gelesen</translation>
-    </message>
-    <message>
-        <source>several</source>
-        <translation>verschiedene</translation>
     </message>
 </context>
 <context>

@@ -39,6 +39,7 @@ namespace
 {
 constexpr int MaximumRecentFiles = 8;
 constexpr int ProgressSteps = 1000;
+constexpr int ReadingTime = 6000;     // milliseconds of a message in the status bar
 constexpr QSize FirstSize(1400, 900); // pixels, where the screen has room
 constexpr double ShareOfScreen = 0.9; // of a smaller one
 constexpr float Gap = 0.25f;          // metres between an imported object and the others
@@ -155,7 +156,8 @@ bool MainWindow::saveScene(const QString& fileName)
         m_ui.messageBar->show(MessageBar::Error, error);
         return false;
     }
-    m_ui.messageBar->hide();
+    showWarnings({});
+    m_ui.statusBar->showMessage(tr("Saved %1").arg(QFileInfo(fileName).fileName()), ReadingTime);
     rememberRecentFile(m_document.fileName());
     return true;
 }
@@ -580,7 +582,7 @@ void MainWindow::addObjects(const QHash<QString, MeshPointer>& meshes)
     const QString name = added.size() == 1 ? added.front().name : tr("%1 meshes").arg(added.size());
     m_document.addObjects(tr("Import of %1").arg(name), added);
     m_views->mainView()->frame(m_document.selection());
-    m_ui.messageBar->show(MessageBar::Information, tr("Imported %1").arg(name));
+    m_ui.statusBar->showMessage(tr("Imported %1").arg(name), ReadingTime);
 }
 
 void MainWindow::replaceMesh(const QString& fileName)

@@ -7,11 +7,6 @@
 
 namespace sceneeditor
 {
-namespace
-{
-constexpr int ReadingTime = 6000; // milliseconds
-}
-
 MessageBar::MessageBar(QWidget* parent) : QFrame(parent)
 {
     setFrameShape(QFrame::StyledPanel);
@@ -30,28 +25,16 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent)
     row->addWidget(m_text, 1);
     row->addWidget(dismiss);
     connect(dismiss, &QPushButton::clicked, this, &QWidget::hide);
-    m_leave.setSingleShot(true);
-    m_leave.setInterval(ReadingTime);
-    connect(&m_leave, &QTimer::timeout, this, &QWidget::hide);
     hide();
 }
 
 void MessageBar::show(Severity severity, const QString& text)
 {
-    constexpr QStyle::StandardPixmap Icons[] = {QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxWarning,
-                                                QStyle::SP_MessageBoxCritical};
+    const QIcon icon =
+        style()->standardIcon(severity == Warning ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxCritical);
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    m_icon->setPixmap(style()->standardIcon(Icons[severity]).pixmap(size));
+    m_icon->setPixmap(icon.pixmap(size));
     m_text->setText(text);
-    if (severity == Information)
-        m_leave.start();
-    else
-        m_leave.stop();
     QFrame::show();
-}
-
-QString MessageBar::text() const
-{
-    return m_text->text();
 }
 } // namespace sceneeditor

@@ -62,7 +62,7 @@ void ObjectList::paintEvent(QPaintEvent* event)
     if (count() > 0)
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    painter.setPen(palette().color(QPalette::PlaceholderText));
     const QRect area = viewport()->rect().adjusted(EmptyMargin, EmptyMargin, -EmptyMargin, -EmptyMargin);
     painter.drawText(area, Qt::AlignCenter | Qt::TextWordWrap,
                      tr("No objects yet. Drop a mesh on the window, or choose “Add mesh…”."));

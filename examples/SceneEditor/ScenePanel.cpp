@@ -14,6 +14,7 @@
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyle>
 
 #include <functional>
 #include <utility>
@@ -158,7 +159,12 @@ void ScenePanel::showMesh()
         common = file;
     }
     m_mesh->setFilename(isMixed ? QString() : common);
-    m_mesh->findChild<QLineEdit*>(QStringLiteral("lineEdit"))->setPlaceholderText(isMixed ? tr("several") : QString());
+    // As the inspector marks what differs.
+    auto* field = m_mesh->findChild<QLineEdit*>(QStringLiteral("lineEdit"));
+    field->setPlaceholderText(isMixed ? QStringLiteral("—") : QString());
+    field->setProperty("mixed", isMixed ? QVariant(true) : QVariant());
+    field->style()->unpolish(field);
+    field->style()->polish(field);
     m_mesh->setDefaultPath(m_document->fileName().isEmpty() ? QString() : QFileInfo(m_document->fileName()).path());
 }
 

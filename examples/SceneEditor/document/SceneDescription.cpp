@@ -175,7 +175,7 @@ Type describeView()
         .title(Text::tr("Filtering"))
         .toolTip(Text::tr("How pictures on objects and of the surroundings are sampled"));
     d.flag("environmentBackground", &View::environmentBackground)
-        .title(Text::tr("Show surroundings"))
+        .title(Text::tr("Backdrop"))
         .toolTip(Text::tr("The picture of the surroundings behind the scene, in place of the background colour"));
     d.colour("backgroundColour", &View::backgroundColour)
         .title(Text::tr("Background"))
