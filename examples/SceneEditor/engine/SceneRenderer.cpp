@@ -391,6 +391,9 @@ void SceneRenderer::drawOutlines(GpuResources& gpu)
                                                    OutlinePixels * 2.0f / float(m_size.height())));
     gl->glEnable(GL_STENCIL_TEST);
     gl->glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
+    // Behind surfaces of others in the same plane, such as the floor of a copy, which it would shimmer through.
+    gl->glEnable(GL_POLYGON_OFFSET_FILL);
+    gl->glPolygonOffset(OutlinePixels + 1.0f, 4.0f);
     for (int i = 0; i < m_drawn.selection.size(); ++i)
     {
         const int index = m_drawn.selection[i];
@@ -404,6 +407,7 @@ void SceneRenderer::drawOutlines(GpuResources& gpu)
         gl->glStencilFunc(GL_NOTEQUAL, stencilOf(i), 0xff);
         gpu.draw(m_steps, mesh);
     }
+    gl->glDisable(GL_POLYGON_OFFSET_FILL);
     gl->glDisable(GL_STENCIL_TEST);
 }
 
