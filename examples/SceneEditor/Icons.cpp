@@ -38,9 +38,6 @@ QPainterPath pathOf(Icon which)
     QPainterPath path;
     switch (which)
     {
-    case Icon::New:
-        line(path, {{14, 3}, {6, 3}, {6, 21}, {18, 21}, {18, 7}, {14, 3}, {14, 7}, {18, 7}});
-        break;
     case Icon::Open:
         line(path, {{3, 19}, {3, 5}, {9, 5}, {11, 8}, {19, 8}, {19, 11}});
         line(path, {{3, 19}, {6, 11}, {22, 11}, {19, 19}, {3, 19}});
@@ -67,9 +64,6 @@ QPainterPath pathOf(Icon which)
         line(path, {{9, 7}, {9, 4}, {15, 4}, {15, 7}});
         line(path, {{6, 7}, {7, 20}, {17, 20}, {18, 7}});
         break;
-    case Icon::Rename:
-        line(path, {{5, 19}, {6, 15}, {16, 5}, {19, 8}, {9, 18}, {5, 19}});
-        break;
     case Icon::Frame:
         for (const QPointF& corner : {QPointF(4, 4), QPointF(20, 4), QPointF(20, 20), QPointF(4, 20)})
         {
@@ -82,10 +76,6 @@ QPainterPath pathOf(Icon which)
     case Icon::Home:
         line(path, {{3, 12}, {12, 4}, {21, 12}});
         line(path, {{6, 10}, {6, 20}, {18, 20}, {18, 10}});
-        break;
-    case Icon::View:
-        path.addRect(3, 5, 18, 14);
-        line(path, {{3, 9}, {21, 9}});
         break;
     }
     return path;
@@ -102,8 +92,6 @@ public:
         QColor colour = palette.color(QPalette::Active, QPalette::WindowText);
         if (mode == QIcon::Disabled)
             colour = palette.color(QPalette::Disabled, QPalette::WindowText);
-        else if (mode == QIcon::Selected)
-            colour = palette.color(QPalette::Active, QPalette::HighlightedText);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.topLeft());

@@ -8,7 +8,6 @@ namespace sceneeditor
 //! every scale.
 enum class Icon
 {
-    New,
     Open,
     Save,
     Undo,
@@ -16,10 +15,8 @@ enum class Icon
     Add,
     Duplicate,
     Remove,
-    Rename,
     Frame,
-    Home,
-    View
+    Home
 };
 
 QIcon icon(Icon which);
