@@ -2,6 +2,7 @@
 
 #include <examples/SceneEditor/document/SceneFile.h>
 #include <examples/SceneEditor/MainWindow.h>
+#include <examples/SceneEditor/SceneView.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QAccordion.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
@@ -15,6 +16,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QProgressBar>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QToolButton>
@@ -61,6 +63,8 @@ private Q_SLOTS:
     void severalObjectsAreEditedInOneStep();
     void objectsAreAddedRenamedHiddenAndRemoved();
     void cameraFollowsTheMouseAndTheEditors();
+    void playingTurnsTheObjects();
+    void settingsWithoutEffectAreDisabled();
     void valuesOutsideOfTheScenesRangesAreClamped_data();
     void valuesOutsideOfTheScenesRangesAreClamped();
     void searchShowsWhatMatches();
@@ -241,8 +245,11 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     auto* list = find<QListWidget>("objectList");
     const Scene before = scene();
     std::vector<Scene> states{before};
-    m_window->importMeshes({QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj"))});
+    const QSignalSpy progress(find<QProgressBar>("progress"), &QProgressBar::valueChanged);
+    const QString cube = QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj"));
+    m_window->importMeshes({cube, cube});
     QTRY_COMPARE(scene().objects.size(), before.objects.size() + 1);
+    QVERIFY(std::any_of(progress.cbegin(), progress.cend(), [](const QVariantList& step) { return step[0] == 500; }));
     QCOMPARE(document().selection(), QVector<int>{int(before.objects.size())});
     states.push_back(scene());
     type("position", "x", "-2");
@@ -298,6 +305,18 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     // No step, but quitting would lose it.
     QVERIFY(m_window->isWindowModified() && !find<QAction>("actionUndo")->isEnabled());
 
+    // The right button moves the target, and selects nothing.
+    const sceneeditor::Camera left = scene().camera;
+    const QVector<int> selection = document().selection();
+    QTest::mousePress(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
+    QMouseEvent move(QEvent::MouseMove, view->rect().center() + QPoint(-40, 0), Qt::NoButton, Qt::RightButton, {});
+    QCoreApplication::sendEvent(view, &move);
+    QTest::mouseRelease(view, Qt::RightButton, Qt::NoModifier, view->rect().center() + QPoint(-40, 0));
+    QTest::mouseClick(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
+    QVERIFY(scene().camera.target.x() > left.target.x());
+    QCOMPARE(scene().camera.azimuth, left.azimuth);
+    QCOMPARE(document().selection(), selection);
+
     const double orbited = scene().camera.azimuth;
     type("camera.distance", "lineEdit", "3");
     QCOMPARE(scene().camera.distance, 3.0);
@@ -306,6 +325,48 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     QCOMPARE(scene().camera.azimuth, orbited);
     trigger("actionResetCamera");
     QCOMPARE(azimuth->value().toDouble(), before);
+}
+
+void tst_SceneEditor::playingTurnsTheObjects()
+{
+    constexpr int Cube = 4; // far from the axis
+    const auto* view = m_window->findChild<sceneeditor::SceneView*>();
+    const QSize size = view->widget()->size();
+    QPoint place;
+    for (int x = 0; x < size.width() && place.isNull(); x += 10)
+        if (view->objectAt(QPoint(x, size.height() / 2)) == Cube)
+            place = QPoint(x, size.height() / 2);
+    QVERIFY(!place.isNull());
+    const QSignalSpy drawn(view->widget(), &QRenderWidget::viewUpdated);
+    const auto drawMore = [&drawn] { return QTest::qWaitFor([&, n = drawn.size()] { return drawn.size() > n + 5; }); };
+    auto* play = find<QCheckBox>("animation.playing");
+    type("animation.turntableSpeed", "lineEdit", "0");
+    play->click();
+    QVERIFY(drawMore());
+    QCOMPARE(view->objectAt(place), Cube);
+    type("animation.turntableSpeed", "lineEdit", "-90");
+    QTRY_VERIFY(view->objectAt(place) != Cube);
+    play->click();
+    QCoreApplication::processEvents();
+    const int before = drawn.size();
+    QTest::qWait(100);
+    QVERIFY(drawn.size() <= before + 1);
+}
+
+void tst_SceneEditor::settingsWithoutEffectAreDisabled()
+{
+    using sceneeditor::LightKind;
+    sceneeditor::Light& light = document().scene().light;
+    for (const LightKind kind : {LightKind::Spot, LightKind::Point, LightKind::Directional})
+    {
+        light.kind = kind;
+        light.shadows = kind == LightKind::Point;
+        document().valueChanged(QStringLiteral("scene.light.kind"));
+        QTRY_COMPARE(find<QWidget>("light.distance")->isEnabled(), kind != LightKind::Directional);
+        for (const char* cone : {"light.coneAngle", "light.coneSoftness"})
+            QCOMPARE(find<QWidget>(cone)->isEnabled(), kind == LightKind::Spot);
+        QCOMPARE(find<QWidget>("light.shadowMapSize")->isEnabled(), light.shadows);
+    }
 }
 
 void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped_data()

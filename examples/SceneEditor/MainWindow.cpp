@@ -370,6 +370,7 @@ void MainWindow::setUpStatusBar()
     m_statusText->setIndent(6);
     m_progressText = new QLabel;
     m_progress = new QProgressBar;
+    m_progress->setObjectName(QStringLiteral("progress"));
     m_progress->setRange(0, ProgressSteps);
     m_progress->setMaximumSize(180, 16);
     m_cancel = new QToolButton;
