@@ -28,6 +28,30 @@ QString readStyleSheet(const QString& name)
     QFile file(styleFile(name + QStringLiteral(".qss")));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
+
+// The palette of one of the files in examples/styles. The colours of an inactive window are those of the active one.
+QPalette readPalette(const QString& fileName)
+{
+    QPalette palette;
+    QSettings file(fileName, QSettings::IniFormat);
+    const auto roles = QMetaEnum::fromType<QPalette::ColorRole>();
+    const auto read = [&](const QString& group, std::initializer_list<QPalette::ColorGroup> colourGroups)
+    {
+        file.beginGroup(group);
+        const QStringList keys = file.childKeys();
+        for (const QString& key : keys)
+        {
+            for (QPalette::ColorGroup colourGroup : colourGroups)
+                palette.setColor(colourGroup, QPalette::ColorRole(roles.keyToValue(key.toLatin1().constData())),
+                                 QColor(file.value(key).toString()));
+        }
+        file.endGroup();
+    };
+    // What is not said of a disabled widget is as in an enabled one.
+    read(QStringLiteral("Active"), {QPalette::Active, QPalette::Inactive, QPalette::Disabled});
+    read(QStringLiteral("Disabled"), {QPalette::Disabled});
+    return palette;
+}
 } // namespace
 
 QStringList lookNames()
@@ -61,28 +85,5 @@ void applyLook(const QString& name)
             .replace(QLatin1String("TONE"), isDark ? QLatin1String("light") : QLatin1String("dark"));
     qApp->setStyleSheet(readStyleSheet(QStringLiteral("editors")) + (own ? readStyleSheet(name) : QString()) +
                         chevrons);
-}
-
-QPalette readPalette(const QString& fileName)
-{
-    QPalette palette;
-    QSettings file(fileName, QSettings::IniFormat);
-    const auto roles = QMetaEnum::fromType<QPalette::ColorRole>();
-    const auto read = [&](const QString& group, std::initializer_list<QPalette::ColorGroup> colourGroups)
-    {
-        file.beginGroup(group);
-        const QStringList keys = file.childKeys();
-        for (const QString& key : keys)
-        {
-            for (QPalette::ColorGroup colourGroup : colourGroups)
-                palette.setColor(colourGroup, QPalette::ColorRole(roles.keyToValue(key.toLatin1().constData())),
-                                 QColor(file.value(key).toString()));
-        }
-        file.endGroup();
-    };
-    // What is not said of a disabled widget is as in an enabled one.
-    read(QStringLiteral("Active"), {QPalette::Active, QPalette::Inactive, QPalette::Disabled});
-    read(QStringLiteral("Disabled"), {QPalette::Disabled});
-    return palette;
 }
 } // namespace sceneeditor

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtGui/QColor>
 #include <QtGui/QVector3D>
@@ -149,11 +148,4 @@ inline bool operator!=(const Camera& a, const Camera& b)
 {
     return !(a == b);
 }
-inline bool operator!=(const Scene& a, const Scene& b)
-{
-    return !(a == b);
-}
 } // namespace sceneeditor
-
-Q_DECLARE_METATYPE(sceneeditor::Camera)
-Q_DECLARE_METATYPE(sceneeditor::Scene)
