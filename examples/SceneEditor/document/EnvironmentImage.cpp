@@ -11,7 +11,7 @@ namespace
 {
 constexpr qint64 MaximumPixels = 34'000'000; // 8192 x 4096 and a little more
 
-struct Text
+struct EnvironmentImageText
 {
     Q_DECLARE_TR_FUNCTIONS(EnvironmentImage)
 };
@@ -23,7 +23,8 @@ QImage readEnvironmentImage(const QString& fileName, QString* error)
     // A pipe or a device could be read for ever.
     if (const QFileInfo info(fileName); info.exists() && !info.isFile())
     {
-        *error = Text::tr("%1: is not a regular file, expected a picture of the surroundings").arg(name);
+        *error =
+            EnvironmentImageText::tr("%1: is not a regular file, expected a picture of the surroundings").arg(name);
         return {};
     }
     QImageReader reader(fileName);
@@ -31,7 +32,7 @@ QImage readEnvironmentImage(const QString& fileName, QString* error)
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > MaximumPixels)
     {
-        *error = Text::tr("%1: expected a picture of at most %2 million pixels, found %3 × %4")
+        *error = EnvironmentImageText::tr("%1: expected a picture of at most %2 million pixels, found %3 × %4")
                      .arg(name)
                      .arg(MaximumPixels / 1000000)
                      .arg(size.width())
@@ -40,7 +41,8 @@ QImage readEnvironmentImage(const QString& fileName, QString* error)
     }
     QImage image = reader.read();
     if (image.isNull())
-        *error = Text::tr("%1: expected a picture of the surroundings: %2").arg(name, reader.errorString());
+        *error =
+            EnvironmentImageText::tr("%1: expected a picture of the surroundings: %2").arg(name, reader.errorString());
     return image;
 }
 } // namespace sceneeditor

@@ -20,7 +20,7 @@ constexpr quint32 maximumTextSize = 16 * 1024;   // bytes
 constexpr quint32 maximumSummarySize = 64 << 20; // bytes
 constexpr double readShare = 0.9;                // of the progress; the rest is for handing the mesh over
 
-struct Text
+struct MeshLoaderText
 {
     Q_DECLARE_TR_FUNCTIONS(MeshLoader)
 };
@@ -48,7 +48,7 @@ QString readerProgram()
 void check(bool sound)
 {
     if (!sound)
-        throw Failure{Text::tr("cannot be read: it broke the program that reads meshes")};
+        throw Failure{MeshLoaderText::tr("cannot be read: it broke the program that reads meshes")};
 }
 
 void checkMesh(MeshData& mesh)
@@ -82,7 +82,7 @@ void checkMesh(MeshData& mesh)
 
 QString meshFileFilter()
 {
-    return Text::tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' ')));
+    return MeshLoaderText::tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' ')));
 }
 
 // What the loader and the thread share. The loader can go away at any time, so the thread reaches it only under the
@@ -145,7 +145,8 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
             }
             else if (silence.hasExpired(patience))
             {
-                throw Failure{Text::tr("cannot be read: nothing came of it for %1 seconds").arg(patience / 1000.0)};
+                throw Failure{
+                    MeshLoaderText::tr("cannot be read: nothing came of it for %1 seconds").arg(patience / 1000.0)};
             }
             else if (!process->waitForReadyRead(pollInterval))
             {
@@ -216,7 +217,7 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
         process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process->start(readerProgram(), {fileName}, QIODevice::ReadOnly);
         if (!process->waitForStarted(patience))
-            throw Failure{Text::tr("cannot be read: %1 does not start (%2)")
+            throw Failure{MeshLoaderText::tr("cannot be read: %1 does not start (%2)")
                               .arg(QDir::toNativeSeparators(readerProgram()), process->errorString())};
         for (MeshMessage message;;)
         {
@@ -251,12 +252,12 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
         }
         catch (const Failure& failure)
         {
-            error = Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), failure.text);
+            error = MeshLoaderText::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), failure.text);
         }
         catch (const std::bad_alloc&)
         {
-            error =
-                Text::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), Text::tr("needs more memory than there is"));
+            error = MeshLoaderText::tr("%1: %2").arg(QDir::toNativeSeparators(fileName),
+                                                     MeshLoaderText::tr("needs more memory than there is"));
         }
         process->kill();
         process->waitForFinished();

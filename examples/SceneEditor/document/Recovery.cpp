@@ -22,7 +22,7 @@ const QLatin1String lockSuffix(".lock");
 constexpr int longestName = 16 * 1024; // bytes
 constexpr int OrphanDays = 7;
 
-struct Text
+struct RecoveryText
 {
     Q_DECLARE_TR_FUNCTIONS(Recovery)
 };
@@ -82,7 +82,7 @@ bool Recovery::store(const Scene& scene, const QString& document, QString* error
         m_lock = lockOf(base);
         if (!m_lock)
         {
-            *error = Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(folder()));
+            *error = RecoveryText::tr("%1: cannot be written").arg(QDir::toNativeSeparators(folder()));
             return false;
         }
         m_base = base;
@@ -91,7 +91,7 @@ bool Recovery::store(const Scene& scene, const QString& document, QString* error
     const QByteArray name = document.toUtf8();
     if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(name) == name.size() && file.commit())
         return writeScene(scene, copyFile(), error);
-    *error = Text::tr("%1: cannot be written").arg(QDir::toNativeSeparators(file.fileName()));
+    *error = RecoveryText::tr("%1: cannot be written").arg(QDir::toNativeSeparators(file.fileName()));
     return false;
 }
 

@@ -12,7 +12,7 @@ namespace
 {
 constexpr int MaximumTextLength = 4096; // characters of a name or a file name
 
-struct Text
+struct SceneDescriptionText
 {
     Q_DECLARE_TR_FUNCTIONS(Scene)
 };
@@ -30,35 +30,35 @@ void setRange(Property property, const Range& range)
 Type describeCamera()
 {
     Description<Camera> d(QStringLiteral("Camera"));
-    d.section(Text::tr("Camera"));
+    d.section(SceneDescriptionText::tr("Camera"));
     setRange(d.vector("target", &Camera::target)
-                 .title(Text::tr("Target"))
+                 .title(SceneDescriptionText::tr("Target"))
                  .units(Metres)
-                 .toolTip(Text::tr("The point that the camera looks at")),
+                 .toolTip(SceneDescriptionText::tr("The point that the camera looks at")),
              ranges::coordinate);
     setRange(d.number("distance", &Camera::distance)
-                 .title(Text::tr("Distance"))
+                 .title(SceneDescriptionText::tr("Distance"))
                  .units(Metres)
                  .logarithmic()
-                 .toolTip(Text::tr("From the target to the camera")),
+                 .toolTip(SceneDescriptionText::tr("From the target to the camera")),
              ranges::cameraDistance);
     setRange(d.number("azimuth", &Camera::azimuth)
-                 .title(Text::tr("Azimuth"))
+                 .title(SceneDescriptionText::tr("Azimuth"))
                  .units(Degrees)
                  .step(1.0)
-                 .toolTip(Text::tr("Where the camera stands around the target")),
+                 .toolTip(SceneDescriptionText::tr("Where the camera stands around the target")),
              ranges::azimuth);
     setRange(d.number("elevation", &Camera::elevation)
-                 .title(Text::tr("Elevation"))
+                 .title(SceneDescriptionText::tr("Elevation"))
                  .units(Degrees)
                  .step(1.0)
-                 .toolTip(Text::tr("How high the camera stands; above 0 it looks down")),
+                 .toolTip(SceneDescriptionText::tr("How high the camera stands; above 0 it looks down")),
              ranges::cameraElevation);
     setRange(d.number("fieldOfView", &Camera::fieldOfView)
-                 .title(Text::tr("Field of view"))
+                 .title(SceneDescriptionText::tr("Field of view"))
                  .units(Degrees)
                  .step(1.0)
-                 .toolTip(Text::tr("Opening angle from bottom to top")),
+                 .toolTip(SceneDescriptionText::tr("Opening angle from bottom to top")),
              ranges::fieldOfView);
     return d.type();
 }
@@ -66,165 +66,173 @@ Type describeCamera()
 Type describeLight()
 {
     Description<Light> d(QStringLiteral("Light"));
-    d.section(Text::tr("Light"));
+    d.section(SceneDescriptionText::tr("Light"));
     d.choice("kind", &Light::kind)
-        .entry(QStringLiteral("directional"), Text::tr("Directional"), LightKind::Directional)
-        .entry(QStringLiteral("point"), Text::tr("Point"), LightKind::Point)
-        .entry(QStringLiteral("spot"), Text::tr("Spot"), LightKind::Spot)
-        .title(Text::tr("Kind"))
-        .toolTip(Text::tr("A directional light shines from far away, a point light from its place, a spot light from "
-                          "its place towards the origin"));
-    d.colour("colour", &Light::colour).title(Text::tr("Colour")).toolTip(Text::tr("Red, green and blue from 0 to 1"));
+        .entry(QStringLiteral("directional"), SceneDescriptionText::tr("Directional"), LightKind::Directional)
+        .entry(QStringLiteral("point"), SceneDescriptionText::tr("Point"), LightKind::Point)
+        .entry(QStringLiteral("spot"), SceneDescriptionText::tr("Spot"), LightKind::Spot)
+        .title(SceneDescriptionText::tr("Kind"))
+        .toolTip(SceneDescriptionText::tr(
+            "A directional light shines from far away, a point light from its place, a spot light from "
+            "its place towards the origin"));
+    d.colour("colour", &Light::colour)
+        .title(SceneDescriptionText::tr("Colour"))
+        .toolTip(SceneDescriptionText::tr("Red, green and blue from 0 to 1"));
     d.number("intensity", &Light::intensity)
-        .title(Text::tr("Intensity"))
+        .title(SceneDescriptionText::tr("Intensity"))
         .units(Factor)
         .range(0.01, 100.0)
         .logarithmic()
-        .toolTip(Text::tr("Strength of the light"));
+        .toolTip(SceneDescriptionText::tr("Strength of the light"));
     setRange(d.number("azimuth", &Light::azimuth)
-                 .title(Text::tr("Azimuth"))
+                 .title(SceneDescriptionText::tr("Azimuth"))
                  .units(Degrees)
                  .step(1.0)
-                 .toolTip(Text::tr("Where the light stands around the scene")),
+                 .toolTip(SceneDescriptionText::tr("Where the light stands around the scene")),
              ranges::azimuth);
     d.number("elevation", &Light::elevation)
-        .title(Text::tr("Elevation"))
+        .title(SceneDescriptionText::tr("Elevation"))
         .units(Degrees)
         .range(-90.0, 90.0)
         .step(1.0)
-        .toolTip(Text::tr("How high the light stands"));
+        .toolTip(SceneDescriptionText::tr("How high the light stands"));
     d.number("distance", &Light::distance)
-        .title(Text::tr("Distance"))
+        .title(SceneDescriptionText::tr("Distance"))
         .units(Metres)
         .range(0.1, 1000.0)
         .logarithmic()
         .enabledWhen([](const Light& light) { return light.kind != LightKind::Directional; })
-        .toolTip(Text::tr("From the origin to the light"));
+        .toolTip(SceneDescriptionText::tr("From the origin to the light"));
     const auto isSpot = [](const Light& light) { return light.kind == LightKind::Spot; };
     d.number("coneAngle", &Light::coneAngle)
-        .title(Text::tr("Cone"))
+        .title(SceneDescriptionText::tr("Cone"))
         .units(Degrees)
         .range(1.0, 120.0)
         .step(1.0)
         .enabledWhen(isSpot)
-        .toolTip(Text::tr("Opening of a spot light from edge to edge"));
+        .toolTip(SceneDescriptionText::tr("Opening of a spot light from edge to edge"));
     d.number("coneSoftness", &Light::coneSoftness)
-        .title(Text::tr("Cone softness"))
+        .title(SceneDescriptionText::tr("Cone softness"))
         .step(0.01)
         .enabledWhen(isSpot)
-        .toolTip(Text::tr("How much of the cone fades towards its edge: 0 is sharp"));
+        .toolTip(SceneDescriptionText::tr("How much of the cone fades towards its edge: 0 is sharp"));
     d.number("ambient", &Light::ambient)
-        .title(Text::tr("Ambient"))
+        .title(SceneDescriptionText::tr("Ambient"))
         .units(Factor)
         .range(0.0, 4.0)
         .step(0.01)
-        .toolTip(Text::tr("Strength of the light from the surroundings"));
+        .toolTip(SceneDescriptionText::tr("Strength of the light from the surroundings"));
     d.powerOfTwo("shadowMapSize", &Light::shadowMapSize)
-        .title(Text::tr("Shadow size"))
+        .title(SceneDescriptionText::tr("Shadow size"))
         .units(QStringLiteral("px"))
         .range(16, 4096)
         .enabledWhen([](const Light& light) { return light.shadows; })
-        .toolTip(Text::tr("Edge of the shadow map: larger is sharper and slower"));
-    d.flag("shadows", &Light::shadows).title(Text::tr("Shadows")).toolTip(Text::tr("Whether the light casts shadows"));
+        .toolTip(SceneDescriptionText::tr("Edge of the shadow map: larger is sharper and slower"));
+    d.flag("shadows", &Light::shadows)
+        .title(SceneDescriptionText::tr("Shadows"))
+        .toolTip(SceneDescriptionText::tr("Whether the light casts shadows"));
     return d.type();
 }
 
 Type describeAnimation()
 {
     Description<Animation> d(QStringLiteral("Animation"));
-    d.section(Text::tr("Animation"));
+    d.section(SceneDescriptionText::tr("Animation"));
     d.number("turntableSpeed", &Animation::turntableSpeed)
-        .title(Text::tr("Turntable"))
+        .title(SceneDescriptionText::tr("Turntable"))
         .units(QStringLiteral("°/s"))
         .range(-360.0, 360.0)
         .step(5.0)
         .live(false)
-        .toolTip(Text::tr("Speed of the turntable; changes when the handle is let go"));
+        .toolTip(SceneDescriptionText::tr("Speed of the turntable; changes when the handle is let go"));
     d.flag("playing", &Animation::playing)
-        .title(Text::tr("Play"))
-        .toolTip(Text::tr("Turn the objects about the camera's target"));
+        .title(SceneDescriptionText::tr("Play"))
+        .toolTip(SceneDescriptionText::tr("Turn the objects about the camera's target"));
     return d.type();
 }
 
 Type describeView()
 {
     Description<View> d(QStringLiteral("View"));
-    d.section(Text::tr("View"));
+    d.section(SceneDescriptionText::tr("View"));
     d.choice("shading", &View::shading)
-        .entry(QStringLiteral("lit"), Text::tr("Lit"), ShadingMode::Lit)
-        .entry(QStringLiteral("flat"), Text::tr("Flat"), ShadingMode::Flat)
-        .entry(QStringLiteral("normals"), Text::tr("Normals"), ShadingMode::Normals)
-        .entry(QStringLiteral("wireframe"), Text::tr("Wireframe"), ShadingMode::Wireframe)
-        .title(Text::tr("Shading"))
-        .toolTip(Text::tr("What the view shows of the objects"));
+        .entry(QStringLiteral("lit"), SceneDescriptionText::tr("Lit"), ShadingMode::Lit)
+        .entry(QStringLiteral("flat"), SceneDescriptionText::tr("Flat"), ShadingMode::Flat)
+        .entry(QStringLiteral("normals"), SceneDescriptionText::tr("Normals"), ShadingMode::Normals)
+        .entry(QStringLiteral("wireframe"), SceneDescriptionText::tr("Wireframe"), ShadingMode::Wireframe)
+        .title(SceneDescriptionText::tr("Shading"))
+        .toolTip(SceneDescriptionText::tr("What the view shows of the objects"));
     d.number("exposure", &View::exposure)
-        .title(Text::tr("Exposure"))
+        .title(SceneDescriptionText::tr("Exposure"))
         .units(Factor)
         .range(0.01, 100.0)
         .logarithmic()
-        .toolTip(Text::tr("Brightness of the picture"));
+        .toolTip(SceneDescriptionText::tr("Brightness of the picture"));
     d.file("environmentImage", &View::environmentImage)
-        .title(Text::tr("Environment"))
+        .title(SceneDescriptionText::tr("Environment"))
         .maximumLength(MaximumTextLength)
-        .fileFilter(Text::tr("Images (*.png *.jpg *.jpeg *.bmp);;All files (*)"))
-        .toolTip(Text::tr("Picture of the surroundings, twice as wide as high"));
+        .fileFilter(SceneDescriptionText::tr("Images (*.png *.jpg *.jpeg *.bmp);;All files (*)"))
+        .toolTip(SceneDescriptionText::tr("Picture of the surroundings, twice as wide as high"));
     d.choice("textureFilter", &View::textureFilter)
-        .entry(QStringLiteral("nearest"), Text::tr("Nearest"), TextureFilter::Nearest)
-        .entry(QStringLiteral("bilinear"), Text::tr("Bilinear"), TextureFilter::Bilinear)
-        .entry(QStringLiteral("trilinear"), Text::tr("Trilinear"), TextureFilter::Trilinear)
-        .title(Text::tr("Filtering"))
-        .toolTip(Text::tr("How pictures on objects and of the surroundings are sampled"));
+        .entry(QStringLiteral("nearest"), SceneDescriptionText::tr("Nearest"), TextureFilter::Nearest)
+        .entry(QStringLiteral("bilinear"), SceneDescriptionText::tr("Bilinear"), TextureFilter::Bilinear)
+        .entry(QStringLiteral("trilinear"), SceneDescriptionText::tr("Trilinear"), TextureFilter::Trilinear)
+        .title(SceneDescriptionText::tr("Filtering"))
+        .toolTip(SceneDescriptionText::tr("How pictures on objects and of the surroundings are sampled"));
     d.flag("environmentBackground", &View::environmentBackground)
-        .title(Text::tr("Backdrop"))
-        .toolTip(Text::tr("The picture of the surroundings behind the scene, in place of the background colour"));
+        .title(SceneDescriptionText::tr("Backdrop"))
+        .toolTip(SceneDescriptionText::tr(
+            "The picture of the surroundings behind the scene, in place of the background colour"));
     d.colour("backgroundColour", &View::backgroundColour)
-        .title(Text::tr("Background"))
-        .toolTip(Text::tr("Red, green and blue from 0 to 1"));
-    d.flag("grid", &View::grid).title(Text::tr("Grid")).toolTip(Text::tr("Lines on the floor"));
+        .title(SceneDescriptionText::tr("Background"))
+        .toolTip(SceneDescriptionText::tr("Red, green and blue from 0 to 1"));
+    d.flag("grid", &View::grid)
+        .title(SceneDescriptionText::tr("Grid"))
+        .toolTip(SceneDescriptionText::tr("Lines on the floor"));
     d.number("gridCellSize", &View::gridCellSize)
-        .title(Text::tr("Grid cell"))
+        .title(SceneDescriptionText::tr("Grid cell"))
         .units(Metres)
         .range(0.001, 1000.0)
         .logarithmic()
         .enabledWhen([](const View& view) { return view.grid; })
-        .toolTip(Text::tr("Edge of a cell of the grid"));
+        .toolTip(SceneDescriptionText::tr("Edge of a cell of the grid"));
     d.powerOfTwo("gridExtent", &View::gridExtent)
-        .title(Text::tr("Grid extent"))
-        .units(Text::tr("cells"))
+        .title(SceneDescriptionText::tr("Grid extent"))
+        .units(SceneDescriptionText::tr("cells"))
         .range(1, 1024)
         .enabledWhen([](const View& view) { return view.grid; })
-        .toolTip(Text::tr("From the centre to an edge"));
+        .toolTip(SceneDescriptionText::tr("From the centre to an edge"));
     d.flag("highlightSelection", &View::highlightSelection)
-        .title(Text::tr("Outline"))
-        .toolTip(Text::tr("A line around the selected objects"));
+        .title(SceneDescriptionText::tr("Outline"))
+        .toolTip(SceneDescriptionText::tr("A line around the selected objects"));
     return d.type();
 }
 
 Type describeMaterial()
 {
     Description<Material> d(QStringLiteral("Material"));
-    d.section(Text::tr("Material"));
+    d.section(SceneDescriptionText::tr("Material"));
     d.colour("baseColour", &Material::baseColour)
-        .title(Text::tr("Base colour"))
-        .toolTip(Text::tr("Red, green and blue from 0 to 1"));
+        .title(SceneDescriptionText::tr("Base colour"))
+        .toolTip(SceneDescriptionText::tr("Red, green and blue from 0 to 1"));
     setRange(d.number("roughness", &Material::roughness)
-                 .title(Text::tr("Roughness"))
+                 .title(SceneDescriptionText::tr("Roughness"))
                  .step(0.005)
-                 .toolTip(Text::tr("0 is a mirror, 1 is chalk")),
+                 .toolTip(SceneDescriptionText::tr("0 is a mirror, 1 is chalk")),
              ranges::unit);
     setRange(d.number("metallic", &Material::metallic)
-                 .title(Text::tr("Metallic"))
+                 .title(SceneDescriptionText::tr("Metallic"))
                  .step(0.005)
-                 .toolTip(Text::tr("0 is plastic or stone, 1 is bare metal")),
+                 .toolTip(SceneDescriptionText::tr("0 is plastic or stone, 1 is bare metal")),
              ranges::unit);
     d.colour("emissionColour", &Material::emissionColour)
-        .title(Text::tr("Emission colour"))
-        .toolTip(Text::tr("Colour of the light that the material gives off"));
+        .title(SceneDescriptionText::tr("Emission colour"))
+        .toolTip(SceneDescriptionText::tr("Colour of the light that the material gives off"));
     setRange(d.number("emission", &Material::emission)
-                 .title(Text::tr("Emission"))
+                 .title(SceneDescriptionText::tr("Emission"))
                  .units(Factor)
                  .step(0.1)
-                 .toolTip(Text::tr("Strength of the light that the material gives off")),
+                 .toolTip(SceneDescriptionText::tr("Strength of the light that the material gives off")),
              ranges::emission);
     return d.type();
 }
@@ -232,32 +240,32 @@ Type describeMaterial()
 Type describeObject(bool isPanel)
 {
     Description<Object> d(QStringLiteral("Object"));
-    d.section(Text::tr("Object"));
+    d.section(SceneDescriptionText::tr("Object"));
     d.text("name", &Object::name)
-        .title(Text::tr("Name"))
+        .title(SceneDescriptionText::tr("Name"))
         .maximumLength(MaximumTextLength)
         .defaultValue({})
-        .toolTip(Text::tr("Name of the selected object"));
+        .toolTip(SceneDescriptionText::tr("Name of the selected object"));
     if (!isPanel)
     {
-        d.file("mesh", &Object::meshFile).title(Text::tr("Mesh")).maximumLength(MaximumTextLength);
-        d.flag("visible", &Object::visible).title(Text::tr("Visible"));
+        d.file("mesh", &Object::meshFile).title(SceneDescriptionText::tr("Mesh")).maximumLength(MaximumTextLength);
+        d.flag("visible", &Object::visible).title(SceneDescriptionText::tr("Visible"));
     }
     setRange(d.vector("position", &Object::position)
-                 .title(Text::tr("Position"))
+                 .title(SceneDescriptionText::tr("Position"))
                  .units(Metres)
-                 .toolTip(Text::tr("Position of the object's origin")),
+                 .toolTip(SceneDescriptionText::tr("Position of the object's origin")),
              ranges::coordinate);
     d.vector("rotation", &Object::rotation)
-        .title(Text::tr("Rotation"))
+        .title(SceneDescriptionText::tr("Rotation"))
         .units(Degrees)
         .range(-360.0, 360.0)
-        .toolTip(Text::tr("Turn about X, then Y, then Z"));
+        .toolTip(SceneDescriptionText::tr("Turn about X, then Y, then Z"));
     d.vector("scale", &Object::scale)
-        .title(Text::tr("Scale"))
+        .title(SceneDescriptionText::tr("Scale"))
         .units(Factor)
         .range(0.001, 1000.0)
-        .toolTip(Text::tr("Factor along each axis"));
+        .toolTip(SceneDescriptionText::tr("Factor along each axis"));
     d.nested("material", &Object::material, describeMaterial());
     return d.type();
 }
@@ -268,12 +276,12 @@ Type describeScene(bool isPanel)
     d.nested("camera", &Scene::camera, describeCamera());
     d.nested("light", &Scene::light, describeLight());
     d.nested("animation", &Scene::animation, describeAnimation());
-    d.section(Text::tr("View"));
+    d.section(SceneDescriptionText::tr("View"));
     d.text("name", &Scene::name)
-        .title(Text::tr("Scene name"))
+        .title(SceneDescriptionText::tr("Scene name"))
         .maximumLength(MaximumTextLength)
         .defaultValue({})
-        .toolTip(Text::tr("Name of the scene"));
+        .toolTip(SceneDescriptionText::tr("Name of the scene"));
     d.nested("view", &Scene::view, describeView());
     if (!isPanel)
         d.list("objects", &Scene::objects, objectType()).maximumLength(maximumObjectCount);

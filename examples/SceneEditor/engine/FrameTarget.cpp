@@ -6,7 +6,7 @@ namespace sceneeditor
 {
 namespace
 {
-struct Text
+struct FrameTargetText
 {
     Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
 };
@@ -24,7 +24,8 @@ bool FrameTarget::resize(Gl* gl, const QSize& size, int samples, QString* error)
     granted = qMin(granted, samples);
     if (size.width() > largest || size.height() > largest)
     {
-        *error = Text::tr("The view is larger than %1 pixels, the limit of the graphics driver").arg(largest);
+        *error =
+            FrameTargetText::tr("The view is larger than %1 pixels, the limit of the graphics driver").arg(largest);
         return false;
     }
     gl->glGenFramebuffers(1, &m_pictureFrame);
@@ -60,7 +61,7 @@ bool FrameTarget::resize(Gl* gl, const QSize& size, int samples, QString* error)
             break;
         if (granted == 0)
         {
-            *error = Text::tr("The graphics driver has no frame buffer of %1 x %2 pixels")
+            *error = FrameTargetText::tr("The graphics driver has no frame buffer of %1 x %2 pixels")
                          .arg(size.width())
                          .arg(size.height());
             return false;

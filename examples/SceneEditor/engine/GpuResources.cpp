@@ -38,7 +38,7 @@ Gl* functionsOf(QOpenGLContext* context)
 #endif
 }
 
-struct Text
+struct GpuResourcesText
 {
     Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
 };
@@ -62,7 +62,7 @@ bool link(QOpenGLShaderProgram& program, const QString& vertex, const QStringLis
     if (program.addShaderFromSourceCode(QOpenGLShader::Vertex, source({vertex})) &&
         program.addShaderFromSourceCode(QOpenGLShader::Fragment, source(fragment)) && program.link())
         return true;
-    *error = Text::tr("The graphics driver refuses a shader: %1").arg(program.log().simplified());
+    *error = GpuResourcesText::tr("The graphics driver refuses a shader: %1").arg(program.log().simplified());
     return false;
 }
 
@@ -221,7 +221,7 @@ std::unique_ptr<GpuResources> GpuResources::create(QString* error)
     auto* gl = context ? functionsOf(context) : nullptr;
     if (!gl || !gl->initializeOpenGLFunctions())
     {
-        *error = Text::tr("The graphics driver has no OpenGL 3.3");
+        *error = GpuResourcesText::tr("The graphics driver has no OpenGL 3.3");
         return nullptr;
     }
     r.m_gl = gl;
