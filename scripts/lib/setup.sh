@@ -32,6 +32,8 @@ build_packages=(cmake ninja-build g++ "${qt_packages[@]}" libassimp-dev libtinyo
 vulkan_packages=(libvulkan-dev libxcb1-dev glslang-tools mesa-vulkan-drivers)
 ogre_packages=(libogre-1.12-dev libxcb1-dev)
 x_server_packages=(xvfb xauth)
+# The sanitized build is made by clang++ with clazy, which looks for mistakes in the use of Qt.
+sanitizer_packages=(clang clazy)
 # Reads the widgets like a screen reader, in a test.
 accessibility_packages=(at-spi2-core python3-pyatspi dbus-daemon)
 # QDoc reads C++ with clang's library and needs its headers, which that package does not include.
@@ -94,7 +96,8 @@ configure_and_build() {
     mkdir -p build
     cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
     say "Building build/$preset"
-    cmake --build "build/$preset" "${targets[@]}" >&2
+    # By the preset, which may set what the compiler finds in its environment.
+    cmake --build --preset "$preset" "${targets[@]}" >&2
 }
 
 # with_display COMMAND...: runs it on the current display, or on a virtual X server that lives as long as the command.
