@@ -3,7 +3,8 @@ Structs of plain data are classes whose members are variables.
 
 A comment (//!) serves the function below it with its overloads and its setter; the first and only one between two blank
 lines serves all functions there. Functions that read or write a property are part of the entry of the property. A page
-fetches the description of its class with `\\include classes.qdocinc NAME`."""
+fetches the first sentence about its class with `\\include briefs.qdocinc NAME`, and the rest with `\\include
+classes.qdocinc NAME`."""
 import itertools
 import re
 
@@ -11,18 +12,19 @@ CLASS = re.compile(r"(?:class|struct) (?:\w+_EXPORT )?(\w+)\b(?!.*;)")
 COMMENT = re.compile(r"\s*//! ?(.*)")
 ACCESS = re.compile(r"(public|protected|private|signals|Q_SIGNALS)\b[\w ]*:$")
 PROPERTY = re.compile(r"Q_PROPERTY\(.*?(\w+) READ (\w+)(?: WRITE (\w+))?")
-FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\w+_EXPORT|\[\[\w+\]\]) )*(.*?)(~?\w+)\((.*)\)( const)?"
-                      r"(?: noexcept)?(?: override)?(?: = 0| = default)?(?:;| ?\{.*\})$")
+FUNCTION = re.compile(r"(?:(?:explicit|virtual|static|inline|Q_INVOKABLE|\w+_EXPORT|\[\[\w+\]\]) )*"
+                      r"(.*?)(~?\w+)\((.*)\)( const)?(?: noexcept)?(?: override)?(?: = 0| = default)?(?:;| ?\{.*\})$")
 VARIABLE = re.compile(r"(.*?\W)(\w+)(?: = .*)?;$")
-ENUMERATION = re.compile(r"((?:^ *//!.*\n)+)( *)enum class (\w+)\n *\{\n((?:.*\n)*?) *\};", re.M)
-FREE_FUNCTION = re.compile(r"((?:^//!.*\n)+)\w+_EXPORT (.*\w )(\w+)(\(.*\));", re.M)
+ENUMERATION = re.compile(r"((?:^ *//!.*\n)*)( *)enum class (\w+)\n *\{\n((?:.*\n)*?) *\};", re.M)
+FREE_FUNCTION = re.compile(r"((?:^//!.*\n)*)\w+_EXPORT (.*\w )(\w+)(\(.*\));", re.M)
 # Qt documents what is overridden; the others are not for hosts.
 EXEMPT = re.compile(r"^[^~]*\boverride\b|= delete|^(friend|using|class|struct|enum|QT_|Q_(?!PROPERTY|INVOKABLE))")
 
 
 def installed_headers(folder):
     """The headers of the engine's interfaces, of templates, and those with an exported class or a struct with exports."""
-    templates = re.search(r"ORVEK_HOST_TEMPLATES ([^)]*)", (folder / "Host/CMakeLists.txt").read_text(encoding="utf-8"))[1]
+    build = (folder / "Host/CMakeLists.txt").read_text(encoding="utf-8")
+    templates = re.search(r"ORVEK_HOST_TEMPLATES ([^)]*)", build)[1]
     return [path for path in sorted(folder.rglob("*.h"))
             if path.relative_to(folder).parts[0] in ("Base", "CrossPlatform") or path.stem in templates.split()
             or re.search(r"^class \w+_EXPORT |^struct \w+\n(?s:.*)_EXPORT ", path.read_text(encoding="utf-8"), re.M)]
@@ -58,7 +60,8 @@ def declarations(path):
         # What is defined in the class ends where its body begins.
         statement += ";" if in_body else f" {line.split('//')[0].strip()}"
         statement = re.sub(r"\) : \w.*\{\}$", ");", statement.strip())
-        if name and statement and statement[-1] not in (":;})" if statement.startswith("Q") else ":;}") and statement != "Q_OBJECT":
+        ends = ":;})" if statement.startswith("Q") else ":;}"
+        if name and statement and statement[-1] not in ends and statement != "Q_OBJECT":
             continue
         if CLASS.match(line):
             name, visible = "::".join([*namespaces, CLASS.match(line).group(1)]), line.startswith("struct")
@@ -87,20 +90,23 @@ def declarations(path):
 
 
 def others(path):
-    """Yields a block for each enumeration, and for each function beside the class that the header is named after."""
+    """Yields a block and a name for each enumeration, and for each function beside the class that the header is named
+    after; the block is empty where there is no comment."""
     text = path.read_text(encoding="utf-8")
     scope = "::".join(re.findall(r"^namespace ([\w:]+)", text, re.M))
     relates = f"\\relates {scope}::{path.stem}"
     for comment, indent, name, body in ENUMERATION.findall(text):
         values = re.findall(r"^ *(\w+)\b,?(?: *//!< (.*))?", body, re.M)
-        yield "\n".join([f"\\enum {scope}::{path.stem}::{name}" if indent else f"\\enum {scope}::{name}\n{relates}",
-                         marked_up(re.findall("//! ?(.*)", comment)), "",
-                         *(f"\\value {value} {meaning}" for value, meaning in values)])
+        yield comment and "\n".join([
+            f"\\enum {scope}::{path.stem}::{name}" if indent else f"\\enum {scope}::{name}\n{relates}",
+            marked_up(re.findall("//! ?(.*)", comment)), "",
+            *(f"\\value {value} {meaning}" for value, meaning in values)]), name
     for comment, returns, function, parameters in FREE_FUNCTION.findall(text):
         names = ", ".join(f"\\a {name}" for name in re.findall(r"(\w+)(?=[,)])", parameters))
         text = re.sub("^Whether", "Returns whether", marked_up(re.findall("//! ?(.*)", comment)))
         # QDoc wants all of them named.
-        yield "\n".join([f"\\fn {returns}{scope}::{function}{parameters}", relates, text, "", f"Parameters: {names}."])
+        yield comment and "\n".join([
+            f"\\fn {returns}{scope}::{function}{parameters}", relates, text, "", f"Parameters: {names}."]), function
 
 
 def marked_up(comment, parameters=()):
@@ -110,6 +116,15 @@ def marked_up(comment, parameters=()):
     for parameter in parameters:
         text = re.sub(rf'(?<![\w"])(?<!\\a ){parameter}\b(?![\w"(])', rf"\\a {parameter}", text)
     return text
+
+
+def of_template(name, parameters, returns):
+    """The name of a class template and what stands before a member's, as \\fn wants them outside of the class."""
+    arguments = ", ".join(re.findall(r"\w+ (\w+)", parameters))
+    inner, returns = re.match(r"(template <.*?> )?(.*)", returns).groups(default="")
+    short = name.rpartition("::")[2]
+    returns = re.sub(rf"^{short} ", f"{short}<{arguments}> ", returns)
+    return f"{name}<{arguments}>", f"template <{parameters}> {re.sub(' = [^,>]+', '', inner)}{returns}"
 
 
 def write(folder, output):
@@ -143,13 +158,9 @@ def write(folder, output):
                     texts.append(f"\\c {{{member}()}}: {text}" if member.startswith("set") else text)
                 continue
             elif function:
-                qualified, template = name, re.match(r"(template <.*?>) (.*)", returns)
+                qualified = name
                 if name in templates:
-                    arguments = ", ".join(re.findall(r"\w+ (\w+)", templates[name]))
-                    qualified = f"{name}<{arguments}>"
-                    inner, returns = template.groups() if template else ("", returns)
-                    returns = re.sub(rf"^{short} ", f"{short}<{arguments}> ", returns)
-                    returns = f"template <{templates[name]}> {re.sub(' = [^,>]+', '', inner)} {returns}"
+                    qualified, returns = of_template(name, templates[name], returns)
                 if member == f"~{short}" and not comment:
                     continue
                 if member == short and "parent" in parameters:
@@ -174,7 +185,10 @@ def write(folder, output):
         texts[0] = re.sub(r"\. (?=[A-Z])", ".\n\n", texts[0], count=1)
         blocks.append("\n\n".join([f"\\property {name}::{member}\n\\brief {texts[0]}", *texts[1:]]))
     for path in installed_headers(folder):
-        blocks += others(path)
+        for block, name in others(path):
+            blocks.append(block)
+            if not block:
+                missing.append(f"{path}: no comment for {name}")
     # QDoc takes the first name that begins with the one it looks for.
     classes = dict(sorted(classes.items()))
     files = {"members.qdoc": [f"/*!\n{block}\n*/" for block in blocks],
