@@ -1,10 +1,10 @@
 """Writes what the pages say about members, and the descriptions of classes, from the comments in the installed headers.
 Structs of plain data are classes whose members are variables.
 
-A comment (//!) serves the function below it with its overloads and its setter; the first and only one between two blank
-lines serves all functions there. Functions that read or write a property are part of the entry of the property. A page
-fetches the first sentence about its class with `\\include briefs.qdocinc NAME`, and the rest with `\\include
-classes.qdocinc NAME`."""
+A comment (//!) serves the function below it with its overloads and its setter. One that begins with "Each", or is the first
+and only one between two blank lines, serves all functions below it. Functions that read or write a property are part of
+the property's entry. A page fetches the first sentence about its class with `\\include briefs.qdocinc NAME`, and the rest
+with `\\include classes.qdocinc NAME`."""
 import itertools
 import re
 
@@ -31,7 +31,10 @@ def installed_headers(folder):
 
 
 def serves_block(lines, first):
-    """Whether the comment that begins there is the first and only one between two blank lines."""
+    """Whether the comment that begins there is for all functions below it."""
+    if lines[first].strip().startswith("//! Each "):
+        return True
+
     def ends(line):
         return not line.strip() or ACCESS.match(line.strip())
     declared = itertools.dropwhile(COMMENT.match, itertools.takewhile(lambda line: not ends(line), lines[first:]))
