@@ -162,6 +162,9 @@ private Q_SLOTS:
         showActive(window);
         auto* button = new ColourButton(edit, &window);
         button->openDialog();
+        showActive(window);
+        button->openDialog(); // comes back to the front
+        QTRY_COMPARE(QApplication::activeWindow(), button->dialog());
         button->dialog()->setCurrentColor(Qt::red);
         delete button;
         QCOMPARE(edit->value(), QVector3D());

@@ -301,8 +301,14 @@ private Q_SLOTS:
                                  isWhole(child<QLabel>(*rows.slider, "units"));
             QCOMPARE(isUncut, isEnough);
         }
+        rows.slider->setTitle(longText); // most of the width
+        settle();
+        rows.window->resize(aligner.uncutWidth() + rows.window->width() - rows.panel.panel.width(), 900);
+        settle();
+        QVERIFY(isWhole(child<QLabel>(*rows.slider, "label")));
+        const int wide = aligner.uncutWidth();
         aligner.setTitleShare(0.9);
-        QVERIFY(aligner.uncutWidth() < width);
+        QVERIFY(aligner.uncutWidth() < wide);
     }
 
     void outlivesItsRoot()

@@ -198,6 +198,7 @@ private Q_SLOTS:
         add(slider, "1e0 + log10(1e2)", 3.0, "3");
         add(slider, "2min(0.2m*2,0.5)", 0.8, "0.8");
         add(create<PercentEdit>, "50 %/2", 0.25, "25 %");
+        add(create<PercentEdit>, "+=25 %", 0.25, "25 %");
         add(create<QIntSliderEdit>, "2.6*10", 26, "26");
         add(create<QIntSliderEdit>, "99999999999", 100, "100");
         add(create<QIntSliderEdit>, "letters", {}, "0");
@@ -383,8 +384,12 @@ private Q_SLOTS:
         input.reset(); // the inner one follows
         QCOMPARE(reset->focusPolicy(), Qt::StrongFocus);
         QCOMPARE(press(Qt::Key_Up), 1);
+        typeText(field, "0.5");
+        QCOMPARE(press(Qt::Key_Up), 3); // what is typed comes first
+        QCOMPARE(editor->value(), QVariant(0.51));
+        panel.panel.setStyleSheet("QLineEdit[invalid=true] { color: red }");
         QTest::keyClicks(field, "x");
-        QVERIFY(field->property("invalid").toBool());
+        QVERIFY(field->property("invalid").toBool() && field->palette().color(QPalette::Text) == QColor(Qt::red));
         QWidget elsewhere;
         editor->setParent(&elsewhere);
         QVERIFY(!field->property("invalid").isValid());

@@ -63,7 +63,8 @@ std::shared_ptr<const ObjectType> lampType()
     lamp.powerOfTwo("shadowSize", &Lamp::shadowSize)
         .title("Map size")
         .range(256, 4096)
-        .enabledWhen([](const Lamp& one) { return one.shadows; });
+        .enabledWhen([](const Lamp& one) { return one.shadows; })
+        .shownWhen([](const Lamp& one) { return one.samples < 256; });
     lamp.file("profile", &Lamp::profile).shownWhen([](const Lamp& one) { return one.shape == Shape::Spot; });
     lamp.list("filters", &Lamp::filters, filter.type());
     return lamp.type();
@@ -392,6 +393,10 @@ private Q_SLOTS:
         lamps.stack.redo();
         lamps.inspector.refresh();
         QVERIFY(!lamps.inspector.editor("filters[1].weight"));
+        // Each of several objects has a say.
+        lamps.lamps[1].samples = 256;
+        lamps.select(2);
+        QVERIFY(lamps.inspector.editor("shadowSize")->isHidden());
     }
 
     void closedSectionsAreFilledWhenSeen()
