@@ -15,11 +15,7 @@ inline void addHostLayouts()
     row("on top", "child:2@32 own",
         [](QVBoxLayout* column, QWidget* child) { column->insertWidget(0, child, 2, Qt::AlignTop); });
     row("stretch set afterwards", "own child:4",
-        [](QVBoxLayout* column, QWidget* child)
-        {
-            column->addWidget(child);
-            column->setStretchFactor(child, 4);
-        });
+        [](QVBoxLayout* column, QWidget* child) { column->addWidget(child), column->setStretchFactor(child, 4); });
     row("in a finished row", "own (child:2):5",
         [](QVBoxLayout* column, QWidget* child)
         {

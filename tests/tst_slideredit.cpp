@@ -347,22 +347,19 @@ private Q_SLOTS:
     void partsStandInOrderAndApart_data()
     {
         const Rows add;
-        const std::pair<Row, QVector<int>> rows[] = {
-            {Row::AsBuilt, {310, 600}}, {Row::Horizontal, {150, 270, 310, 340, 600}}, {Row::Vertical, {100, 270, 600}}};
-        const char* const names[] = {"as built", "horizontal", "vertical"};
-        for (const auto& [row, widths] : rows)
-            for (const int width : widths)
+        for (const Row row : {Row::AsBuilt, Row::Horizontal, Row::Vertical})
+            for (const int width : row == Row::AsBuilt ? QVector<int>{310, 600} : QVector<int>{100, 150, 270, 340, 600})
                 for (const bool buttons : {false, true})
                     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft})
-                        add(QByteArray(names[int(row)]) + ' ' + QByteArray::number(width) +
+                        add(QByteArray::number(int(row)) + ' ' + QByteArray::number(width) +
                                 (buttons ? ", buttons" : "") + (direction == Qt::RightToLeft ? ", right to left" : ""),
                             row, direction, buttons, width);
     }
 
     void partsStandInOrderAndApart()
     {
-        const auto [row, side, buttons, width] = Rows::current();
-        const Qt::LayoutDirection direction = side;
+        const auto [row, direction, buttons, width] = Rows::current();
+        const bool isDown = row == Row::Vertical;
         QWidget window;
         window.setLayoutDirection(direction);
         QSliderEdit edit(&window);
@@ -371,7 +368,7 @@ private Q_SLOTS:
         if (row == Row::Horizontal)
             edit.setOrientation(Qt::Vertical); // also the way back
         if (row != Row::AsBuilt)
-            edit.setOrientation(row == Row::Vertical ? Qt::Vertical : Qt::Horizontal);
+            edit.setOrientation(isDown ? Qt::Vertical : Qt::Horizontal);
         edit.setMinimumWidth(0);
         edit.resize(width, qMax(38, edit.sizeHint().height()));
         window.resize(700, 300);
@@ -380,63 +377,60 @@ private Q_SLOTS:
         edit.setShowButtons(buttons);
         QCoreApplication::processEvents();
 
-        QCOMPARE(edit.orientation(), row == Row::Vertical ? Qt::Vertical : Qt::Horizontal);
+        QCOMPARE(edit.orientation(), isDown ? Qt::Vertical : Qt::Horizontal);
         QCOMPARE(edit.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
+        const QMap<QString, int> fixed{{"label", 80},    {"decrement", 24}, {"increment", 24},
+                                       {"lineEdit", 80}, {"units", 40},     {"reset", 14}};
         const QList<QWidget*> parts = edit.findChildren<QWidget*>();
         QCOMPARE(parts.size(), 7);
         for (const QWidget* part : parts)
         {
-            const bool isStep = part->objectName().endsWith(QLatin1String("crement"));
-            QCOMPARE(part->isVisible(), buttons || !isStep);
-            if (edit.width() >= edit.minimumSizeHint().width() && part->isVisible())
-                QVERIFY2(edit.rect().contains(part->geometry()), qPrintable(part->objectName()));
-            for (const QWidget* other : parts)
-                if (part != other && part->isVisible() && other->isVisible())
-                    QVERIFY2(!part->geometry().intersects(other->geometry()),
-                             qPrintable(part->objectName() + QLatin1Char(' ') + other->objectName()));
+            const QString name = part->objectName();
+            QVERIFY2(part->isVisible() == (buttons || !name.endsWith("crement")), qPrintable(name));
+            QVERIFY2(!part->isVisible() || part->width() == fixed.value(name, part->width()), qPrintable(name));
+            QVERIFY2(edit.width() < edit.minimumSizeHint().width() || !part->isVisible() ||
+                         edit.rect().contains(part->geometry()),
+                     qPrintable(name));
         }
-        for (const auto& [name, fixed] :
-             {std::pair("label", 80), std::pair("decrement", 24), std::pair("increment", 24), std::pair("lineEdit", 80),
-              std::pair("units", 40), std::pair("reset", 14)})
-            if (child<QWidget>(edit, name)->isVisible())
-                QCOMPARE(child<QWidget>(edit, name)->width(), fixed);
-
-        const auto inOrder = [&edit, direction](Qt::Orientation axis, std::initializer_list<const char*> names)
+        const auto place = [&edit, isMirrored = direction == Qt::RightToLeft](const char* name)
         {
-            QVector<int> places;
-            for (const char* name : names)
-            {
-                const QWidget* part = child<QWidget>(edit, name);
-                if (part->isVisible())
-                    places += axis == Qt::Vertical ? part->y() : direction == Qt::RightToLeft ? -part->x() : part->x();
-            }
-            return std::is_sorted(places.begin(), places.end());
+            const QRect rect = child<QWidget>(edit, name)->geometry();
+            return isMirrored ? rect.translated(-rect.left() - rect.right(), 0) : rect;
         };
-        if (row == Row::Vertical)
+        const auto follow = [&](bool down, std::initializer_list<const char*> names)
         {
-            QVERIFY(inOrder(Qt::Vertical, {"label", "increment", "slider", "decrement", "lineEdit"}));
-            QVERIFY(inOrder(Qt::Horizontal, {"lineEdit", "units", "reset"}));
+            int end = std::numeric_limits<int>::min();
+            bool areApart = true;
+            for (const char* name : names)
+                if (child<QWidget>(edit, name)->isVisible())
+                {
+                    areApart = areApart && (down ? place(name).top() : place(name).left()) > end;
+                    end = down ? place(name).bottom() : place(name).right();
+                }
+            return areApart;
+        };
+        if (isDown)
+        {
+            for (const char* last : {"lineEdit", "units", "reset"})
+                QVERIFY(follow(true, {"label", "increment", "slider", "decrement", last}));
+            QVERIFY(follow(false, {"lineEdit", "units", "reset"}));
             // At any width the buttons keep to the slider, units and reset button to the field.
-            const auto place = [&edit](const char* name) { return child<QWidget>(edit, name)->geometry(); };
             for (const char* name : {"increment", "decrement"})
                 QVERIFY(!buttons || qAbs(place(name).center().x() - place("slider").center().x()) <= 1);
             const QRect group = place("lineEdit") | place("units") | place("reset");
             QCOMPARE(group.width(), 80 + 40 + 14 + 2);
             QCOMPARE(group.bottom(), edit.layout()->itemAt(2)->geometry().bottom());
-            const QRect column = place("increment") | place("slider") | place("decrement");
-            QCOMPARE(buttons ? column.top() : 0, buttons ? edit.layout()->itemAt(1)->geometry().top() : 0);
+            QCOMPARE(place(buttons ? "increment" : "slider").top(), edit.layout()->itemAt(1)->geometry().top());
         }
         else
-            QVERIFY(
-                inOrder(Qt::Horizontal, {"label", "decrement", "slider", "increment", "lineEdit", "units", "reset"}));
-        const QLayout* layout = edit.layout();
+            QVERIFY(follow(false, {"label", "decrement", "slider", "increment", "lineEdit", "units", "reset"}));
         if (row == Row::AsBuilt)
             return;
-        QCOMPARE(qobject_cast<const QVBoxLayout*>(layout) != nullptr, row == Row::Vertical);
-        QCOMPARE(layout->count(), 3);
-        QCOMPARE(layout->itemAt(0)->widget()->objectName(), QStringLiteral("label"));
-        QCOMPARE(layout->itemAt(1)->widget()->objectName(), QStringLiteral("slider"));
-        QCOMPARE(layout->itemAt(2)->widget()->objectName(), QStringLiteral("lineEdit"));
+        QCOMPARE(qobject_cast<const QVBoxLayout*>(edit.layout()) != nullptr, isDown);
+        QStringList items;
+        for (int i = 0; i < edit.layout()->count(); ++i)
+            items << edit.layout()->itemAt(i)->widget()->objectName();
+        QCOMPARE(items.join(' '), "label slider lineEdit");
     }
 
     void tipsAndHelpReachTheParts()
