@@ -144,15 +144,12 @@ private Q_SLOTS:
         {
             const QMetaProperty property = meta.property(i);
             const QVariant old = property.read(edit.get());
-            QVariant written(QString::number(old.toInt() + 1));
-            if (property.userType() == QMetaType::Bool)
-                written = !old.toBool();
-            else if (property.userType() == QMetaType::QVector3D)
-                written = QVector3D(1, 2, 3);
-            else if (property.isEnumType())
-                written = int(Qt::Vertical);
-            QVERIFY(property.write(edit.get(), written) && written.convert(property.read(edit.get()).userType()));
-            QVERIFY2(property.read(edit.get()) == written, property.name());
+            const bool isFlag = property.userType() == QMetaType::Bool;
+            const QVariant written = isFlag ? QVariant(!old.toBool()) : QVariant(QString::number(old.toInt() + 1));
+            if (property.isEnumType() || property.userType() == QMetaType::QVector3D) // in tests of their own
+                continue;
+            QVERIFY2(property.write(edit.get(), written), property.name());
+            QVERIFY2(property.read(edit.get()).toString() == written.toString(), property.name());
         }
     }
 

@@ -190,7 +190,7 @@ private Q_SLOTS:
         }
         check("60 resizes");
         second.dock->setFloating(true);
-        check("floating");
+        QTRY_VERIFY(isRight(second)); // and covers the first one
         second.dock->setFloating(false);
         check("back");
         window.tabifyDockWidget(first.dock, second.dock);
