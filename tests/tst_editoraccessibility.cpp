@@ -199,6 +199,7 @@ private Q_SLOTS:
                 QCOMPARE(bool(ask(line)->state().checked), open);
                 QVERIFY(interface->actionInterface()->actionNames().contains(action));
                 interface->actionInterface()->doAction(action);
+                interface->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
                 QCOMPARE(section->isOpen(), !open);
             }
         section->setTitle("Coat");
