@@ -47,14 +47,6 @@ inline QVector<QLineEdit*> fieldsOf(const QWidget& editor)
     return fields;
 }
 
-inline void showActive(QWidget& window)
-{
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-}
-
 //! The editor of a row of Kinds in its window, which the test shows.
 struct Hosted
 {

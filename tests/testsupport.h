@@ -56,6 +56,14 @@ inline void commitText(QLineEdit* field, const QString& text)
     QTest::keyClick(field, Qt::Key_Return);
 }
 
+inline void showActive(QWidget& window)
+{
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
 // A test's table of data. Its data function makes one and calls it for each row, the test asks for the current() one:
 //     const Sizes row;
 //     row("empty", 0, {});

@@ -136,7 +136,7 @@ private Q_SLOTS:
         for (const hostsupport::Kind& window : hostsupport::windowKinds)
         {
             Rows rows(760, window.create);
-            hostsupport::showActive(*rows.window);
+            showActive(*rows.window);
             QVERIFY(!rows.areInLine()); // without it
             ColumnAligner aligner(&rows.panel.panel);
             settle();
@@ -194,7 +194,7 @@ private Q_SLOTS:
         rows.text->setValue(longText);
         rows.file->setFilename("/somewhere/deep/in/the/directories/of/a/project/mesh.obj");
         rows.integer->setEnums({longText});
-        hostsupport::showActive(*rows.window);
+        showActive(*rows.window);
         auto* label = child<QLabel>(*rows.slider, "label");
         auto* x = child<QLineEdit>(*rows.vector, "x");
         auto* name = child<QLineEdit>(*rows.text, "lineEdit");
@@ -244,7 +244,7 @@ private Q_SLOTS:
         rows.integer->setTextWidth(33);
         rows.text->setValue(longText);
         child<QLineEdit>(*rows.text, "lineEdit")->home(false);
-        hostsupport::showActive(*rows.window);
+        showActive(*rows.window);
         rows.window->setFocus();
         const auto picture = [&rows] { return settle(), painted(rows.window.get()); };
         const QImage before = picture();
@@ -289,7 +289,7 @@ private Q_SLOTS:
         rows.slider->setUnits("cd/m²");
         auto* field = child<QLineEdit>(*rows.colour, "blue");
         field->setText("-8.88888e-88");
-        hostsupport::showActive(*rows.window);
+        showActive(*rows.window);
         ColumnAligner aligner(&rows.panel.panel);
         settle();
         const int width = aligner.uncutWidth() + rows.window->width() - rows.panel.panel.width();
@@ -315,7 +315,7 @@ private Q_SLOTS:
     {
         auto rows = std::make_unique<Rows>(420);
         ColumnAligner aligner(&rows->panel.panel);
-        hostsupport::showActive(*rows->window);
+        showActive(*rows->window);
         rows->panel.panel.setFont(QFont("Sans", 17)); // a pass is asked for
         rows.reset();
         settle();

@@ -274,8 +274,7 @@ private:
     static void checkForm(const std::unique_ptr<QWidget>& form)
     {
         QVERIFY(form);
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form.get()));
+        showActive(*form);
 
         const auto* intensity = child<QSliderEdit>(*form, "intensity");
         QCOMPARE(intensity->maximum(), 8.0);

@@ -72,7 +72,7 @@ private Q_SLOTS:
         QWidget* row = hosted.editor;
         row->setProperty("showButtons", true);
         hostsupport::setTitle(row, "Roughness");
-        hostsupport::showActive(*hosted.window);
+        showActive(*hosted.window);
         const QStringList without = focusableNames(ask(row));
         QVERIFY(!without.isEmpty() && without.filter("Roughness").isEmpty());
         for (int round = 0; round < 2; ++round)
@@ -101,7 +101,7 @@ private Q_SLOTS:
         auto* colour = Panel::addRow<QColourEdit>(section, "Glow");
         Panel::addRow<QFileEdit>(section, "Mesh");
         Panel::contentsOf(section)->layout()->addWidget(new QFileEdit);
-        hostsupport::showActive(panel.panel);
+        showActive(panel.panel);
         QCOMPARE(ask(colour)->child(0)->object()->objectName(), QString("blue")); // without it
         const Installed installed;
         const QStringList rows[] = {{"Surface", "section"},
@@ -210,7 +210,7 @@ private Q_SLOTS:
     {
         QLabelEdit editor;
         editor.resize(500, 40);
-        hostsupport::showActive(editor);
+        showActive(editor);
         auto* field = child<QLineEdit>(editor, "lineEdit");
         field->setFocus();
         const auto steps = [&]

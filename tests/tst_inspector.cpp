@@ -105,7 +105,7 @@ struct Lamps
         inspector.setFrameInterval(0);
         select(selected);
         panel.resize(420, 800);
-        hostsupport::showActive(panel);
+        showActive(panel);
         QCoreApplication::processEvents();
     }
     void select(int count)
@@ -401,7 +401,7 @@ private Q_SLOTS:
         inspector.setOpensSections(false);
         Lamp lamp;
         inspector.setObjects(lampType(), {&lamp});
-        hostsupport::showActive(panel);
+        showActive(panel);
         QCoreApplication::processEvents();
         QVERIFY(!panel.findChild<QWidget*>("power") && !panel.findChild<QWidget*>("shadowSize"));
         auto* search = child<QLineEdit>(panel, "search");
@@ -434,7 +434,7 @@ private Q_SLOTS:
         Inspector inspector(&panel);
         inspector.setOpensSections(false);
         inspector.setObjects(std::make_shared<Numbers>(properties), {this});
-        hostsupport::showActive(panel);
+        showActive(panel);
         child<QLineEdit>(panel, "search")->setText("9");
         QVERIFY(!panel.findChild<QWidget*>("number999"));
         QTRY_VERIFY(panel.findChild<QWidget*>("number999"));
@@ -502,7 +502,7 @@ private Q_SLOTS:
                           [&](const QVariant& key) -> void*
                           { return key.toInt() < int(lamps.size()) ? &lamps[std::size_t(key.toInt())] : nullptr; });
         inspector.setObjects(lampType(), {&lamps[1]});
-        hostsupport::showActive(panel);
+        showActive(panel);
         auto* field = fieldsOf(*inspector.editor("power")).first();
         field->setFocus();
         field->selectAll();
@@ -523,7 +523,7 @@ private Q_SLOTS:
         QWidget other;
         const auto type = std::make_shared<QObjectType>(&QWidget::staticMetaObject);
         QVERIFY(inspector.setObjects(type, {window.get(), &other}));
-        hostsupport::showActive(panel);
+        showActive(panel);
         auto* title = fieldsOf(*inspector.editor("windowTitle")).first();
         QSignalSpy texts(title, &QLineEdit::textChanged);
         for (int i = 0; i < 10; ++i)
@@ -564,7 +564,7 @@ private Q_SLOTS:
         for (const char* name : {"powre", "falloff", "position"})
             QVERIFY2(missing.contains(name), name);
         QVERIFY(!missing.contains("shadows\n") && !missing.contains("shape\n"));
-        hostsupport::showActive(form);
+        showActive(form);
         QCOMPARE(power->maximum(), 1000.0);
         QVERIFY(isMixed(power));
         clickBox(shadows);

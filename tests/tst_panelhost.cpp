@@ -28,7 +28,7 @@ struct Traps : Panel
         colour = addRow<QVectorEdit>(section, "Colour");
         colour->setColourEdit(true);
         addRow(advanced, "Anisotropy of the coat");
-        hostsupport::showActive(panel);
+        showActive(panel);
     }
     QAccordion* section;
     QAccordion* advanced;

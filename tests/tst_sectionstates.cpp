@@ -155,7 +155,7 @@ private Q_SLOTS:
             top->setStyleSheet(mirrored ? "QCheckBox { padding: 4px; } QCheckBox::indicator { width: 9px; }" : "");
             (new QVBoxLayout(top.get()))->addWidget(scene.column);
             top->resize(500, 300);
-            hostsupport::showActive(*top);
+            showActive(*top);
             QCheckBox* box = boxOf(scene.light);
             const QPoint left(12, box->height() / 2);
             const QPoint right(box->width() - 12, box->height() / 2);

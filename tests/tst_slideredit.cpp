@@ -272,8 +272,7 @@ private Q_SLOTS:
         edit.setDefaultValue(0.25);
         edit.setValue(0.5);
         edit.resize(600, 38);
-        edit.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&edit));
+        showActive(edit);
         Log host(edit);
         // A host that writes each value back must not be told of it again.
         connect(&edit, &QSliderEdit::valueChanged, [&edit] { edit.setValue(edit.value()); });
@@ -311,8 +310,7 @@ private Q_SLOTS:
             edit.setDefaultValue(0.3);
             edit.setValue(0.5);
             edit.resize(600, 38);
-            edit.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&edit));
+            showActive(edit);
             Log host(edit);
             auto* slider = child<QSlider>(edit, "slider");
             QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, handleOf(slider, 5));
@@ -372,8 +370,7 @@ private Q_SLOTS:
         edit.setMinimumWidth(0);
         edit.resize(width, qMax(38, edit.sizeHint().height()));
         window.resize(700, 300);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        showActive(window);
         edit.setShowButtons(buttons);
         QCoreApplication::processEvents();
 

@@ -100,7 +100,7 @@ struct Host
     ~Host() { delete view; }
     void show()
     {
-        hostsupport::showActive(*view->window());
+        showActive(*view->window());
         view->setFocus();
         handler.take();
     }
@@ -146,7 +146,7 @@ private Q_SLOTS:
     {
         const Acts row;
         row("focus", [](Host& host) { host.field.setFocus(); });
-        row("window", [](Host& host) { hostsupport::showActive(*new QDialog(&host.window)); });
+        row("window", [](Host& host) { showActive(*new QDialog(&host.window)); });
         row("modal dialog", [](Host& host) { (new QDialog(&host.window))->open(); });
         row("menu", [](Host& host) { (new QMenu(&host.window))->popup(QPoint()); });
         row("another tab", [](Host& host) { host.tabs.setCurrentIndex(1); });
