@@ -26,15 +26,8 @@ SceneViews::SceneViews(Document* document, QRenderWidget* main, QObject* parent)
             [this]
             {
                 m_turntableAngle = 0.0;
-                const Camera& camera = m_document->scene().camera;
                 for (SceneView* each : std::as_const(m_views))
-                {
-                    each->setEnvironmentImage(m_document->environment());
-                    each->setMeshes(m_document->meshes());
-                    each->setTurntableAngle(0.0);
-                    each->cameraController().setHomeCamera(camera);
-                    each->cameraController().setCamera(camera);
-                }
+                    showAll(each);
                 updatePlaying();
             });
     connect(document, &Document::meshAdded, this,
@@ -81,13 +74,7 @@ void SceneViews::addWindow()
     auto* widget = new QRenderWidget;
     auto* view = new SceneView(&m_surfaces, widget, this);
     follow(view);
-    view->setMeshes(m_document->meshes());
-    view->setEnvironmentImage(m_document->environment());
-    view->setTurntableAngle(m_turntableAngle);
-    view->cameraController().setCamera(m_document->scene().camera);
-    view->cameraController().setHomeCamera(m_document->scene().camera);
-    view->setSelection(m_document->selection());
-    view->setScene(m_document->scene());
+    showAll(view);
     connect(widget, &QObject::destroyed, view,
             [this, view]
             {
@@ -136,6 +123,17 @@ void SceneViews::follow(SceneView* view)
     connect(&controller, &CameraController::moveStarted, m_document, &Document::beginMove);
     connect(&controller, &CameraController::moved, m_document, &Document::moveSelection);
     connect(&controller, &CameraController::moveFinished, m_document, &Document::endMove);
+}
+
+void SceneViews::showAll(SceneView* view)
+{
+    view->setMeshes(m_document->meshes());
+    view->setEnvironmentImage(m_document->environment());
+    view->setTurntableAngle(m_turntableAngle);
+    view->cameraController().setHomeCamera(m_document->scene().camera);
+    view->cameraController().setCamera(m_document->scene().camera);
+    view->setSelection(m_document->selection());
+    view->setScene(m_document->scene());
 }
 
 void SceneViews::showScene()

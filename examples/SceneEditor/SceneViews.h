@@ -35,6 +35,7 @@ Q_SIGNALS:
 
 private:
     void follow(SceneView* view);
+    void showAll(SceneView* view);
     void showScene();
     void showSelection();
     void updatePlaying();

@@ -117,12 +117,18 @@ GLuint makeTexture(Gl* gl, const QImage& image, GLint format)
     return texture;
 }
 
-// Those that no view holds any more are gone; their entries go here.
-template <typename Key, typename Resource>
-void prune(QHash<Key, std::weak_ptr<const Resource>>& resources)
+// The known one, or a new one. Entries of those that no view holds any more go then.
+template <typename Key, typename Resource, typename Source>
+std::shared_ptr<const Resource> resourceOf(QHash<Key, std::weak_ptr<const Resource>>& known, Key key, Gl* gl,
+                                           const Source& source)
 {
-    for (auto it = resources.begin(); it != resources.end();)
-        it = it->expired() ? resources.erase(it) : std::next(it);
+    if (auto resource = known.value(key).lock())
+        return resource;
+    for (auto it = known.begin(); it != known.end();)
+        it = it->expired() ? known.erase(it) : std::next(it);
+    auto made = std::make_shared<const Resource>(gl, source);
+    known.insert(key, made);
+    return made;
 }
 } // namespace
 
@@ -259,22 +265,12 @@ GpuResources::~GpuResources()
 
 std::shared_ptr<const GpuMesh> GpuResources::mesh(const MeshPointer& mesh)
 {
-    if (auto known = m_meshes.value(mesh.get()).lock())
-        return known;
-    prune(m_meshes);
-    auto made = std::make_shared<const GpuMesh>(m_gl, mesh);
-    m_meshes.insert(mesh.get(), made);
-    return made;
+    return resourceOf(m_meshes, mesh.get(), m_gl, mesh);
 }
 
 std::shared_ptr<const GpuEnvironment> GpuResources::environment(const QImage& picture)
 {
-    if (auto known = m_environments.value(picture.cacheKey()).lock())
-        return known;
-    prune(m_environments);
-    auto made = std::make_shared<const GpuEnvironment>(m_gl, picture);
-    m_environments.insert(picture.cacheKey(), made);
-    return made;
+    return resourceOf(m_environments, picture.cacheKey(), m_gl, picture);
 }
 
 void GpuResources::draw(DrawSteps& steps, const MeshPointer& mesh, quint32 first, quint32 count)
@@ -298,7 +294,7 @@ void GpuResources::queue(quint32 triangles)
 {
     if (m_queued + triangles > MaximumQueued)
     {
-        const GLsync before = std::exchange(m_fence, m_gl->glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
+        GLsync before = std::exchange(m_fence, m_gl->glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
         if (before)
             m_gl->glClientWaitSync(before, GL_SYNC_FLUSH_COMMANDS_BIT, LongestWait);
         m_gl->glDeleteSync(before);

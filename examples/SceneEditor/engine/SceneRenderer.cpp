@@ -91,7 +91,6 @@ struct SceneRenderer::Graphics
 {
     std::vector<std::shared_ptr<const GpuMesh>> meshes; // of the scene's objects, to keep them there
     std::shared_ptr<const GpuEnvironment> environment;
-    qint64 environmentKey = 0;
     FrameTarget frame;
     ShadowMap shadow;
 };
@@ -256,11 +255,7 @@ void SceneRenderer::updateResources(GpuResources& gpu)
         if (const MeshPointer mesh = m_drawn.shown.mesh(object))
             meshes.push_back(gpu.mesh(mesh));
     g.meshes = std::move(meshes);
-    if (!g.environment || g.environmentKey != m_drawn.environment.cacheKey())
-    {
-        g.environment = gpu.environment(m_drawn.environment);
-        g.environmentKey = m_drawn.environment.cacheKey();
-    }
+    g.environment = gpu.environment(m_drawn.environment);
 }
 
 void SceneRenderer::setCommonUniforms(QOpenGLShaderProgram& program)
