@@ -1,5 +1,8 @@
 // The scene editor with software OpenGL: its start beside that of an empty main window with the same view and engine,
-// and a frame while the camera orbits, drawn as something that moves, beside a sharp one.
+// what a large mesh adds to its memory beside the mesh's data, and a frame while the camera orbits, drawn as something
+// that moves, beside a sharp one.
+#include <benchmarks/spheremesh.h>
+#include <examples/SceneEditor/document/SceneFile.h>
 #include <examples/SceneEditor/document/SceneOpener.h>
 #include <examples/SceneEditor/engine/GpuResources.h>
 #include <examples/SceneEditor/engine/SceneRenderer.h>
@@ -20,12 +23,14 @@
 #include <cstdio>
 #include <memory>
 #include <sys/resource.h>
+#include <utility>
 
 using namespace sceneeditor;
 
 namespace
 {
 constexpr QSize ViewSize(1400, 900); // pixels
+constexpr int Patience = 120'000;    // milliseconds
 const QString Studio = QStringLiteral(SCENE_EDITOR_ASSETS "/studio.json");
 
 // In seconds so far.
@@ -47,17 +52,30 @@ void quitWhenDrawn(QRenderWidget* view)
     QObject::connect(rest, &QTimer::timeout, qApp, &QCoreApplication::quit);
 }
 
-// Prints the size of its view.
-int startEditor()
+// Bytes that this process has had at most. Not what getrusage() says, which counts what ran before it in its place.
+qint64 peakMemory()
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray status = file.readAll();
+    return status.mid(status.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong() * 1024;
+}
+
+// Prints the width and height of its view, the bytes of its meshes' vertices and indices, and its peak of memory.
+int startEditor(const QString& scene)
 {
     applyLook(QString());
     MainWindow window;
     auto* view = window.findChild<QRenderWidget*>();
     QObject::connect(&window, &MainWindow::sceneOpened, qApp, [view] { quitWhenDrawn(view); });
-    window.openScene(Studio);
+    window.openScene(scene);
     window.show();
     const int result = QApplication::exec();
-    std::fprintf(stderr, "%d %d", view->width(), view->height());
+    qint64 data = 0;
+    for (const MeshPointer& mesh : window.document().meshes())
+        data += qint64(mesh->vertices.size() * sizeof(MeshData::Vertex) + mesh->indices.size() * sizeof(quint32));
+    std::fprintf(stderr, "\n%d %d %lld %lld", view->width(), view->height(), data, peakMemory());
     return result;
 }
 
@@ -91,19 +109,16 @@ QStringList run(const QStringList& arguments)
 {
     QProcess process;
     process.start(QCoreApplication::applicationFilePath(), arguments);
-    if (!process.waitForFinished() || process.exitCode() != 0)
-        qFatal("it did not start");
+    if (!process.waitForFinished(Patience) || process.exitCode() != 0)
+        qFatal("the window was not drawn");
     const QString printed = QString::fromLatin1(process.readAllStandardError());
     return printed.section(QLatin1Char('\n'), -1).split(QLatin1Char(' '));
 }
 
 void start(benchmark::State& state, bool isEditor)
 {
-    // Not the settings of the person who measures.
-    const QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
-    const QStringList editor{QStringLiteral("editor")};
-    static const QStringList viewSize = run(editor);
+    const QStringList editor{QStringLiteral("editor"), Studio};
+    static const QStringList viewSize = run(editor).mid(0, 2);
     const QStringList arguments = isEditor ? editor : QStringList(QStringLiteral("window")) + viewSize;
     for ([[maybe_unused]] auto _ : state)
     {
@@ -112,6 +127,33 @@ void start(benchmark::State& state, bool isEditor)
         state.SetIterationTime(processorTime(RUSAGE_CHILDREN) - before);
     }
     state.SetItemsProcessed(state.iterations());
+}
+
+// What a mesh of a million triangles adds to the editor's peak, or the data of the mesh alone.
+void memory(benchmark::State& state, bool isEditor)
+{
+    static const auto addedAndData = []
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(QStringLiteral("scene.json"));
+        const auto peak = [&](const Scene& scene)
+        {
+            QString error;
+            if (!writeScene(scene, file, &error))
+                qFatal("%s", qPrintable(error));
+            return run({QStringLiteral("editor"), file});
+        };
+        Scene scene;
+        const qint64 without = peak(scene).value(3).toLongLong();
+        scene.objects.resize(1);
+        scene.objects[0].meshFile = sphere();
+        const QStringList with = peak(scene);
+        return std::make_pair(with.value(3).toLongLong() - without, with.value(2).toLongLong());
+    }();
+    for ([[maybe_unused]] auto _ : state)
+        state.SetIterationTime(1.0);
+    state.SetItemsProcessed(state.iterations());
+    state.counters["heap"] = double(isEditor ? addedAndData.first : addedAndData.second);
 }
 
 // Around the studio scene, without showing it.
@@ -172,6 +214,8 @@ void orbit(benchmark::State& state, bool isMoving)
 
 BENCHMARK_CAPTURE(start, editor, true)->Name("startEditor")->UseManualTime()->Iterations(2);
 BENCHMARK_CAPTURE(start, window, false)->Name("startWindow")->UseManualTime()->Iterations(2);
+BENCHMARK_CAPTURE(memory, editor, true)->Name("memoryEditor")->UseManualTime()->Iterations(1);
+BENCHMARK_CAPTURE(memory, data, false)->Name("memoryData")->UseManualTime()->Iterations(1);
 BENCHMARK_CAPTURE(orbit, moving, true)->Name("orbitMoving")->UseManualTime();
 BENCHMARK_CAPTURE(orbit, resting, false)->Name("orbitResting")->UseManualTime();
 } // namespace
@@ -181,9 +225,12 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.value(1) == QLatin1String("editor"))
-        return startEditor();
+        return startEditor(arguments.value(2));
     if (arguments.value(1) == QLatin1String("window"))
         return startWindow({arguments.value(2).toInt(), arguments.value(3).toInt()});
+    // Not the settings of the person who measures.
+    const QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
