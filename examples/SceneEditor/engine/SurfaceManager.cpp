@@ -97,14 +97,6 @@ void SurfaceManager::Render(HWND window)
         paintMessage(surface, it->error);
         return;
     }
-    const bool moving = it->sinceFrame.isValid() && it->sinceFrame.elapsed() < MovingPause;
-    // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
-    const bool slow = qMin(it->sharpTimes[0], it->sharpTimes[1]) > SlowFrame;
-    const bool isKept = it->renderer && it->renderer->isKept(it->size);
-    // What has changed before a slow frame was ready is moving, too.
-    const bool overtaken = it->renderer && it->renderer->isUnderWay() && it->renderer->isOutdated();
-    const bool draft = it->renderer && ((moving && slow) || overtaken) && !it->refining && !isKept;
-    auto drawn = SceneRenderer::Drawn::Wholly;
     const GLuint target = m_context->defaultFramebufferObject();
     if (!it->renderer)
     {
@@ -112,36 +104,51 @@ void SurfaceManager::Render(HWND window)
         gl->glBindFramebuffer(GL_FRAMEBUFFER, target);
         gl->glClearColor(0.23f, 0.24f, 0.27f, 1.0f);
         gl->glClear(GL_COLOR_BUFFER_BIT);
+        m_context->swapBuffers(surface);
+        return;
     }
-    else
-    {
-        drawn = it->renderer->draw(*m_gpu, it->size, target, draft, LongestSlice);
-    }
+    SceneRenderer& renderer = *it->renderer;
+    const bool isKept = renderer.isKept(it->size);
+    const auto drawn = renderer.draw(*m_gpu, it->size, target, !isKept && it->wantsDraft(), LongestSlice);
+    it->refining = false;
     if (drawn == SceneRenderer::Drawn::Failed)
     {
-        it->error = it->renderer->errorText();
+        it->error = renderer.errorText();
         m_context->doneCurrent();
         paintMessage(surface, it->error);
         return;
     }
-    it->refining = false;
     if (drawn == SceneRenderer::Drawn::Wholly)
         m_context->swapBuffers(surface);
     it->spent += double(timer.nsecsElapsed()) / 1.0e6;
     // The rest comes after what the window has to answer, and so does a frame of what has changed meanwhile.
-    if (drawn == SceneRenderer::Drawn::Partly || (it->renderer && it->renderer->isOutdated()))
+    if (drawn == SceneRenderer::Drawn::Partly || renderer.isOutdated())
         QWidget::find(WId(window))->update();
-    if (drawn == SceneRenderer::Drawn::Partly)
-        return;
-    it->draft = it->renderer && it->renderer->isDraft();
-    if (!it->draft && !isKept)
+    if (drawn == SceneRenderer::Drawn::Wholly)
+        endFrame(*it, isKept);
+}
+
+bool SurfaceManager::View::wantsDraft() const
+{
+    const bool moving = sinceFrame.isValid() && sinceFrame.elapsed() < MovingPause;
+    // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
+    const bool slow = qMin(sharpTimes[0], sharpTimes[1]) > SlowFrame;
+    // What has changed before a slow frame was ready is moving, too.
+    const bool overtaken = renderer->isUnderWay() && renderer->isOutdated();
+    return !refining && ((moving && slow) || overtaken);
+}
+
+void SurfaceManager::endFrame(View& view, bool wasKept)
+{
+    const double spent = std::exchange(view.spent, 0.0);
+    view.draft = view.renderer->isDraft();
+    view.sinceFrame.start();
+    if (!view.draft && !wasKept)
     {
-        it->sharpTimes[0] = it->sharpTimes[1];
-        it->sharpTimes[1] = it->spent;
+        view.sharpTimes[0] = view.sharpTimes[1];
+        view.sharpTimes[1] = spent;
     }
-    it->spent = 0.0;
-    it->sinceFrame.start();
-    if (it->draft && !m_refine.isActive())
+    if (view.draft && !m_refine.isActive())
         m_refine.start(RestingPause);
 }
 

@@ -62,10 +62,14 @@ private:
         QElapsedTimer sinceFrame;  // invalid before the first one
         bool draft = false;        // the frame that is shown
         bool refining = false;     // the next frame ends a series of drafts
+
+        // Whether frames come fast and each would take too long.
+        bool wantsDraft() const;
     };
 
     bool prepareContext(View& view, QWindow* surface);
     bool createContext(QString* error);
+    void endFrame(View& view, bool wasKept);
     void dropRenderer(SceneRenderer* renderer);
     void releaseContext();
     void refine();
