@@ -12,6 +12,7 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QFileEdit.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QTimer>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyle>
@@ -28,6 +29,7 @@ namespace
 constexpr int NarrowestRow = 360;     // that the columns hold in, pixels
 constexpr int ListHeight = 190;       // of the list of objects and its buttons, pixels
 constexpr int PropertiesHeight = 700; // at first, if there is room
+constexpr int SettlingTime = 50;      // milliseconds that new rows may take to find their columns
 } // namespace
 
 ScenePanel::ScenePanel(QWidget* parent) : QWidget(parent)
@@ -135,6 +137,12 @@ void ScenePanel::showGroups()
     QVector<void*> selected;
     for (const int index : m_document->selection())
         selected << &scene.objects[size_t(index)];
+    if (selected.isEmpty() != !m_mesh)
+    {
+        // New rows are shown once they are in columns, not in pieces for as long as a frame of the view takes.
+        m_ui.propertyPanel->setUpdatesEnabled(false);
+        QTimer::singleShot(SettlingTime, m_ui.propertyPanel, [this] { m_ui.propertyPanel->setUpdatesEnabled(true); });
+    }
     if (selected.isEmpty())
         delete std::exchange(m_mesh, nullptr);
     else if (!m_mesh)
