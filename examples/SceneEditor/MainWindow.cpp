@@ -197,7 +197,6 @@ QPixmap MainWindow::picture()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    commitTyping();
     if (!maybeSave())
     {
         event->ignore();
@@ -222,7 +221,6 @@ void MainWindow::dropEvent(QDropEvent* event)
     const auto scene = std::find_if(files.begin(), files.end(), isScene);
     if (scene == files.end())
         return importMeshes(files);
-    commitTyping();
     if (maybeSave())
         openScene(*scene);
 }
@@ -424,7 +422,6 @@ void MainWindow::writeSettings()
 
 void MainWindow::newScene()
 {
-    commitTyping();
     if (!maybeSave())
         return;
     m_opener.cancel();
@@ -434,7 +431,6 @@ void MainWindow::newScene()
 
 void MainWindow::chooseScene()
 {
-    commitTyping();
     if (!maybeSave())
         return;
     const QString chosen =
@@ -461,6 +457,7 @@ bool MainWindow::saveAs()
 // False when the user wants to go on with the open scene.
 bool MainWindow::maybeSave()
 {
+    commitTyping();
     if (!m_document.isModified())
         return true;
     const QString name = m_document.fileName();
@@ -501,7 +498,6 @@ void MainWindow::updateRecentFiles()
         connect(action, &QAction::triggered, this,
                 [this, recent]
                 {
-                    commitTyping();
                     if (maybeSave())
                         openScene(recent);
                 });
