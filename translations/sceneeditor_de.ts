@@ -568,6 +568,14 @@
 <context>
     <name>sceneeditor::Document</name>
     <message>
+        <source>Import of %1</source>
+        <translation>Import von %1</translation>
+    </message>
+    <message>
+        <source>%1 meshes</source>
+        <translation>%1 Netzen</translation>
+    </message>
+    <message>
         <source>Duplicate of %1</source>
         <translation>Duplikat von %1</translation>
     </message>
@@ -665,10 +673,6 @@
     <message>
         <source>%1[*] – Scene Editor</source>
         <translation>%1[*] – Szeneneditor</translation>
-    </message>
-    <message>
-        <source>Import of %1</source>
-        <translation>Import von %1</translation>
     </message>
     <message>
         <source>About Scene Editor</source>
@@ -833,10 +837,6 @@
     <message>
         <source>&amp;About Scene Editor</source>
         <translation>Ü&amp;ber den Szeneneditor</translation>
-    </message>
-    <message>
-        <source>%1 meshes</source>
-        <translation>%1 Netzen</translation>
     </message>
     <message>
         <source>Saved %1</source>

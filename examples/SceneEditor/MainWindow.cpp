@@ -27,8 +27,6 @@
 #include <QtWidgets/QToolButton>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <utility>
 
 using namespace orvek::host;
@@ -42,7 +40,6 @@ constexpr int ProgressSteps = 1000;
 constexpr int ReadingTime = 6000;     // milliseconds of a message in the status bar
 constexpr QSize FirstSize(1400, 900); // pixels, where the screen has room
 constexpr double ShareOfScreen = 0.9; // of a smaller one
-constexpr float Gap = 0.25f;          // metres between an imported object and the others
 
 QString sceneFilter()
 {
@@ -535,7 +532,12 @@ void MainWindow::onMeshesRead(const QHash<QString, MeshPointer>& meshes, const Q
     for (auto it = meshes.cbegin(); it != meshes.cend(); ++it)
         m_document.addMesh(it.key(), it.value());
     if (!purpose.isValid())
-        return addObjects(meshes);
+    {
+        const QString name = m_document.addObjectsOf(meshes.keys());
+        m_views->mainView()->frame(m_document.selection());
+        m_ui.statusBar->showMessage(tr("Imported %1").arg(name), ReadingTime);
+        return;
+    }
     // The objects that were selected when the mesh was asked for; the list may be another one now.
     QVector<int> objects;
     const QVariantList wanted = purpose.toList();
@@ -544,36 +546,6 @@ void MainWindow::onMeshesRead(const QHash<QString, MeshPointer>& meshes, const Q
             objects << index.toInt();
     if (!objects.isEmpty() && !meshes.isEmpty())
         m_document.setMesh(objects, meshes.constBegin().key());
-}
-
-// Side by side, behind everything that is there along X, and standing on the floor.
-void MainWindow::addObjects(const QHash<QString, MeshPointer>& meshes)
-{
-    float edge = -std::numeric_limits<float>::infinity();
-    for (const Object& object : m_document.scene().objects)
-        if (const MeshPointer mesh = m_document.mesh(object.meshFile))
-            edge = qMax(edge, object.position.x() + object.scale.x() * mesh->maximum.x());
-    std::vector<Object> added;
-    QStringList files = meshes.keys();
-    files.sort();
-    for (const QString& file : std::as_const(files))
-    {
-        const MeshData& mesh = *meshes[file];
-        Object object;
-        object.name = QFileInfo(file).completeBaseName();
-        object.meshFile = file;
-        if (const int main = mesh.mainMaterial(); main >= 0)
-            object.material = mesh.materials[size_t(main)].material;
-        const float middle = (mesh.minimum.x() + mesh.maximum.x()) / 2.0f;
-        object.position =
-            QVector3D(std::isinf(edge) ? -middle : edge + Gap - mesh.minimum.x(), -mesh.minimum.y(), 0.0f);
-        edge = object.position.x() + mesh.maximum.x();
-        added.push_back(object);
-    }
-    const QString name = added.size() == 1 ? added.front().name : tr("%1 meshes").arg(added.size());
-    m_document.addObjects(tr("Import of %1").arg(name), added);
-    m_views->mainView()->frame(m_document.selection());
-    m_ui.statusBar->showMessage(tr("Imported %1").arg(name), ReadingTime);
 }
 
 void MainWindow::replaceMesh(const QString& fileName)

@@ -75,7 +75,6 @@ private:
     void onSceneRead(const OpenedScene& opened, const QStringList& warnings);
     void showWarnings(QStringList warnings);
     void onMeshesRead(const QHash<QString, MeshPointer>& meshes, const QVariant& purpose);
-    void addObjects(const QHash<QString, MeshPointer>& meshes);
     void replaceMesh(const QString& fileName);
     void showProgress(const QString& text, double fraction);
     void hideProgress();

@@ -10,6 +10,8 @@
 #include <QtCore/QSet>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace sceneeditor
@@ -18,6 +20,7 @@ namespace
 {
 constexpr int CopyDelay = 2000; // milliseconds from a change to the copy that has it
 constexpr float Beside = 0.5f;  // metres from an object to its duplicate
+constexpr float Gap = 0.25f;    // metres between an imported object and the others
 
 QVector3D clamped(const QVector3D& position)
 {
@@ -204,18 +207,34 @@ void Document::setCamera(const Camera& camera)
     Q_EMIT cameraMoved();
 }
 
-void Document::addObjects(const QString& text, std::vector<Object> added)
+QString Document::addObjectsOf(QStringList meshFiles)
 {
+    float edge = -std::numeric_limits<float>::infinity();
+    for (const Object& object : m_scene.objects)
+        if (const MeshPointer mesh = this->mesh(object.meshFile))
+            edge = qMax(edge, object.position.x() + object.scale.x() * mesh->maximum.x());
     std::vector<Object> objects = m_scene.objects;
     QVector<int> selection;
     FreeNames names(objects);
-    for (Object& object : added)
+    meshFiles.sort();
+    for (const QString& file : std::as_const(meshFiles))
     {
-        object.name = names.take(object.name);
+        const MeshData& mesh = *m_meshes[file];
+        Object object;
+        object.name = names.take(QFileInfo(file).completeBaseName());
+        object.meshFile = file;
+        if (const int main = mesh.mainMaterial(); main >= 0)
+            object.material = mesh.materials[size_t(main)].material;
+        const float middle = (mesh.minimum.x() + mesh.maximum.x()) / 2.0f;
+        object.position =
+            QVector3D(std::isinf(edge) ? -middle : edge + Gap - mesh.minimum.x(), -mesh.minimum.y(), 0.0f);
+        edge = object.position.x() + mesh.maximum.x();
         selection << int(objects.size());
         objects.push_back(std::move(object));
     }
-    push(text, std::move(objects), selection);
+    const QString name = selection.size() == 1 ? objects.back().name : tr("%1 meshes").arg(selection.size());
+    push(tr("Import of %1").arg(name), std::move(objects), selection);
+    return name;
 }
 
 void Document::duplicateSelection()

@@ -6,6 +6,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
+#include <QtCore/QStringList>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtGui/QImage>
@@ -75,7 +76,9 @@ public:
 
     // Steps on the undo stack. Names become unique; indices must exist.
 
-    void addObjects(const QString& text, std::vector<Object> objects);
+    //! An object for each of these meshes, which must have been added: side by side, behind everything that is there
+    //! along X, standing on the floor. Returns what they are called together.
+    QString addObjectsOf(QStringList meshFiles);
     void duplicateSelection();
     void removeSelection();
     void rename(int object, const QString& name);
