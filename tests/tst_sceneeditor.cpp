@@ -8,9 +8,11 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
+#include <QtCore/QMimeData>
 #include <QtCore/QProcess>
 #include <QtCore/QSet>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QDropEvent>
 #include <QtGui/QScreen>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
@@ -247,7 +249,12 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     std::vector<Scene> states{before};
     const QSignalSpy progress(find<QProgressBar>("progress"), &QProgressBar::valueChanged);
     const QString cube = QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj"));
-    m_window->importMeshes({cube, cube});
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(cube), QUrl::fromLocalFile(cube)});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_window.get(), &enter);
+    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_window.get(), &drop);
     QTRY_COMPARE(scene().objects.size(), before.objects.size() + 1);
     QVERIFY(std::any_of(progress.cbegin(), progress.cend(), [](const QVariantList& step) { return step[0] == 500; }));
     QCOMPARE(document().selection(), QVector<int>{int(before.objects.size())});
@@ -309,7 +316,8 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     const sceneeditor::Camera left = scene().camera;
     const QVector<int> selection = document().selection();
     QTest::mousePress(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
-    QMouseEvent move(QEvent::MouseMove, view->rect().center() + QPoint(-40, 0), Qt::NoButton, Qt::RightButton, {});
+    QMouseEvent move(QEvent::MouseMove, view->rect().center() + QPoint(-40, 0), Qt::NoButton, Qt::RightButton,
+                     Qt::NoModifier);
     QCoreApplication::sendEvent(view, &move);
     QTest::mouseRelease(view, Qt::RightButton, Qt::NoModifier, view->rect().center() + QPoint(-40, 0));
     QTest::mouseClick(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
