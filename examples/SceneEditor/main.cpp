@@ -64,6 +64,7 @@ void scaleByTheScreen()
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // otherwise icons are magnified ones
 #endif
 }
 
