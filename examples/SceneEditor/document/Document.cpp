@@ -232,7 +232,7 @@ QString Document::addObjectsOf(QStringList meshFiles)
         selection << int(objects.size());
         objects.push_back(std::move(object));
     }
-    const QString name = selection.size() == 1 ? objects.back().name : tr("%1 meshes").arg(selection.size());
+    QString name = selection.size() == 1 ? objects.back().name : tr("%1 meshes").arg(selection.size());
     push(tr("Import of %1").arg(name), std::move(objects), selection);
     return name;
 }
