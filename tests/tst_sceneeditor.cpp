@@ -567,7 +567,9 @@ void tst_SceneEditor::unsavedChangesAreAskedAbout()
 void tst_SceneEditor::unsavedChangesOutliveTheProgram()
 {
     QDir copies(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery"));
+    m_window.reset(); // it has a lock there
     QVERIFY(copies.path().startsWith(m_directory.path()) && copies.removeRecursively());
+    start();
     const auto isCopied = [&copies] { return !copies.entryList({QStringLiteral("*.json")}).isEmpty(); };
     // Undone, there is nothing to be kept.
     type("material.roughness", "lineEdit", "0.25");
