@@ -15,8 +15,8 @@ namespace
 {
 constexpr int MaximumOccluders = 16;
 constexpr int SmoothSamples = 4;
-constexpr int DraftScale = 2; // pixels of the view along each edge of one of a draft
-constexpr float OutlinePixels = 2.0f;
+constexpr int DraftScale = 2;                        // pixels of the view along each edge of one of a draft
+constexpr float OutlineEdges = 2.0f;                 // as wide as so many edges of the selection box
 const QVector3D SelectionColour(1.0f, 0.62f, 0.15f); // sRGB, as are the next
 const QVector3D AxisColours[3] = {{0.93f, 0.27f, 0.33f}, {0.50f, 0.80f, 0.22f}, {0.25f, 0.55f, 0.98f}};
 const QVector3D HeldAxisColour(1.0f, 0.87f, 0.35f);
@@ -382,13 +382,14 @@ void SceneRenderer::drawOutlines(GpuResources& gpu)
     QOpenGLShaderProgram& program = gpu.object;
     program.setUniformValue("u_mode", int(AsItComes));
     program.setUniformValue("u_baseColour", SelectionColour);
-    program.setUniformValue("u_outline", QVector2D(OutlinePixels * 2.0f / float(m_size.width()),
-                                                   OutlinePixels * 2.0f / float(m_size.height())));
+    const float pixels = OutlineEdges * float(m_boxEdge);
+    program.setUniformValue("u_outline",
+                            QVector2D(pixels * 2.0f / float(m_size.width()), pixels * 2.0f / float(m_size.height())));
     gl->glEnable(GL_STENCIL_TEST);
     gl->glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
     // Behind surfaces of others in the same plane, such as the floor of a copy, which it would shimmer through.
     gl->glEnable(GL_POLYGON_OFFSET_FILL);
-    gl->glPolygonOffset(OutlinePixels + 1.0f, 4.0f);
+    gl->glPolygonOffset(pixels + 1.0f, 4.0f);
     for (int i = 0; i < m_drawn.selection.size(); ++i)
     {
         const int index = m_drawn.selection[i];
