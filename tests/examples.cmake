@@ -15,14 +15,6 @@ if(TARGET TrivialEngine)
     orvek_add_test(tst_trivialengine XCB)
 endif()
 
-if(TARGET DerivedEditor)
-    orvek_add_test(tst_derivededitor)
-    # Not part of a library, so their meta-objects are made once more.
-    target_sources(tst_derivededitor PRIVATE
-        ${PROJECT_SOURCE_DIR}/examples/DerivedEditor/AngleEdit.h
-        ${PROJECT_SOURCE_DIR}/examples/DerivedEditor/PercentEdit.h)
-endif()
-
 if(TARGET SceneEditorUi)
     orvek_add_test(tst_looks LIBS SceneEditorUi)
     if(TARGET orvek_translations)

@@ -1,5 +1,6 @@
 #include "hostsupport.h"
 
+#include <examples/DerivedEditor/AngleEdit.h>
 #include <examples/DerivedEditor/PercentEdit.h>
 #include <Orvek/Host/EditorInput.h>
 
@@ -197,6 +198,19 @@ private Q_SLOTS:
         add(slider, "2pi - (1+1)2 + 2 sqrt(1)", 2 * M_PI - 4 + 2, "4.28319");
         add(slider, "1e0 + log10(1e2)", 3.0, "3");
         add(slider, "2min(0.2m*2,0.5)", 0.8, "0.8");
+        const Create angle = []() -> QWidget*
+        {
+            auto* editor = new AngleEdit;
+            editor->setMinimum(-M_PI_2);
+            editor->setMaximum(M_PI_2);
+            return editor;
+        };
+        add(angle, "45", M_PI_4, "45");
+        add(angle, "-30 °", qDegreesToRadians(-30.0), "-30 °");
+        add(angle, "1000", M_PI_2, "90°");
+        add(angle, "flat", {}, "0");
+        add(create<PercentEdit>, "12.5", 0.125, "12.5");
+        add(create<PercentEdit>, "%", {}, "0");
         add(create<PercentEdit>, "50 %/2", 0.25, "25 %");
         add(create<PercentEdit>, "+=25 %", 0.25, "25 %");
         add(create<QIntSliderEdit>, "2.6*10", 26, "26");
