@@ -46,8 +46,8 @@ public:
     void setSelection(const QVector<int>& objects);
     //! Arrows over the objects, one of them highlighted unless the axis is -1; nothing for none.
     void setGizmo(const std::optional<MoveGizmo>& gizmo, int axis);
-    //! A box over everything, in device pixels, with an edge of this width; an empty one for none. Outlines are twice as
-    //! wide.
+    //! A box over everything, in device pixels, with an edge of this width; an empty one for none. Outlines are twice
+    //! as wide.
     void setSelectionBox(const QRect& box, int edge);
 
     // For the surface manager, with its OpenGL context current.
