@@ -483,7 +483,7 @@ private:
     }
 
     // The sanitizers end a program rather than refuse it memory.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ORVEK_SANITIZE
     const char* const m_memory = "it broke the program";
 #else
     const char* const m_memory = "asks for more memory";

@@ -66,7 +66,7 @@ std::unique_ptr<QLockFile> lockOfScene(const QString& fileName)
     const QString hash = QString::fromLatin1(QCryptographicHash::hash(name, QCryptographicHash::Sha1).toHex());
     auto lock = std::make_unique<QLockFile>(folder() + QLatin1Char('/') + hash + lockSuffix);
     lock->setStaleLockTime(0);
-    lock->tryLock(0);
+    static_cast<void>(lock->tryLock(0)); // whether it is held is for the caller to ask
     return lock;
 }
 
