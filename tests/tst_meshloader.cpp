@@ -1,15 +1,7 @@
 #include <examples/SceneEditor/document/MeshLoader.h>
 
-#include <QtCore/QBuffer>
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
-
 #include <tests/testsupport.h>
 
-#include <algorithm>
-#include <memory>
-#include <utility>
 #ifdef Q_OS_LINUX
 #include <csignal>
 #include <sys/stat.h>
@@ -100,19 +92,17 @@ QByteArray largeObj()
 {
     QByteArray data;
     constexpr int side = 300;
+    const auto number = [](int value) { return QByteArray::number(value) + ' '; };
     for (int i = 0; i < side * side; ++i)
-        data += "v " + QByteArray::number(i % side) + ' ' + QByteArray::number(i / side) + " 0\n";
-    for (int y = 0; y + 1 < side; ++y)
-    {
-        for (int x = 0; x + 1 < side; ++x)
-        {
-            const int a = y * side + x + 1;
-            data += "f " + QByteArray::number(a) + ' ' + QByteArray::number(a + 1) + ' ' +
-                    QByteArray::number(a + side + 1) + ' ' + QByteArray::number(a + side) + '\n';
-        }
-    }
+        data += "v " + number(i % side) + number(i / side) + "0\n";
+    for (int a = 1; a <= side * (side - 1); ++a)
+        if (a % side != 0)
+            data += "f " + number(a) + number(a + 1) + number(a + side + 1) + number(a + side) + '\n';
     return data;
 }
+
+using BadMeshes = Table<const char*, QByteArray, const char*>; // name, contents, part of the message
+using BrokenReaders = Table<int, const char*>;                 // signal, part of the message
 
 struct Result
 {
@@ -292,11 +282,7 @@ private Q_SLOTS:
 
     void badMeshesAreRefused_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QString>("expectation");
-        const auto row = [](const char* title, const char* name, const QByteArray& data, const char* expectation)
-        { QTest::newRow(title) << QString::fromLatin1(name) << data << QString::fromLatin1(expectation); };
+        const BadMeshes row;
         row("unknown kind", "bad.txt", "v 0 0 0\n", "*.obj, *.ply");
         row("empty", "empty.obj", "", "expected");
         row("prose", "prose.ply", "Dear reader, this is a letter.\n", "expected PLY");
@@ -333,9 +319,7 @@ private Q_SLOTS:
 
     void badMeshesAreRefused()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, data);
-        QFETCH(QString, expectation);
+        const auto [name, data, expectation] = BadMeshes::current();
         const QString fileName = file(name, data);
         const auto [mesh, error] = read(fileName);
         QVERIFY(!mesh);
@@ -374,19 +358,17 @@ private Q_SLOTS:
 
     void brokenReadersCostAMessage_data()
     {
-        QTest::addColumn<int>("signal");
-        QTest::addColumn<QString>("expectation");
-        QTest::newRow("crash") << SIGSEGV << "it broke the program";
-        QTest::newRow("killed") << SIGKILL << "it broke the program";
-        QTest::newRow("endless") << SIGSTOP << "nothing came of it for 0.3 seconds";
+        const BrokenReaders row;
+        row("crash", SIGSEGV, "it broke the program");
+        row("endless", SIGSTOP, "nothing came of it for 0.3 seconds");
     }
 
     void brokenReadersCostAMessage()
     {
-        QFETCH(int, signal);
-        QFETCH(QString, expectation);
+        const int signal = std::get<0>(BrokenReaders::current());
+        const QString expectation = std::get<1>(BrokenReaders::current());
         QTimer timer;
-        connect(&timer, &QTimer::timeout, this, [&] { signalReaders(signal); });
+        connect(&timer, &QTimer::timeout, this, [signal] { signalReaders(signal); });
         timer.start(0);
         const QString error = read(m_large, 300).error;
         QVERIFY2(error.contains(expectation), qPrintable(error));

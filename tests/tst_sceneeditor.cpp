@@ -8,20 +8,10 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QSliderEdit.h>
 
-#include <QtCore/QMimeData>
-#include <QtCore/QProcess>
-#include <QtCore/QSet>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QDropEvent>
-#include <QtGui/QScreen>
-#include <QtWidgets/QFileDialog>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QSlider>
-#include <QtWidgets/QToolButton>
 
 using sceneeditor::MainWindow;
 using sceneeditor::Scene;
@@ -33,11 +23,34 @@ QString studio()
     return QStringLiteral(SCENE_EDITOR_ASSETS "/studio.json");
 }
 
+// For the tests of values, files and command lines.
+using Clamped = Table<const char*, const char*, const char*, QByteArray>; // editor, field, text and what it becomes
+using BadFiles = Table<QByteArray, QStringList>;                          // contents and parts of the message
+using CommandLines = Table<QStringList, int, QStringList>;                // arguments, exit code, parts of the message
+
 void write(const QString& fileName, const QByteArray& contents)
 {
     QFile file(fileName);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(contents);
+}
+
+void drag(QWidget* view, Qt::MouseButton button, const QPoint& from, const QPoint& to)
+{
+    QTest::mousePress(view, button, Qt::NoModifier, from);
+    QMouseEvent move(QEvent::MouseMove, to, Qt::NoButton, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &move);
+    QTest::mouseRelease(view, button, Qt::NoModifier, to);
+}
+
+QList<QRenderWidget*> secondViews()
+{
+    QList<QRenderWidget*> views;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+        if (auto* view = qobject_cast<QRenderWidget*>(window))
+            views << view;
+    return views;
 }
 
 // Answers the next message box with one of its buttons.
@@ -84,7 +97,6 @@ private Q_SLOTS:
     void secondViewCanBeClosed();
     void commandLine_data();
     void commandLine();
-    void withoutDisplayItSaysSo();
 
 private:
     void start();
@@ -95,9 +107,19 @@ private:
         return child<T>(*m_window, name);
     }
 
+    QString shownMessage()
+    {
+        const auto* label = find<QLabel>("messageText");
+        return label->isVisibleTo(m_window.get()) ? label->text() : QString();
+    }
+
     sceneeditor::Document& document() { return m_window->document(); }
     const Scene& scene() { return document().scene(); }
-    void type(const char* editor, const char* field, const char* text);
+    QLineEdit* typeOnly(const char* editor, const char* field, const char* text);
+    void type(const char* editor, const char* field, const char* text)
+    {
+        QTest::keyClick(typeOnly(editor, field, text), Qt::Key_Return);
+    }
     void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
     QTemporaryDir m_directory;
@@ -110,8 +132,8 @@ void tst_SceneEditor::initTestCase()
     // Not the settings of the person who runs the tests.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
     qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory.path()));
-    QCoreApplication::setOrganizationName(QStringLiteral("Orvek"));
-    QCoreApplication::setApplicationName(QStringLiteral("SceneEditorTest"));
+    QCoreApplication::setOrganizationName("Orvek");
+    QCoreApplication::setApplicationName("SceneEditorTest");
 }
 
 void tst_SceneEditor::init()
@@ -143,15 +165,14 @@ void tst_SceneEditor::open(const QString& fileName)
     QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 30000);
 }
 
-void tst_SceneEditor::type(const char* editor, const char* field, const char* text)
+QLineEdit* tst_SceneEditor::typeOnly(const char* editor, const char* field, const char* text)
 {
     // The scene has a name, too.
     QWidget* panel = qstrcmp(editor, "name") == 0 ? find<QAccordion>("Object") : find<QWidget>("propertyPanel");
     auto* line = child<QLineEdit>(*child<QWidget>(*panel, editor), field);
     line->setFocus();
-    line->selectAll();
-    QTest::keyClicks(line, QLatin1String(text));
-    QTest::keyClick(line, Qt::Key_Return);
+    typeText(line, QLatin1String(text));
+    return line;
 }
 
 void tst_SceneEditor::typedSavedUndoneAndReopened()
@@ -174,12 +195,12 @@ void tst_SceneEditor::typedSavedUndoneAndReopened()
                               before.objects[0].material.baseColour.blueF()));
     QCOMPARE(edited.light.colour.greenF(), QColor::fromRgbF(0, 0.25, 0).greenF());
     QCOMPARE(edited.view.gridExtent, 64);
-    QCOMPARE(find<QListWidget>("objectList")->item(0)->text(), QStringLiteral("Stand"));
+    QCOMPARE(find<QListWidget>("objectList")->item(0)->text(), "Stand");
     QVERIFY(edited.light.intensity > before.light.intensity);
     QCOMPARE(edited.light.shadows, !before.light.shadows);
     QVERIFY(m_window->isWindowModified());
 
-    const QString file = m_directory.filePath(QStringLiteral("edited.json"));
+    const QString file = m_directory.filePath("edited.json");
     QVERIFY(m_window->saveScene(file));
     QVERIFY(!m_window->isWindowModified());
     for (int i = 0; i < 8; ++i)
@@ -218,8 +239,7 @@ void tst_SceneEditor::severalObjectsAreEditedInOneStep()
         QTest::mouseClick(list->viewport(), Qt::LeftButton, row == 1 ? Qt::NoModifier : Qt::ControlModifier,
                           list->visualItemRect(list->item(row)).center());
     QCOMPARE(document().selection(), (QVector<int>{1, 2}));
-    auto* roughness = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
-    QCOMPARE(roughness->text(), QString());
+    QCOMPARE(child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit")->text(), QString());
     type("material.roughness", "lineEdit", "*=0.5");
     for (const size_t i : {1U, 2U})
         QCOMPARE(scene().objects[i].material.roughness, before.objects[i].material.roughness * 0.5);
@@ -239,7 +259,7 @@ void tst_SceneEditor::severalObjectsAreEditedInOneStep()
     document().setSelection({1});
     trigger("actionDuplicate");
     trigger("actionDuplicate");
-    QCOMPARE(scene().objects[3].name, before.objects[0].name + QStringLiteral(" 3"));
+    QCOMPARE(scene().objects[3].name, before.objects[0].name + " 3");
 }
 
 void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
@@ -248,7 +268,7 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     const Scene before = scene();
     std::vector<Scene> states{before};
     const QSignalSpy progress(find<QProgressBar>("progress"), &QProgressBar::valueChanged);
-    const QString cube = QFileInfo(studio()).dir().filePath(QStringLiteral("cube.obj"));
+    const QString cube = QFileInfo(studio()).dir().filePath("cube.obj");
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(cube), QUrl::fromLocalFile(cube)});
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
@@ -264,8 +284,8 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     QTest::mouseClick(find<QPushButton>("duplicateButton"), Qt::LeftButton);
     QVERIFY(scene().objects.back().name != scene().objects[before.objects.size()].name);
     states.push_back(scene());
-    list->item(1)->setText(QStringLiteral("Renamed"));
-    QCOMPARE(scene().objects[1].name, QStringLiteral("Renamed"));
+    list->item(1)->setText("Renamed");
+    QCOMPARE(scene().objects[1].name, "Renamed");
     states.push_back(scene());
     list->item(0)->setCheckState(Qt::Unchecked);
     QVERIFY(!scene().objects[0].visible);
@@ -275,23 +295,24 @@ void tst_SceneEditor::objectsAreAddedRenamedHiddenAndRemoved()
     QTest::keyClick(list, Qt::Key_Delete);
     QCOMPARE(scene().objects.size(), before.objects.size() + 1);
     states.push_back(scene());
+    // The camera is no part of a step: importing frames the new object.
     for (size_t i = states.size() - 1; i-- > 0;)
     {
         trigger("actionUndo");
-        QVERIFY(scene().objects == states[i].objects); // importing frames the new one
+        QVERIFY(scene().objects == states[i].objects);
         QCOMPARE(list->count(), int(states[i].objects.size()));
     }
     for (size_t i = 1; i < states.size(); ++i)
     {
         trigger("actionRedo");
-        QVERIFY(scene().objects == states[i].objects); // importing frames the new one
+        QVERIFY(scene().objects == states[i].objects);
     }
 
     // Down to nothing, which disables what needs an object.
     while (!scene().objects.empty())
         QTest::mouseClick(find<QPushButton>("removeButton"), Qt::LeftButton);
-    QVERIFY(!m_window->findChild<QWidget*>(QStringLiteral("material.roughness")));
-    QVERIFY(!m_window->findChild<QWidget*>(QStringLiteral("mesh")));
+    QVERIFY(!m_window->findChild<QWidget*>("material.roughness"));
+    QVERIFY(!m_window->findChild<QWidget*>("mesh"));
     QVERIFY(!find<QAction>("actionDelete")->isEnabled());
 }
 
@@ -300,13 +321,7 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     auto* view = find<QRenderWidget>("renderView");
     auto* azimuth = find<QSliderEdit>("camera.azimuth");
     const double before = azimuth->value().toDouble();
-    QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
-    for (int x = 110; x <= 160; x += 10)
-    {
-        QMouseEvent move(QEvent::MouseMove, QPoint(x, 100), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(view, &move);
-    }
-    QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(160, 100));
+    drag(view, Qt::LeftButton, QPoint(100, 100), QPoint(160, 100));
     QVERIFY(azimuth->value().toDouble() != before);
     QCOMPARE(scene().camera.azimuth, azimuth->value().toDouble());
     // No step, but quitting would lose it.
@@ -315,11 +330,7 @@ void tst_SceneEditor::cameraFollowsTheMouseAndTheEditors()
     // The right button moves the target, and selects nothing.
     const sceneeditor::Camera left = scene().camera;
     const QVector<int> selection = document().selection();
-    QTest::mousePress(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
-    QMouseEvent move(QEvent::MouseMove, view->rect().center() + QPoint(-40, 0), Qt::NoButton, Qt::RightButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(view, &move);
-    QTest::mouseRelease(view, Qt::RightButton, Qt::NoModifier, view->rect().center() + QPoint(-40, 0));
+    drag(view, Qt::RightButton, view->rect().center(), view->rect().center() + QPoint(-40, 0));
     QTest::mouseClick(view, Qt::RightButton, Qt::NoModifier, view->rect().center());
     QVERIFY(scene().camera.target.x() > left.target.x());
     QCOMPARE(scene().camera.azimuth, left.azimuth);
@@ -369,7 +380,7 @@ void tst_SceneEditor::settingsWithoutEffectAreDisabled()
     {
         light.kind = kind;
         light.shadows = kind == LightKind::Point;
-        document().valueChanged(QStringLiteral("scene.light.kind"));
+        document().valueChanged("scene.light.kind");
         QTRY_COMPARE(find<QWidget>("light.distance")->isEnabled(), kind != LightKind::Directional);
         for (const char* cone : {"light.coneAngle", "light.coneSoftness"})
             QCOMPARE(find<QWidget>(cone)->isEnabled(), kind == LightKind::Spot);
@@ -379,12 +390,7 @@ void tst_SceneEditor::settingsWithoutEffectAreDisabled()
 
 void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped_data()
 {
-    QTest::addColumn<QByteArray>("editor");
-    QTest::addColumn<QByteArray>("field");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("kept");
-    const auto row = [](const char* name, const char* editor, const char* field, const char* text, const char* kept)
-    { QTest::newRow(name) << QByteArray(editor) << QByteArray(field) << QByteArray(text) << QByteArray(kept); };
+    const Clamped row;
     row("position", "position", "x", "1e9", "1e+06");
     row("infinite", "scale", "z", "1e99", "1");
     row("not a number", "scale", "y", "nan", "1");
@@ -395,16 +401,13 @@ void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped_data()
 
 void tst_SceneEditor::valuesOutsideOfTheScenesRangesAreClamped()
 {
-    QFETCH(QByteArray, editor);
-    QFETCH(QByteArray, field);
-    QFETCH(QByteArray, text);
-    QFETCH(QByteArray, kept);
-    type(editor.constData(), field.constData(), text.constData());
-    auto* line = child<QLineEdit>(*find<QWidget>(editor.constData()), field.constData());
+    const auto [editor, field, text, kept] = Clamped::current();
+    QLineEdit* line = typeOnly(editor, field, text);
+    QTest::keyClick(line, Qt::Key_Return);
     line->clearFocus();
     QCOMPARE(line->text().toLatin1(), kept);
     // Only scenes within the ranges can be saved.
-    QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("clamped.json"))));
+    QVERIFY(m_window->saveScene(m_directory.filePath("clamped.json")));
 }
 
 void tst_SceneEditor::searchShowsWhatMatches()
@@ -412,11 +415,9 @@ void tst_SceneEditor::searchShowsWhatMatches()
     auto* search = find<QLineEdit>("search");
     find<QAccordion>("Light")->setOpen(false);
     QTest::keyClicks(search, "INTENS");
-    QVERIFY(find<QWidget>("light.intensity")->isVisible());
-    QVERIFY(find<QAccordion>("Light")->isOpen());
-    QVERIFY(!find<QWidget>("light.colour")->isVisible());
-    QVERIFY(!find<QWidget>("material.roughness")->isVisible());
-    QVERIFY(!find<QWidget>("light.shadows")->isVisible());
+    QVERIFY(find<QWidget>("light.intensity")->isVisible() && find<QAccordion>("Light")->isOpen());
+    for (const char* other : {"light.colour", "material.roughness", "light.shadows"})
+        QVERIFY2(!find<QWidget>(other)->isVisible(), other);
     search->selectAll();
     QTest::keyClicks(search, "shadows");
     QVERIFY(find<QWidget>("light.shadows")->isVisible());
@@ -447,34 +448,26 @@ void tst_SceneEditor::sectionsStayFoldedInTheNextRun()
 
 void tst_SceneEditor::badFilesLeaveTheSceneAsItIs_data()
 {
-    QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<QStringList>("named");
-    QTest::newRow("missing") << QByteArray() << QStringList{QStringLiteral("bad.json")};
-    QTest::newRow("syntax") << QByteArray("{\n  \"format\": orvek }")
-                            << QStringList{QStringLiteral("bad.json"), QStringLiteral("2:")};
+    const BadFiles row;
     const QByteArray head("{\"format\": \"orvek-scene\", \"version\": 1, ");
-    QTest::newRow("range") << head + "\"camera\": {\"fieldOfView\": 500}}"
-                           << QStringList{QStringLiteral("camera.fieldOfView"), QStringLiteral("expected"),
-                                          QStringLiteral("500")};
-    QTest::newRow("mesh missing") << head + "\"objects\": [{}, {\"mesh\": \"none.obj\"}]}"
-                                  << QStringList{QStringLiteral("bad.json"), QStringLiteral("objects[1].mesh"),
-                                                 QStringLiteral("none.obj")};
-    QTest::newRow("environment missing") << head + "\"view\": {\"environmentImage\": \"none.png\"}}"
-                                         << QStringList{QStringLiteral("view.environmentImage"),
-                                                        QStringLiteral("none.png"), QStringLiteral("expected")};
     // A PNG file that claims to have 30000 x 30000 pixels.
-    write(m_directory.filePath(QStringLiteral("huge.png")),
+    write(m_directory.filePath("huge.png"),
           QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAdTAAAHUwCAIAAADpRW/tAAAADElEQVR4nGNgoD0AAABkAAGGZDw1"));
-    QTest::newRow("environment huge") << head + "\"view\": {\"environmentImage\": \"huge.png\"}}"
-                                      << QStringList{QStringLiteral("view.environmentImage"),
-                                                     QStringLiteral("huge.png"), QStringLiteral("30000")};
+    row("missing", "", {"bad.json"});
+    row("syntax", "{\n  \"format\": orvek }", {"bad.json", "2:"});
+    row("range", head + "\"camera\": {\"fieldOfView\": 500}}", {"camera.fieldOfView", "expected", "500"});
+    row("mesh missing", head + "\"objects\": [{}, {\"mesh\": \"none.obj\"}]}",
+        {"bad.json", "objects[1].mesh", "none.obj"});
+    row("environment missing", head + "\"view\": {\"environmentImage\": \"none.png\"}}",
+        {"view.environmentImage", "none.png", "expected"});
+    row("environment huge", head + "\"view\": {\"environmentImage\": \"huge.png\"}}",
+        {"view.environmentImage", "huge.png", "30000"});
 }
 
 void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()
 {
-    QFETCH(QByteArray, contents);
-    QFETCH(QStringList, named);
-    const QString file = m_directory.filePath(QStringLiteral("bad.json"));
+    const auto [contents, named] = BadFiles::current();
+    const QString file = m_directory.filePath("bad.json");
     QFile::remove(file);
     if (!contents.isEmpty())
         write(file, contents);
@@ -483,8 +476,7 @@ void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()
     QSignalSpy failed(m_window.get(), &MainWindow::loadFailed);
     m_window->openScene(file);
     QTRY_COMPARE(failed.count(), 1);
-    const QString message = find<QLabel>("messageText")->text();
-    QVERIFY(find<QLabel>("messageText")->isVisible());
+    const QString message = shownMessage();
     for (const QString& part : named)
         QVERIFY2(message.contains(part), qPrintable(message));
     QVERIFY(scene() == before);
@@ -497,13 +489,12 @@ void tst_SceneEditor::badFilesLeaveTheSceneAsItIs()
 void tst_SceneEditor::badMeshLeavesTheObjectAsItIs()
 {
     const Scene before = scene();
-    const QString broken = m_directory.filePath(QStringLiteral("broken.obj"));
+    const QString broken = m_directory.filePath("broken.obj");
     write(broken, "v 0 0\nf 1 2 3\n");
     QSignalSpy failed(m_window.get(), &MainWindow::loadFailed);
     type("mesh", "lineEdit", qPrintable(broken));
     QTRY_COMPARE(failed.count(), 1);
-    QVERIFY2(find<QLabel>("messageText")->text().contains(QStringLiteral("broken.obj")),
-             qPrintable(find<QLabel>("messageText")->text()));
+    QVERIFY2(shownMessage().contains("broken.obj"), qPrintable(shownMessage()));
     QVERIFY(scene() == before);
     QCOMPARE(find<QFileEdit>("mesh")->filename(), before.objects[0].meshFile);
 
@@ -513,7 +504,7 @@ void tst_SceneEditor::badMeshLeavesTheObjectAsItIs()
     QCOMPARE(find<QFileEdit>("view.environmentImage")->filename(), before.view.environmentImage);
     QVERIFY(!find<QAction>("actionUndo")->isEnabled());
     type("mesh", "lineEdit", "vase.obj");
-    QTRY_COMPARE(QFileInfo(scene().objects[0].meshFile).fileName(), QStringLiteral("vase.obj"));
+    QTRY_COMPARE(QFileInfo(scene().objects[0].meshFile).fileName(), "vase.obj");
     trigger("actionUndo");
     QVERIFY(scene() == before);
 }
@@ -521,14 +512,8 @@ void tst_SceneEditor::badMeshLeavesTheObjectAsItIs()
 void tst_SceneEditor::cancelledLoadLeavesTheSceneAsItIs()
 {
     const Scene before = scene();
-    QByteArray large("o large\n");
-    for (int i = 0; i < 400000; ++i)
-        large += "v " + QByteArray::number(i % 1000) + " " + QByteArray::number(i / 1000) + " 0\n";
-    for (int i = 1; i < 399000; ++i)
-        large +=
-            "f " + QByteArray::number(i) + " " + QByteArray::number(i + 1) + " " + QByteArray::number(i + 1000) + "\n";
-    const QString file = m_directory.filePath(QStringLiteral("large.obj"));
-    write(file, large);
+    const QString file = m_directory.filePath("large.obj");
+    write(file, "v 0 0 0\nv 1 0 0\nv 0 1 0\n" + QByteArray("f 1 2 3\n").repeated(2000000));
     m_window->importMeshes({file});
     QVERIFY(m_window->isLoading());
     auto* cancel = find<QToolButton>("cancel");
@@ -552,10 +537,7 @@ void tst_SceneEditor::unsavedChangesAreAskedAbout()
     QVERIFY(scene().objects.empty());
     open(studio());
     // Typed, but neither confirmed nor left.
-    auto* field = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
-    field->setFocus();
-    field->selectAll();
-    QTest::keyClicks(field, "0.125");
+    typeOnly("material.roughness", "lineEdit", "0.125");
     answer(QMessageBox::Cancel);
     QVERIFY(!m_window->close());
     QVERIFY(m_window->isVisible());
@@ -566,11 +548,11 @@ void tst_SceneEditor::unsavedChangesAreAskedAbout()
 
 void tst_SceneEditor::unsavedChangesOutliveTheProgram()
 {
-    QDir copies(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery"));
+    QDir copies(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/recovery");
     m_window.reset(); // it has a lock there
     QVERIFY(copies.path().startsWith(m_directory.path()) && copies.removeRecursively());
     start();
-    const auto isCopied = [&copies] { return !copies.entryList({QStringLiteral("*.json")}).isEmpty(); };
+    const auto isCopied = [&copies] { return !copies.entryList({"*.json"}).isEmpty(); };
     // Undone, there is nothing to be kept.
     type("material.roughness", "lineEdit", "0.25");
     QTRY_VERIFY_WITH_TIMEOUT(isCopied(), 10000);
@@ -595,8 +577,8 @@ void tst_SceneEditor::unsavedChangesOutliveTheProgram()
     QCOMPARE(document().fileName(), QFileInfo(studio()).absoluteFilePath());
     QVERIFY(m_window->isWindowModified());
     QVERIFY(isCopied());
-    QVERIFY(m_window->saveScene(m_directory.filePath(QStringLiteral("recovered.json"))));
-    const QStringList kinds{QStringLiteral("*.json*"), QStringLiteral("*.document")};
+    QVERIFY(m_window->saveScene(m_directory.filePath("recovered.json")));
+    const QStringList kinds{"*.json*", "*.document"};
     QCOMPARE(copies.entryList(kinds), QStringList());
 
     document().setSelection({0});
@@ -613,31 +595,28 @@ void tst_SceneEditor::unsavedChangesOutliveTheProgram()
     }
     answer(QMessageBox::Discard);
     QVERIFY(!m_window->offerUnsavedChanges());
-    QCOMPARE(copies.entryList(kinds), QStringList(QStringLiteral("1.json.new")));
+    QCOMPARE(copies.entryList(kinds), QStringList("1.json.new"));
 }
 
 void tst_SceneEditor::savingCommitsTypingAndLocksTheFile()
 {
-    const QString file = m_directory.filePath(QStringLiteral("typed.json"));
-    auto* field = child<QLineEdit>(*find<QWidget>("material.roughness"), "lineEdit");
-    field->setFocus();
-    field->selectAll();
-    QTest::keyClicks(field, "0.125");
+    const QString file = m_directory.filePath("typed.json");
+    typeOnly("material.roughness", "lineEdit", "0.125");
     QVERIFY(m_window->saveScene(file));
     QString error;
     QCOMPARE(sceneeditor::readScene(file, &error)->objects[0].material.roughness, 0.125);
     // The window that came first is not bothered.
-    QVERIFY(!find<QLabel>("messageText")->isVisible());
+    QCOMPARE(shownMessage(), QString());
     const std::unique_ptr<MainWindow> first = std::move(m_window);
     m_window = std::make_unique<MainWindow>();
     open(file);
-    QVERIFY(find<QLabel>("messageText")->text().contains(QStringLiteral("another window")));
+    QVERIFY2(shownMessage().contains("another window"), qPrintable(shownMessage()));
 }
 
 void tst_SceneEditor::shortcutsAreComplete()
 {
     QStringList keys;
-    const auto actions = m_window->findChildren<QAction*>(QRegularExpression(QStringLiteral("^action")));
+    const auto actions = m_window->findChildren<QAction*>(QRegularExpression("^action"));
     for (const QAction* action : actions)
     {
         if (action->objectName() != QLatin1String("actionAbout"))
@@ -671,25 +650,19 @@ void tst_SceneEditor::viewsShowTheSceneOnTheScreen()
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         QSKIP("only an X server shows what OpenGL draws");
     trigger("actionNewView");
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* window : windows)
+    const QList<QRenderWidget*> second = secondViews();
+    QCOMPARE(second.size(), 1);
+    for (QRenderWidget* view : {find<QRenderWidget>("renderView"), second[0]})
     {
-        const auto* view = qobject_cast<QRenderWidget*>(window);
-        if (window != m_window.get() && !view)
-            continue;
-        if (!view)
-            view = find<QRenderWidget>("renderView");
-        window->raise();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        view->window()->raise();
+        QVERIFY(QTest::qWaitForWindowExposed(view->window()));
         const auto colours = [view]
         {
             const QImage seen = view->screen()->grabWindow(view->winId()).toImage();
             QSet<QRgb> found;
             for (int y = 0; y < seen.height(); y += 4)
-            {
                 for (int x = 0; x < seen.width(); x += 4)
                     found.insert(seen.pixel(x, y));
-            }
             return int(found.size());
         };
         QTRY_VERIFY2(colours() > 500, qPrintable(QString::number(colours())));
@@ -700,13 +673,7 @@ void tst_SceneEditor::secondViewCanBeClosed()
 {
     for (int i = 0; i < 2; ++i)
         trigger("actionNewView");
-    QList<QRenderWidget*> views;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* window : windows)
-    {
-        if (auto* view = qobject_cast<QRenderWidget*>(window))
-            views << view;
-    }
+    const QList<QRenderWidget*> views = secondViews();
     QCOMPARE(views.size(), 2);
     QVERIFY(QTest::qWaitForWindowExposed(views[0]));
     const QPointer<QRenderWidget> closed(views[0]);
@@ -721,35 +688,31 @@ void tst_SceneEditor::secondViewCanBeClosed()
 
 void tst_SceneEditor::commandLine_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QStringList>("said");
-    const QString picture = m_directory.filePath(QStringLiteral("picture.png"));
-    const QString bad = m_directory.filePath(QStringLiteral("command.json"));
+    const CommandLines row;
+    const QString picture = m_directory.filePath("picture.png");
+    const QString bad = m_directory.filePath("command.json");
     write(bad, "{\"format\": \"orvek-scene\", \"version\": 1, \"light\": {\"kind\": \"sun\"}}");
-    QTest::newRow("picture") << QStringList{QStringLiteral("--size"),       QStringLiteral("900x620"),
-                                            QStringLiteral("--search"),     QStringLiteral("colour"),
-                                            QStringLiteral("--screenshot"), picture}
-                             << 0 << QStringList();
-    QTest::newRow("bad scene") << QStringList{QStringLiteral("--screenshot"), picture, bad} << 2
-                               << QStringList{QStringLiteral("command.json"), QStringLiteral("light.kind"),
-                                              QStringLiteral("sun"), QStringLiteral("point")};
-    QTest::newRow("no such scene") << QStringList{m_directory.filePath(QStringLiteral("none.json"))} << 2
-                                   << QStringList{QStringLiteral("none.json")};
-    QTest::newRow("bad size") << QStringList{QStringLiteral("--size"), QStringLiteral("big")} << 2
-                              << QStringList{QStringLiteral("--size"), QStringLiteral("expected")};
+    row("picture", {"--size", "900x620", "--search", "colour", "--screenshot", picture}, 0, {});
+    row("bad scene", {"--screenshot", picture, bad}, 2, {"command.json", "light.kind", "sun", "point"});
+    row("no such scene", {m_directory.filePath("none.json")}, 2, {"none.json"});
+    row("bad size", {"--size", "big"}, 2, {"--size", "expected"});
+    row("no display", {}, 1, {"no display"});
 }
 
 void tst_SceneEditor::commandLine()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(int, exitCode);
-    QFETCH(QStringList, said);
-    const QString picture = m_directory.filePath(QStringLiteral("picture.png"));
+    const auto [arguments, exitCode, said] = CommandLines::current();
+    const QString picture = m_directory.filePath("picture.png");
     QFile::remove(picture);
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_directory.path());
+    environment.insert("XDG_CONFIG_HOME", m_directory.path());
+    if (QTest::currentDataTag() == QByteArray("no display"))
+    {
+        environment.remove("DISPLAY");
+        environment.remove("WAYLAND_DISPLAY");
+        environment.insert("QT_QPA_PLATFORM", "xcb");
+    }
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(SCENE_EDITOR_PROGRAM), arguments);
     QVERIFY(program.waitForFinished(120000));
@@ -761,22 +724,6 @@ void tst_SceneEditor::commandLine()
     QCOMPARE(QFile::exists(picture), exitCode == 0);
     if (exitCode == 0)
         QCOMPARE(QImage(picture).size(), QSize(900, 620));
-}
-
-void tst_SceneEditor::withoutDisplayItSaysSo()
-{
-    QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(SCENE_EDITOR_PROGRAM), QStringList());
-    QVERIFY(program.waitForFinished(60000));
-    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(program.exitCode(), 1);
-    const QByteArray errors = program.readAllStandardError();
-    QVERIFY2(errors.contains("no display"), errors.constData());
 }
 
 QTEST_MAIN(tst_SceneEditor)

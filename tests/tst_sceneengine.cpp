@@ -8,9 +8,6 @@
 #include <Orvek/PlugIns/Qt/OrvekQtWidgets/QRenderWidget.h>
 
 #include <QOpenGLFramebufferObject>
-#include <QtCore/QBuffer>
-#include <QtCore/QTemporaryDir>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QOffscreenSurface>
 
 using namespace sceneeditor;
@@ -25,13 +22,8 @@ MeshPointer triangle(const QVector3D& a, const QVector3D& b, const QVector3D& c)
     const QVector3D normal = QVector3D::normal(a, b, c);
     mesh->vertices = {{a, normal}, {b, normal}, {c, normal}};
     mesh->indices = {0, 1, 2};
-    mesh->minimum = mesh->maximum = a;
-    for (const MeshData::Vertex& vertex : mesh->vertices)
-        for (int i = 0; i < 3; ++i)
-        {
-            mesh->minimum[i] = qMin(mesh->minimum[i], vertex.position[i]);
-            mesh->maximum[i] = qMax(mesh->maximum[i], vertex.position[i]);
-        }
+    for (int i = 0; i < 3; ++i)
+        std::tie(mesh->minimum[i], mesh->maximum[i]) = std::minmax({a[i], b[i], c[i]});
     return mesh;
 }
 
@@ -42,6 +34,9 @@ Object object(const char* mesh, const QVector3D& position)
     object.position = position;
     return object;
 }
+
+using Axes = Table<int, double>;        // axis, angle of the turntable
+using Frames = Table<QSize, QVector3D>; // of the view, scale of the object
 
 QByteArray dataUri(const QByteArray& data)
 {
@@ -113,9 +108,20 @@ private:
     CameraController& controller() { return m_view->cameraController(); }
     const Camera& camera() { return controller().camera(); }
     QPoint place(const QVector3D& point) { return positionOf(point, camera(), m_widget->size()).toPoint(); }
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        press(from);
+        dragTo(to);
+        release(to);
+    }
     void press(const QPoint& at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::mousePress(m_widget.get(), Qt::LeftButton, modifiers, at);
+    }
+    QImage drawn()
+    {
+        m_view->setScene(m_scene);
+        return m_manager.grabFrame(HWND(m_widget->winId()));
     }
     void dragTo(const QPoint& to)
     {
@@ -161,18 +167,16 @@ void tst_SceneEngine::cleanup()
 
 void tst_SceneEngine::arrowMovesTheSelectionAlongItsAxis_data()
 {
-    QTest::addColumn<int>("axis");
-    QTest::addColumn<double>("turntable");
-    QTest::newRow("x") << 0 << 0.0;
-    QTest::newRow("y") << 1 << 0.0;
-    QTest::newRow("z") << 2 << 0.0;
-    QTest::newRow("x, turned") << 0 << 40.0;
+    const Axes row;
+    row("x", 0, 0.0);
+    row("y", 1, 0.0);
+    row("z", 2, 0.0);
+    row("x, turned", 0, 40.0);
 }
 
 void tst_SceneEngine::arrowMovesTheSelectionAlongItsAxis()
 {
-    QFETCH(int, axis);
-    QFETCH(double, turntable);
+    const auto [axis, turntable] = Axes::current();
     m_view->setTurntableAngle(turntable);
     m_view->setSelection({0, 7});
     ShownScene shown;
@@ -205,16 +209,12 @@ void tst_SceneEngine::arrowMovesTheSelectionAlongItsAxis()
     QVERIFY(camera() == before);
 
     // Beside the arrows it orbits, and without a selection they are not there.
-    press(Corner);
-    dragTo(Corner + QPoint(60, 0));
-    release(Corner + QPoint(60, 0));
+    drag(Corner, Corner + QPoint(60, 0));
     QCOMPARE(started.count(), 1);
     QVERIFY(camera() != before);
     controller().setCamera(before);
     m_view->setSelection({});
-    press(pointAt(0.4f));
-    dragTo(pointAt(1.4f));
-    release(pointAt(1.4f));
+    drag(pointAt(0.4f), pointAt(1.4f));
     QCOMPARE(started.count(), 1);
 }
 
@@ -284,17 +284,15 @@ void tst_SceneEngine::boxFindsWhatItTouches()
 
 void tst_SceneEngine::frameFillsTheView_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QVector3D>("scale");
-    QTest::newRow("wide view") << QSize(900, 300) << QVector3D(1, 1, 1);
-    QTest::newRow("high view") << QSize(300, 600) << QVector3D(4, 1, 1);
-    QTest::newRow("tiny") << QSize(500, 500) << QVector3D(0.05f, 0.05f, 0.05f);
+    const Frames row;
+    row("wide view", {900, 300}, {1, 1, 1});
+    row("high view", {300, 600}, {4, 1, 1});
+    row("tiny", {500, 500}, {0.05f, 0.05f, 0.05f});
 }
 
 void tst_SceneEngine::frameFillsTheView()
 {
-    QFETCH(QSize, size);
-    QFETCH(QVector3D, scale);
+    const auto [size, scale] = Frames::current();
     m_scene.objects[0].scale = scale;
     m_scene.objects[0].position = QVector3D(-7, 3, 20);
     m_widget->resize(size);
@@ -327,11 +325,9 @@ void tst_SceneEngine::spotLightEndsAtItsCone()
     m_scene.light.coneAngle = 53.13; // 1 m around the origin
     m_scene.light.coneSoftness = 0.0;
     const auto brightness = [this](const QImage& frame, float x) { return qGray(frame.pixel(place({x, 0.0f, 0.0f}))); };
-    m_view->setScene(m_scene);
-    const QImage directional = m_manager.grabFrame(HWND(m_widget->winId()));
+    const QImage directional = drawn();
     m_scene.light.kind = LightKind::Spot;
-    m_view->setScene(m_scene);
-    const QImage spot = m_manager.grabFrame(HWND(m_widget->winId()));
+    const QImage spot = drawn();
     QVERIFY(qAbs(brightness(directional, 0.95f) - brightness(directional, 1.05f)) <= 2);
     QVERIFY(brightness(spot, 0.95f) > 1.5 * brightness(spot, 1.05f));
     QVERIFY(brightness(spot, -0.95f) > 1.5 * brightness(spot, -1.05f));
@@ -358,8 +354,7 @@ void tst_SceneEngine::materialsOfFilesAreDrawn()
     const auto draw = [this](ShadingMode shading)
     {
         m_scene.view.shading = shading;
-        m_view->setScene(m_scene);
-        return m_manager.grabFrame(m_widget->winId());
+        return drawn();
     };
     const auto at = [this](const QImage& frame, float x, float y) { return frame.pixelColor(place({x, 0.6f + y, 0})); };
     const auto isAbout = [](const QColor& found, const QColor& expected)
