@@ -4,6 +4,7 @@
 #include <Orvek/Host/ColourButton.h>
 #include <Orvek/Host/Description.h>
 #include <Orvek/Host/Inspector.h>
+#include <Orvek/Host/ObjectFile.h>
 #include <Orvek/Host/PanelHost.h>
 #include <Orvek/Host/QObjectType.h>
 
@@ -597,6 +598,31 @@ private Q_SLOTS:
         const auto wrong = std::make_shared<Numbers>(QVector<Property>(2)); // without names
         QVERIFY(!lamps.inspector.setObjects(wrong, {&lamps.lamps[0]}) && lamps.inspector.objects().isEmpty());
         QVERIFY(!lamps.inspector.editor("power"));
+    }
+
+    void newPropertyIsOneLine()
+    {
+        Lamps lamps;
+        struct Sun : Lamp
+        {
+            double temperature = 6500.0;
+        };
+        Description<Sun> sun("Sun");
+        sun.number("power", &Sun::power).range(0, 1000);
+        sun.number("temperature", &Sun::temperature).range(1000, 12000);
+        Sun suns[2];
+        suns[1].temperature = 3000.0;
+        const auto type = sun.type();
+        QVERIFY(!type->equal(&suns[0], &suns[1]) && lamps.inspector.setObjects(type, {&suns[0], &suns[1]}));
+        lamps.type_(lamps.field("temperature"), "*=2");
+        QCOMPARE(suns[0].temperature, 12000.0);
+        QCOMPARE(suns[1].temperature, 6000.0);
+        lamps.stack.undo();
+        QCOMPARE(suns[1].temperature, 3000.0);
+        QCOMPARE(lamps.stack.redoText(), QString("Change of Temperature"));
+        ObjectFile file(type);
+        QJsonObject json;
+        QVERIFY(file.toJson(&suns[1], &json) && file.fromJson(json, &suns[0]) && type->equal(&suns[0], &suns[1]));
     }
 };
 
