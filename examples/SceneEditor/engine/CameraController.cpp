@@ -107,7 +107,7 @@ void CameraController::frame(const QVector3D& minimum, const QVector3D& maximum)
     const QVector3D up = QVector3D::crossProduct(back, right);
     const double tangent = std::tan(qDegreesToRadians(camera.fieldOfView) / 2.0);
     const double across = tangent * m_viewport.width() / m_viewport.height();
-    // As far away as the corner that needs it most.
+    // Far enough for the corner that needs the most distance.
     camera.distance = 0.0;
     for (int i = 0; i < 8; ++i)
     {
@@ -287,7 +287,7 @@ void CameraController::apply(const Camera& camera)
 void CameraController::orbit(double azimuth, double elevation)
 {
     Camera camera = m_camera;
-    // Within half a turn either side, so that orbiting on and on never comes to the end of the range.
+    // Kept within half a turn either way, so that orbiting never reaches the end of the range.
     camera.azimuth = std::remainder(camera.azimuth + azimuth, 360.0);
     camera.elevation += elevation;
     apply(camera);
@@ -297,7 +297,7 @@ void CameraController::pan(int dx, int dy)
 {
     const QVector3D right = direction(m_camera.azimuth + 90.0, 0.0);
     const QVector3D up = QVector3D::crossProduct(direction(m_camera.azimuth, m_camera.elevation), right);
-    // At the target's depth: the target stays under the pointer.
+    // Pans at the target's depth, so that the target stays under the pointer.
     const double metres = metresPerPixel(m_camera.distance, m_camera, m_viewport);
     Camera camera = m_camera;
     camera.target += right * float(-dx * metres) + up * float(dy * metres);
@@ -317,7 +317,7 @@ void CameraController::move()
 
 void CameraController::cancelDrag()
 {
-    const Drag drag = std::exchange(m_drag, Drag::None); // until the button is up
+    const Drag drag = std::exchange(m_drag, Drag::None); // no drag until the button is up
     if (drag == Drag::Move && m_dragged)
     {
         Q_EMIT moved(QVector3D());

@@ -13,11 +13,11 @@
 
 namespace sceneeditor
 {
-//! Turns the input of one view into what the user means by it.
+//! Interprets the user's input in one view.
 //!
 //! It moves the camera: the left button orbits, the middle and right buttons pan, the wheel changes the distance (finer
-//! with Shift), the arrow keys orbit, R and Home go back to the home camera. On an arrow of the gizmo the left button
-//! moves the selection along it, with Shift it draws a box, and where it goes up and down in one place it clicks.
+//! with Shift), the arrow keys orbit, R and Home go back to the home camera. The left button also moves the selection
+//! when pressed on an arrow of the gizmo, draws a box with Shift, and clicks if the mouse stays in place.
 class CameraController final : public QObject, public orvek::base::BaseMouseHandler
 {
     Q_OBJECT
@@ -32,15 +32,15 @@ public:
     void setHomeCamera(const Camera& camera);
     void goHome();
 
-    //! Brings the box into view, as large as the view allows, from where the camera stands around it.
+    //! Brings the box into view, as large as the view allows, keeping the camera's direction.
     void frame(const QVector3D& minimum, const QVector3D& maximum);
 
     //! In device pixels; makes panning follow the pointer. 800 x 600 until set, empty sizes are ignored.
     void setViewportSize(const QSize& size);
 
-    //! What the left button can grab; nothing for none. It can change while it is held.
+    //! What the left button can grab; nullopt for nothing. It can change while it is held.
     void setGizmo(const std::optional<MoveGizmo>& gizmo);
-    //! The pointer is not over the view any more: no arrow is beneath it.
+    //! The pointer has left the view: no arrow is beneath it.
     void leave();
     //! The arrow that is held, or else the one beneath the pointer; -1 for none.
     int gizmoAxis() const { return m_axis; }
@@ -63,14 +63,14 @@ Q_SIGNALS:
     void boxSelected(const QRect& area, Qt::KeyboardModifiers modifiers);
     //! The selection is about to be moved by its gizmo.
     void moveStarted();
-    //! By how much since moveStarted(), in metres along the gizmo's axis, given as one of X, Y and Z of the scene: a
-    //! turntable that has turned is taken out.
+    //! The offset since moveStarted() in metres, along the gizmo's axis: X, Y or Z of the scene, without the rotation
+    //! of the turntable.
     void moved(const QVector3D& delta);
-    //! Comes once for each moveStarted(). Escape ends a move where it began.
+    //! Emitted once for each moveStarted(). After Escape, the move ends where it began.
     void moveFinished();
-    //! The user asks with F to have the selection in view.
+    //! The user pressed F to bring the selection into view.
     void frameRequested();
-    //! gizmoAxis() or selectionBox() is another one.
+    //! gizmoAxis() or selectionBox() changed.
     void overlayChanged();
 
 private:
@@ -95,12 +95,12 @@ private:
     QSize m_viewport{800, 600};
     std::optional<MoveGizmo> m_gizmo;
     int m_axis = -1;
-    int m_button = 0;                  // that started the drag; others are ignored until it is up
-    Qt::KeyboardModifiers m_modifiers; // at its press
+    int m_button = 0;                  // started the drag; others are ignored until it is up
+    Qt::KeyboardModifiers m_modifiers; // when it was pressed
     Drag m_drag = Drag::None;
     QPoint m_pressed;
     QPoint m_last;
-    bool m_dragged = false;             // beyond the distance of a click
+    bool m_dragged = false;             // farther than a click may move
     std::optional<MoveGizmo> m_grabbed; // the gizmo as it was at the press
     float m_grabbedAt = 0.0f;           // metres along its axis
     float m_moved = 0.0f;               // since then

@@ -21,7 +21,7 @@ QMatrix4x4 cameraMatrix(const Camera& camera, const QSize& view);
 
 //! From the eye through the position: towards the near plane, not normalised.
 QVector3D wayThrough(const QPointF& position, const Camera& camera, const QSize& view);
-//! Where the point is drawn. The point has to lie in front of the camera.
+//! Where the point is drawn. The point must be in front of the camera.
 QPointF positionOf(const QVector3D& point, const Camera& camera, const QSize& view);
 //! Metres that one pixel covers at the distance in front of the camera.
 double metresPerPixel(double distance, const Camera& camera, const QSize& view);

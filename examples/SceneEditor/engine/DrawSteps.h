@@ -4,15 +4,15 @@
 
 namespace sceneeditor
 {
-//! The steps of a frame, each of them short. A frame that takes long is gone through several times: each time the steps
-//! that were done are passed over, a few more are done, and the rest is left for the next time. So the window can
-//! answer in between. The frame must consist of the same steps each time.
+//! The steps of a frame, each of them short. Code that draws a slow frame runs several times: each run skips the steps
+//! already done, does a few more, and leaves the rest for the next run. So the window can respond in between. The frame
+//! must consist of the same steps each time.
 class DrawSteps
 {
 public:
-    //! Of another frame.
+    //! Starts another frame.
     void restart() { m_done = 0; }
-    //! Before going through the frame, for so many milliseconds; without a limit if negative. One step is always done.
+    //! Call this before each run, with its limit in milliseconds; negative for none. One step is always done.
     void begin(int limit)
     {
         m_isFirstTime = m_done == 0;

@@ -46,8 +46,8 @@ EnvironmentLight environmentLight(const QImage& picture)
     result.height = image.height();
     result.texels.reserve(size_t(result.width) * size_t(result.height) * 3);
 
-    // Light from all around a surface is smooth: nine spherical harmonics hold it. The factors are those of the basis
-    // functions, squared, with the cosine lobe, over pi, so that the shader multiplies by plain polynomials.
+    // Light from all around a surface is smooth: nine spherical harmonics are enough. The factors are those of the
+    // basis functions, squared, times the cosine lobe, over pi; so the shader needs only plain polynomials.
     constexpr double factors[9] = {0.0795775, 0.159155,  0.159155, 0.159155, 0.298416,
                                    0.298416,  0.0248680, 0.298416, 0.0746039};
     std::array<std::array<double, 3>, 9> sums{};

@@ -19,7 +19,7 @@ struct EnvironmentLight
     std::array<QVector3D, 9> irradiance;
 };
 
-//! The picture is equirectangular, up at the top, and scaled down to at most 2048 x 1024. A null one is even grey.
+//! The picture is equirectangular, up at the top, and scaled down to at most 2048 x 1024. A null one gives even grey.
 EnvironmentLight environmentLight(const QImage& picture);
 
 //! Linear red, green and blue of an sRGB colour.

@@ -75,7 +75,7 @@ bool FrameTarget::resize(Gl* gl, const QSize& size, int samples, QString* error)
 
 void FrameTarget::release(Gl* gl)
 {
-    // 0 is ignored by all of them.
+    // All of them ignore 0.
     gl->glDeleteFramebuffers(1, &m_frame);
     gl->glDeleteRenderbuffers(2, m_buffers);
     gl->glDeleteFramebuffers(1, &m_pictureFrame);

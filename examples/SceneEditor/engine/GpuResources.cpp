@@ -43,7 +43,7 @@ struct GpuResourcesText
     Q_DECLARE_TR_FUNCTIONS(SceneRenderer)
 };
 
-// The files one after the other: what the last one uses has to come before it.
+// Joins the files in this order; each may use only what comes before it.
 QByteArray source(const QStringList& files)
 {
     QByteArray code("#version 330 core\n");
@@ -76,7 +76,7 @@ MeshPointer makeLineBox()
     return box;
 }
 
-// A shaft that begins a little off the middle, and a head.
+// A shaft that begins a little away from the centre, and a head.
 MeshPointer makeArrow()
 {
     struct Ring
@@ -105,7 +105,7 @@ MeshPointer makeArrow()
     return arrow;
 }
 
-// With smaller copies. The image is of Format_RGBA8888.
+// Makes a texture with mipmaps. The image must be of Format_RGBA8888.
 GLuint makeTexture(Gl* gl, const QImage& image, GLint format)
 {
     GLuint texture = 0;
@@ -117,7 +117,7 @@ GLuint makeTexture(Gl* gl, const QImage& image, GLint format)
     return texture;
 }
 
-// The known one, or a new one. Entries of those that no view holds any more go then.
+// The known one, or a new one; then entries that no view holds any more are removed.
 template <typename Key, typename Resource, typename Source>
 std::shared_ptr<const Resource> resourceOf(QHash<Key, std::weak_ptr<const Resource>>& known, Key key, Gl* gl,
                                            const Source& source)

@@ -25,23 +25,23 @@ public:
 
     void draw(GLenum mode = GL_TRIANGLES) const;
     void drawTriangles(quint32 first, quint32 count) const;
-    //! The picture at this place of the mesh's; 0 for -1.
+    //! The texture of the mesh's picture with this index; 0 for -1.
     GLuint texture(int image) const { return image < 0 ? 0 : m_textures[size_t(image)]; }
 
 private:
     Gl* const m_gl;
-    const MeshPointer m_source; // kept, so that no other mesh can come to lie at its address
+    const MeshPointer m_source; // kept, so that no other mesh gets its address
     GLuint m_vertexArray = 0;
     GLuint m_vertices = 0;
     GLuint m_indices = 0;
     GLuint m_places = 0;
-    std::vector<GLuint> m_textures; // by the places in MeshData::images
+    std::vector<GLuint> m_textures; // by the indices in MeshData::images
 
     Q_DISABLE_COPY(GpuMesh)
 };
 
-//! The surroundings on the graphics card: a texture with smaller copies, and the light on surfaces. As for meshes, the
-//! context is current.
+//! The surroundings on the graphics card: a texture with mipmaps, and the light on surfaces. As for meshes, the context
+//! must be current.
 class GpuEnvironment
 {
 public:
@@ -49,7 +49,7 @@ public:
     ~GpuEnvironment();
 
     GLuint texture() const { return m_texture; }
-    //! Sets what environment.glsl asks for, with the texture in this unit. The program is bound.
+    //! Sets the uniforms of environment.glsl, with the texture in this unit. The program must be bound.
     void setUniforms(QOpenGLShaderProgram& program, int unit) const;
 
 private:
@@ -61,12 +61,12 @@ private:
     Q_DISABLE_COPY(GpuEnvironment)
 };
 
-//! What all views of one OpenGL context share: programs, meshes and surroundings, each of them there once, for as long
-//! as a view holds it. All functions, with constructor and destructor, are called with the context current.
+//! What all views of one OpenGL context share: programs, meshes and surroundings, each loaded once and kept as long as
+//! a view holds it. All functions, with constructor and destructor, are called with the context current.
 class GpuResources
 {
 public:
-    //! Null with the reason if the driver cannot.
+    //! Null with the reason if the driver does not support it.
     static std::unique_ptr<GpuResources> create(QString* error);
     ~GpuResources();
 
@@ -78,9 +78,9 @@ public:
     QOpenGLShaderProgram selection;
 
     std::shared_ptr<const GpuMesh> mesh(const MeshPointer& mesh);
-    //! Equal pictures are one; a null picture is even grey light.
+    //! Equal pictures share one; a null picture gives even grey light.
     std::shared_ptr<const GpuEnvironment> environment(const QImage& picture);
-    //! The box of lines of objects without a mesh: pairs of points.
+    //! The box of lines for objects without a mesh, as pairs of points.
     const GpuMesh& lineBox() const { return *m_lineBox; }
     //! An arrow of length 1 along X.
     const GpuMesh& arrow() const { return *m_arrow; }

@@ -23,7 +23,7 @@ void setLight(QOpenGLShaderProgram& program, const Light& light)
                                            : QVector4D(towards * float(light.distance), 1.0f));
     const double cone = light.coneAngle / 2.0;
     program.setUniformValue("u_isSpot", light.kind == LightKind::Spot);
-    // A sharp edge is still one that fades, within a tenth of a degree.
+    // Even a sharp edge fades, within a tenth of a degree.
     program.setUniformValue("u_cone",
                             QVector2D(float(std::cos(qDegreesToRadians(cone))),
                                       float(std::cos(qDegreesToRadians(cone * (1.0 - light.coneSoftness) - 0.1)))));
@@ -45,7 +45,7 @@ QMatrix4x4 shadowMatrix(const Light& light, const Box& casters)
         matrix.lookAt(centre + towards * reach, centre, up);
         return matrix;
     }
-    // One map covers a cone, so a light among the objects throws shadows only around the middle of the scene.
+    // One map covers a cone, so a light among the objects casts shadows only around the middle of the scene.
     const QVector3D position = towards * float(light.distance);
     const float away = qMax((centre - position).length(), 1e-3f);
     const double half =
@@ -54,7 +54,7 @@ QMatrix4x4 shadowMatrix(const Light& light, const Box& casters)
     QVector3D aim = centre;
     if (light.kind == LightKind::Spot && light.coneAngle + 2.0 < opening)
     {
-        // Only what is lit can be shaded.
+        // Only lit places can have shadows.
         opening = light.coneAngle + 2.0;
         aim = QVector3D();
     }

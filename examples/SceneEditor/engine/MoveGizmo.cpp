@@ -27,7 +27,7 @@ float MoveGizmo::length(const Camera& camera, const QSize& view) const
 {
     const QVector3D forward = -direction(camera.azimuth, camera.elevation);
     const double depth = double(QVector3D::dotProduct(origin - eyePosition(camera), forward));
-    // As near as the picture begins.
+    // Hidden behind the eye and right in front of it.
     return depth > camera.distance * 0.05 ? float(size * metresPerPixel(depth, camera, view)) : 0.0f;
 }
 

@@ -10,8 +10,8 @@
 
 namespace sceneeditor
 {
-//! Three arrows that move the selection, of one size on the screen wherever they stand. An arrow that points at the
-//! camera or away from it cannot be told from a point: it is neither drawn nor hit.
+//! Three arrows that move the selection, of the same size on the screen at any distance. An arrow that points at the
+//! camera or away from it would look like a dot: it is neither drawn nor hit.
 struct MoveGizmo
 {
     QVector3D origin;
@@ -22,7 +22,7 @@ struct MoveGizmo
     {
         return origin == other.origin && axes == other.axes && size == other.size;
     }
-    //! Of each arrow in metres; 0 if the gizmo is not in front of the camera.
+    //! Length of each arrow in metres; 0 if the gizmo is not in front of the camera.
     float length(const Camera& camera, const QSize& view) const;
     //! Whether the arrow is drawn and can be hit.
     bool isShown(int axis, const Camera& camera, const QSize& view) const;

@@ -57,7 +57,7 @@ float inside(const QVector4D& point, int side)
 
 constexpr int Sides = 6;
 
-// Whether all points lie outside of one side: then nothing between them is inside.
+// Whether all points are outside one side: then nothing between them is inside.
 template <size_t Count>
 bool isOutside(const std::array<QVector4D, Count>& points)
 {
@@ -72,7 +72,7 @@ bool isOutside(const std::array<QVector4D, Count>& points)
     return false;
 }
 
-// Whether anything of it is left once each side has cut off what is outside.
+// Clips it at each side; returns whether anything is left.
 bool meetsClipSpace(const std::array<QVector4D, 3>& triangle)
 {
     if (isOutside(triangle))
@@ -97,7 +97,7 @@ bool meetsClipSpace(const std::array<QVector4D, 3>& triangle)
     return !polygon.empty();
 }
 
-// The matrix is from the mesh to a clip space that is just the area.
+// The matrix maps the mesh to a clip space that is exactly the area.
 bool meetsClipSpace(const MeshData& mesh, const QMatrix4x4& matrix)
 {
     Box box;
@@ -133,7 +133,7 @@ int objectAt(const ShownScene& shown, const QPoint& position, const QSize& view)
         const MeshPointer mesh = shown.mesh(object);
         if (!object.visible || !mesh)
             continue;
-        // A ray that is transformed without being normalised keeps its parameter: distances compare across objects.
+        // Without being normalised, a transformed ray keeps its parameter, so distances compare across objects.
         const QMatrix4x4 toModel = shown.matrix(object).inverted();
         const QVector3D origin = toModel.map(eye);
         const QVector3D modelWay = toModel.mapVector(way);

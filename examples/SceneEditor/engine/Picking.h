@@ -10,6 +10,6 @@ namespace sceneeditor
 {
 //! The object drawn at the position (device pixels) of a view of this size; -1 for none. Boxes of lines are not hit.
 int objectAt(const ShownScene& shown, const QPoint& position, const QSize& view);
-//! The visible objects of which any part lies in the area (device pixels), even if others hide it. Ascending.
+//! The visible objects with any part in the area (device pixels), even if others hide it. Ascending.
 QVector<int> objectsIn(const ShownScene& shown, const QRect& area, const QSize& view);
 } // namespace sceneeditor

@@ -15,9 +15,9 @@ namespace
 {
 constexpr int MaximumOccluders = 16;
 constexpr int SmoothSamples = 4;
-constexpr int DraftScale = 2;                        // pixels of the view along each edge of one of a draft
-constexpr float OutlineEdges = 2.0f;                 // as wide as so many edges of the selection box
-const QVector3D SelectionColour(1.0f, 0.62f, 0.15f); // sRGB, as are the next
+constexpr int DraftScale = 2;                        // pixels of the view along each edge of a draft's pixel
+constexpr float OutlineEdges = 2.0f;                 // width, in edges of the selection box
+const QVector3D SelectionColour(1.0f, 0.62f, 0.15f); // sRGB, like the next ones
 const QVector3D AxisColours[3] = {{0.93f, 0.27f, 0.33f}, {0.50f, 0.80f, 0.22f}, {0.25f, 0.55f, 0.98f}};
 const QVector3D HeldAxisColour(1.0f, 0.87f, 0.35f);
 
@@ -80,7 +80,7 @@ void setModel(QOpenGLShaderProgram& program, const QMatrix4x4& model)
     program.setUniformValue("u_normalMatrix", model.normalMatrix());
 }
 
-// Each selected object has a number, so that it can have an outline of its own among the others, which have 0.
+// Each selected object has a number, so that it gets its own outline; objects that are not selected have 0.
 int stencilOf(int selected)
 {
     return 1 + selected % 255;
@@ -89,7 +89,7 @@ int stencilOf(int selected)
 
 struct SceneRenderer::Graphics
 {
-    std::vector<std::shared_ptr<const GpuMesh>> meshes; // of the scene's objects, to keep them there
+    std::vector<std::shared_ptr<const GpuMesh>> meshes; // of the scene's objects, kept loaded
     std::shared_ptr<const GpuEnvironment> environment;
     FrameTarget frame;
     ShadowMap shadow;
@@ -201,7 +201,7 @@ bool SceneRenderer::beginFrame(GpuResources& gpu, const QSize& size, bool draft)
     return true;
 }
 
-// False if there was no time for all of it.
+// Returns false if there was no time for all of it.
 bool SceneRenderer::drawFrame(GpuResources& gpu)
 {
     Gl* const gl = gpu.gl();
@@ -249,7 +249,7 @@ void SceneRenderer::releaseGraphics(GpuResources& gpu)
 void SceneRenderer::updateResources(GpuResources& gpu)
 {
     Graphics& g = *m_graphics;
-    // The earlier ones stay until then: most of them are wanted again.
+    // The old ones are released last: most of them are needed again.
     std::vector<std::shared_ptr<const GpuMesh>> meshes;
     for (const Object& object : m_drawn.shown.scene.objects)
         if (const MeshPointer mesh = m_drawn.shown.mesh(object))
@@ -328,7 +328,7 @@ void SceneRenderer::drawObjects(GpuResources& gpu, const QMatrix4x4& camera)
     }
 }
 
-// Triangles of the mesh's main material, and those of none, have the object's; the others have that of the file.
+// Triangles of the mesh's main material, or of none, use the object's material; the others use the file's.
 void SceneRenderer::drawSurface(GpuResources& gpu, const Object& object, const MeshPointer& mesh)
 {
     quint32 first = 0;
@@ -387,7 +387,7 @@ void SceneRenderer::drawOutlines(GpuResources& gpu)
                             QVector2D(pixels * 2.0f / float(m_size.width()), pixels * 2.0f / float(m_size.height())));
     gl->glEnable(GL_STENCIL_TEST);
     gl->glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
-    // Behind surfaces of others in the same plane, such as the floor of a copy, which it would shimmer through.
+    // Pushed behind others' surfaces in the same plane, such as a copy's floor, where it would shimmer through.
     gl->glEnable(GL_POLYGON_OFFSET_FILL);
     gl->glPolygonOffset(pixels + 1.0f, 4.0f);
     for (int i = 0; i < m_drawn.selection.size(); ++i)
@@ -407,7 +407,7 @@ void SceneRenderer::drawOutlines(GpuResources& gpu)
     gl->glDisable(GL_STENCIL_TEST);
 }
 
-// Over the objects, but among its own arrows the nearer one hides the others.
+// Drawn over the objects, but a nearer arrow hides those behind it.
 void SceneRenderer::drawGizmo(GpuResources& gpu)
 {
     if (!m_drawn.gizmo)

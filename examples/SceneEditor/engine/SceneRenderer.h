@@ -19,32 +19,32 @@ namespace sceneeditor
 class GpuMesh;
 class GpuResources;
 
-//! Draws one scene as seen by one camera. Holds what is to be drawn and, while a surface manager shows it, its part of
-//! the graphics card. The setters only remember; the next frame uploads what has changed. One renderer per view; what
+//! Draws one scene as seen by one camera. Holds what is to be drawn and, while a surface manager shows it, its graphics
+//! resources. The setters only store; the next frame uploads what has changed. Each view has its own renderer; what
 //! several of them show is on the graphics card once.
 class SceneRenderer final : public orvek::crossplatform::PlatformRendererInterface
 {
 public:
     SceneRenderer();
-    //! Every manager has to have let go of it: RemoveWindow() or AddWindow() with another renderer.
+    //! No manager may still use it: call RemoveWindow(), or AddWindow() with another renderer, before.
     ~SceneRenderer();
 
     const ShownScene& shown() const { return m_contents.shown; }
-    //! Takes the scene's camera too. Cheap enough for every change of every editor.
+    //! Sets the scene's camera too. Cheap enough for every change of every editor.
     void setScene(const Scene& scene);
     void setCamera(const Camera& camera);
     //! All meshes, by Object::meshFile. Objects without one show a box of lines.
     void setMeshes(const QHash<QString, MeshPointer>& meshes);
     void addMesh(const QString& fileName, const MeshPointer& mesh);
-    //! Equirectangular picture of the surroundings, up at the top. A null image goes back to even grey light. The file
-    //! name in the scene is not read by the renderer.
+    //! Equirectangular picture of the surroundings, up at the top. A null image restores even grey light. The renderer
+    //! ignores the file name in the scene.
     void setEnvironmentImage(const QImage& image);
     //! Degrees; not part of the scene, as a running turntable does not modify the document.
     void setTurntableAngle(double degrees);
 
-    //! Indices into the scene's objects, each of which has an outline; others are left out.
+    //! Indices of the scene's objects that get an outline; others are left out.
     void setSelection(const QVector<int>& objects);
-    //! Arrows over the objects, one of them highlighted unless the axis is -1; nothing for none.
+    //! Arrows over the objects, one of them highlighted unless the axis is -1; nullopt for no arrows.
     void setGizmo(const std::optional<MoveGizmo>& gizmo, int axis);
     //! A box over everything, in device pixels, with an edge of this width; an empty one for none. Outlines are twice
     //! as wide.
@@ -54,8 +54,8 @@ public:
 
     enum class Drawn
     {
-        Failed, //!< the graphics card cannot: errorText() says why, and it stays so until releaseGraphics()
-        Partly, //!< the frame buffer has not been touched; the next call goes on
+        Failed, //!< the graphics card cannot: errorText() says why; no new attempt until releaseGraphics()
+        Partly, //!< the frame buffer has not been touched; the next call continues
         Wholly
     };
 
@@ -68,8 +68,8 @@ public:
     bool isUnderWay() const { return m_isUnderWay; }
     //! Whether the last frame that was begun has a lower resolution.
     bool isDraft() const { return m_isDraft; }
-    //! Draws into the frame buffer. A draft has a lower resolution. Ends early after so many milliseconds, unless the
-    //! limit is negative; a draft that was begun is finished first, a sharp frame only if nothing has changed.
+    //! Draws into the frame buffer. A draft has a lower resolution. Stops after the limit in milliseconds, unless it is
+    //! negative; a draft that was begun is finished first, a sharp frame only if nothing has changed.
     Drawn draw(GpuResources& gpu, const QSize& size, unsigned int frameBuffer, bool draft = false, int limit = -1);
     void releaseGraphics(GpuResources& gpu);
     QString errorText() const { return m_error; }

@@ -31,7 +31,7 @@ void ShadowMap::update(GpuResources& gpu, DrawSteps& steps, const ShownScene& sh
     m_isValid = steps.isComplete();
 }
 
-// Finds out what the map has to show, and whether it does so already.
+// Finds out what the map must show, and whether it already does.
 void ShadowMap::prepare(GpuResources& gpu, const ShownScene& shown)
 {
     const Light& light = shown.scene.light;
@@ -68,7 +68,7 @@ void ShadowMap::setUniforms(QOpenGLShaderProgram& program, int unit) const
     program.setUniformValue("u_shadowMap", unit);
     program.setUniformValue("u_shadowMatrix", toTexture * m_matrix);
     program.setUniformValue("u_shadowTexel", m_isOn ? 1.0f / float(m_size) : 0.0f);
-    // The same softness in metres for all sizes from 512 up; smaller maps have blocks to hide.
+    // The same softness in metres for all sizes from 512 up; smaller maps need more, to hide their blocks.
     program.setUniformValue("u_shadowSoftness", qMax(1.5f, float(m_size) / 340.0f));
     program.setUniformValue("u_shadowOffset", m_worldTexel * 1.5f);
 }

@@ -13,12 +13,12 @@ class ShadowMap
 public:
     ShadowMap() = default;
 
-    //! Draws what has changed since the last frame: moving the camera costs nothing.
+    //! Redraws the map if the light or the objects changed: moving the camera costs nothing.
     void update(GpuResources& gpu, DrawSteps& steps, const ShownScene& shown);
     void release(Gl* gl);
 
     GLuint texture() const { return m_texture; }
-    //! Sets what light.glsl asks about shadows, with the texture in this unit. The program is bound.
+    //! Sets the shadow uniforms of light.glsl, with the texture in this unit. The program must be bound.
     void setUniforms(QOpenGLShaderProgram& program, int unit) const;
 
 private:
@@ -37,10 +37,10 @@ private:
     GLuint m_texture = 0;
     int m_size = 0;            // of the texture, texels; 0 if the driver refuses it
     bool m_isOn = false;       // in the frame being drawn
-    bool m_isOther = false;    // than in the last one
+    bool m_isOther = false;    // the map must be redrawn
     float m_worldTexel = 0.0f; // metres
     QMatrix4x4 m_matrix;       // world to clip space
-    // What it shows.
+    // What the map shows.
     bool m_isValid = false;
     Light m_light;
     std::vector<Caster> m_casters;

@@ -26,14 +26,14 @@ struct Box
     QVector3D centre() const { return (minimum + maximum) / 2.0f; }
 };
 
-//! A scene with what it takes to see it: its meshes, and how far the turntable has turned.
+//! A scene with what it takes to draw it: its meshes, and how far the turntable has turned.
 struct ShownScene
 {
     Scene scene;
     QHash<QString, MeshPointer> meshes; //!< by Object::meshFile; objects without one show a box of lines
     double turntable = 0.0;             //!< degrees
 
-    //! Null without one.
+    //! Null if the object has none.
     MeshPointer mesh(const Object& object) const { return meshes.value(object.meshFile); }
     //! From the coordinates that objects are placed in to the world.
     QMatrix4x4 turntableMatrix() const;
@@ -41,7 +41,7 @@ struct ShownScene
     QMatrix4x4 matrix(const Object& object) const;
     //! In the world; that of an object without a mesh is its box of lines.
     Box box(const Object& object) const;
-    //! Of those that are visible. Indices that do not exist are left out.
+    //! Of the visible ones. Indices that do not exist are left out.
     Box box(const QVector<int>& objects) const;
     //! Of all visible objects with a mesh.
     Box meshBox() const;

@@ -21,7 +21,7 @@ namespace sceneeditor
 namespace
 {
 constexpr double SlowFrame = 40.0; // milliseconds; slower ones are felt when dragging
-constexpr int LongestSlice = 40;   // milliseconds of a frame that the window is kept from answering
+constexpr int LongestSlice = 40;   // milliseconds of a frame in which the window cannot respond
 constexpr int MovingPause = 250;   // milliseconds between frames that count as moving
 constexpr int RestingPause = 120;  // milliseconds without a frame after which a draft is drawn sharply
 
@@ -121,7 +121,7 @@ void SurfaceManager::Render(HWND window)
     if (drawn == SceneRenderer::Drawn::Wholly)
         m_context->swapBuffers(surface);
     it->spent += double(timer.nsecsElapsed()) / 1.0e6;
-    // The rest comes after what the window has to answer, and so does a frame of what has changed meanwhile.
+    // The rest, or a frame with later changes, follows after the window's other events.
     if (drawn == SceneRenderer::Drawn::Partly || renderer.isOutdated())
         QWidget::find(WId(window))->update();
     if (drawn == SceneRenderer::Drawn::Wholly)
@@ -131,9 +131,9 @@ void SurfaceManager::Render(HWND window)
 bool SurfaceManager::View::wantsDraft() const
 {
     const bool moving = sinceFrame.isValid() && sinceFrame.elapsed() < MovingPause;
-    // Both of the last two: a single slow one uploaded meshes or compiled shaders, which says nothing about the next.
+    // Both of the last two: a single slow frame may have uploaded meshes or compiled shaders.
     const bool slow = qMin(sharpTimes[0], sharpTimes[1]) > SlowFrame;
-    // What has changed before a slow frame was ready is moving, too.
+    // A change before a slow frame is ready counts as moving, too.
     const bool overtaken = renderer->isUnderWay() && renderer->isOutdated();
     return !refining && ((moving && slow) || overtaken);
 }
@@ -235,7 +235,7 @@ bool SurfaceManager::prepareContext(View& view, QWindow* surface)
 
 bool SurfaceManager::createContext(QString* error)
 {
-    // These plugins have windows only in name: contexts of the system cannot draw to them.
+    // These platforms have no real windows that an OpenGL context could draw to.
     const QString platform = QGuiApplication::platformName();
     if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal"))
     {
@@ -246,7 +246,7 @@ bool SurfaceManager::createContext(QString* error)
     format.setRenderableType(QSurfaceFormat::OpenGL);
     format.setProfile(QSurfaceFormat::CoreProfile);
     format.setVersion(3, 3);
-    format.setSwapInterval(0); // several windows would wait one after the other
+    format.setSwapInterval(0); // otherwise several windows would wait one after the other
     auto context = std::make_unique<QOpenGLContext>();
     context->setFormat(format);
     if (!context->create())

@@ -21,13 +21,13 @@ class GpuResources;
 class SceneRenderer;
 
 //! Shows renderers in native widgets through OpenGL 3.3. All windows share one context, which lives from the first
-//! frame to the removal of the last window. Every renderer given to AddWindow() has to be a SceneRenderer.
+//! frame to the removal of the last window. Every renderer given to AddWindow() must be a SceneRenderer.
 //!
-//! Where a frame takes more than 40 ms, frames that follow closely on each other are drafts of a lower resolution. When
-//! they stop, the manager has the widget painted once more, in full. A frame that takes longer still is drawn in
-//! slices, with the widget painted several times until it is there, so that the window answers in between.
+//! If a frame takes more than 40 ms, frames in quick succession are drafts of a lower resolution. When they stop, the
+//! manager repaints the widget once, in full resolution. A frame that takes even longer is drawn in slices, over
+//! several paint events, so that the window responds in between.
 //!
-//! Where OpenGL fails, the view shows the reason instead. It is tried once per window, not again for each frame.
+//! If OpenGL fails, the view shows the reason instead. It is tried once per window, not for each frame.
 class SurfaceManager final : public QObject, public orvek::crossplatform::DisplaySurfaceManagerInterface
 {
     Q_OBJECT
@@ -42,10 +42,10 @@ public:
     //! Numbers from 0 in the order of registration; -1 for an unknown window.
     int GetWindowViewId(HWND window) override;
 
-    //! Why the window shows no scene; empty when it does, is unknown, or was not drawn yet.
+    //! Why the window shows no scene; empty if it does, is unknown, or was not drawn yet.
     QString errorText(HWND window) const;
-    //! Draws a frame and returns it, in device pixels with their ratio set. Needs no visible window. Null when the
-    //! window is unknown, has no renderer, or errorText() says why not.
+    //! Draws a frame and returns it, in device pixels with their ratio set. Needs no visible window. Null if the window
+    //! is unknown or has no renderer, or if drawing failed: see errorText().
     QImage grabFrame(HWND window);
     //! Vendor's name of the graphics driver; empty before the first frame.
     QString graphicsName() const;
@@ -57,10 +57,10 @@ private:
         int id = 0;
         QSize size; // device pixels
         QString error;
-        double sharpTimes[2] = {}; // milliseconds, of the last two frames that were no drafts
+        double sharpTimes[2] = {}; // milliseconds, of the last two sharp frames
         double spent = 0.0;        // milliseconds on frames that were not finished yet
         QElapsedTimer sinceFrame;  // invalid before the first one
-        bool draft = false;        // the frame that is shown
+        bool draft = false;        // the frame shown is a draft
         bool refining = false;     // the next frame ends a series of drafts
 
         // Whether frames come fast and each would take too long.
@@ -77,7 +77,7 @@ private:
     QHash<HWND, View> m_views;
     std::unique_ptr<QOffscreenSurface> m_offscreen; // to release and to grab without a window
     std::unique_ptr<QOpenGLContext> m_context;
-    std::unique_ptr<GpuResources> m_gpu; // there as long as the context
+    std::unique_ptr<GpuResources> m_gpu; // lives as long as the context
     QString m_contextError;              // of the one attempt to create the context
     QString m_graphicsName;
     int m_nextId = 0;

@@ -6,7 +6,7 @@ uniform bool u_showEnvironment;
 uniform vec3 u_eye;
 uniform float u_ambient;
 uniform float u_cell;   // metres; 0 without grid
-uniform float u_pixel;  // pixels of the view along each edge of one that is drawn
+uniform float u_pixel;  // pixels of the view along each edge of a drawn pixel
 uniform float u_extent; // metres from the centre to the edge
 uniform vec3 u_lineColour;
 uniform float u_darkness; // of a full shadow
@@ -31,7 +31,7 @@ vec3 shadeAt(vec3 position, float horizon)
         float radius = u_occluders[i].w;
         free *= 1.0 - clamp(radius * radius / squared * abs(d.y) * inversesqrt(squared), 0.0, 1.0) * 0.75;
     }
-    // Far away the pool of a spot light ends in what the floor is without it: it has no horizon.
+    // Far away, the pool of a spot light fades into the unlit floor, so that no horizon shows.
     vec3 pool = mix(vec3(1.0), poolAt(position), horizon);
     return free * (1.0 - u_darkness * (1.0 - lightAt(position) * pool));
 }

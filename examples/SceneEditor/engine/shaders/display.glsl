@@ -10,7 +10,7 @@ vec3 toDisplay(vec3 c)
     return mix(12.92 * c, 1.055 * pow(max(c, 1e-5), vec3(1.0 / 2.4)) - 0.055, step(vec3(0.0031308), c));
 }
 
-// Half a step of noise: wide gradients show no bands.
+// Half a step of noise, against bands in wide gradients.
 vec3 dither(vec3 c)
 {
     float n = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715))));

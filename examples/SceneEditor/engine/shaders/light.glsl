@@ -1,7 +1,7 @@
 uniform vec4 u_light; // w 0: direction towards it, 1: position
 uniform vec3 u_lightColour;
 uniform bool u_isSpot;
-uniform vec2 u_cone; // cosines of where it ends and where it begins to fade
+uniform vec2 u_cone; // cosines of the angles where it ends and where it begins to fade
 uniform float u_lightDistance; // metres, at which a light with a position is as bright as one without
 uniform sampler2DShadow u_shadowMap;
 uniform mat4 u_shadowMatrix;
@@ -56,8 +56,8 @@ float reachAt(vec3 position)
                     : reach;
 }
 
-// Brightness of the floor, on the display. Only a spot light makes an end of its light seen; the others show on the
-// floor by their shadows alone.
+// Brightness of the floor, on the display. Only a spot light shows where its light ends; of the others the floor shows
+// only the shadows.
 vec3 poolAt(vec3 position)
 {
     if (!u_isSpot)

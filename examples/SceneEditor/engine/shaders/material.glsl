@@ -1,4 +1,4 @@
-// What a surface is like at the place being drawn: the same everywhere. With pictures, textures.glsl says so instead.
+// The material at the place being drawn: the same everywhere. With pictures, textures.glsl takes its place.
 uniform vec3 u_baseColour;
 uniform float u_roughness;
 uniform float u_metallic;

@@ -1,9 +1,9 @@
 in vec3 v_position;
 in vec3 v_normal;
 uniform vec3 u_eye;
-uniform int u_mode; // 0 lit, 1 flat, 2 normals, 3 as it comes
+uniform int u_mode; // 0 lit, 1 flat, 2 normals, 3 base colour only
 uniform float u_ambient;
-uniform float u_shadowOffset; // metres along the normal against shadows of the surface on itself
+uniform float u_shadowOffset; // metres along the normal, against a surface shadowing itself
 out vec4 o_colour;
 
 void main()

@@ -7,7 +7,7 @@ uniform mat3 u_normalMatrix;
 uniform vec2 u_outline; // clip-space size of the outline; 0 draws the object itself
 out vec3 v_position;
 out vec3 v_normal;
-out vec2 v_place; // of textures.glsl
+out vec2 v_place; // for textures.glsl
 
 void main()
 {

@@ -1,4 +1,4 @@
-// As material.glsl, for a material with pictures. Those that it does not have are white.
+// Like material.glsl, for a material with pictures. Missing ones are white.
 in vec2 v_place; // on the pictures; 0, 0 is their lower left
 uniform vec3 u_baseColour;
 uniform float u_roughness;
@@ -36,7 +36,7 @@ vec3 emissionHere()
     return u_emission * imageHere(u_emissionImage);
 }
 
-// Meshes have no tangents: where the picture's axes point is how place and position change over the screen.
+// Meshes have no tangents: the picture's axes follow from how place and position change over the screen.
 vec3 normalHere(vec3 normal, vec3 position)
 {
     if (!u_hasNormalImage)
