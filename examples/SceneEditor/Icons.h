@@ -4,8 +4,7 @@
 
 namespace sceneeditor
 {
-//! The icons of the scene editor: one set of lines, drawn in the colour of the text, so that they fit every look and
-//! every scale.
+//! The scene editor's icons: line drawings in the colour of the text, so they fit every look and scale.
 enum class Icon
 {
     Open,

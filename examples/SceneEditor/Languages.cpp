@@ -12,7 +12,7 @@ namespace sceneeditor
 {
 namespace
 {
-// Beside the program's folder in a build, otherwise where an installation has them.
+// Beside the program's folder in a build, otherwise the installed one.
 QStringList translationFolders()
 {
     const QString program = QCoreApplication::applicationDirPath();
@@ -38,7 +38,7 @@ QStringList languages()
 
 void installLanguage(const QString& code)
 {
-    // The texts in the sources are English. Asked by locale, Qt would go on to the user's next language.
+    // The texts in the sources are English; loading by locale would fall back to the user's next language.
     const QLocale locale = code.isEmpty() ? QLocale() : QLocale(code);
     if (locale.language() == QLocale::English || locale.language() == QLocale::C)
         return;

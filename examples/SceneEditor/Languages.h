@@ -4,9 +4,9 @@
 
 namespace sceneeditor
 {
-//! The languages that there are texts for, by their codes; English first.
+//! The codes of the languages with translations; English first.
 QStringList languages();
-//! Translates the texts of the editor, the library and Qt from now on. Widgets that exist keep theirs, so it comes
-//! before the window. An empty code stands for the language of the system's locale; without texts it is English.
+//! Translates the texts of the editor, the library and Qt from now on. Existing widgets keep theirs, so call it before
+//! creating the window. An empty code means the system's language, or English if that has no translation.
 void installLanguage(const QString& code);
 } // namespace sceneeditor

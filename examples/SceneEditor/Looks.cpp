@@ -29,7 +29,7 @@ QString readStyleSheet(const QString& name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-// The palette of one of the files in examples/styles. The colours of an inactive window are those of the active one.
+// Reads a palette from a file in examples/styles. Inactive windows get the colours of the active one.
 QPalette readPalette(const QString& fileName)
 {
     QPalette palette;
@@ -47,7 +47,7 @@ QPalette readPalette(const QString& fileName)
         }
         file.endGroup();
     };
-    // What is not said of a disabled widget is as in an enabled one.
+    // Disabled widgets have the active colours unless the file has others for them.
     read(QStringLiteral("Active"), {QPalette::Active, QPalette::Inactive, QPalette::Disabled});
     read(QStringLiteral("Disabled"), {QPalette::Disabled});
     return palette;
@@ -71,12 +71,12 @@ QString lookTitle(const QString& name)
 
 void applyLook(const QString& name)
 {
-    // Of the first call, before anything was changed.
+    // The platform's own style, as found by the first call.
     static const QString systemStyle = QApplication::style()->objectName();
 
     const QString palette = styleFile(name + QStringLiteral(".ini"));
     const bool own = lookNames().contains(name) && QFile::exists(palette);
-    // The palette comes before the style sheet, whose roles are looked up in it.
+    // Set the palette before the style sheet, which looks up its colour roles in it.
     QApplication::setStyle(own ? QStringLiteral("fusion") : systemStyle);
     QApplication::setPalette(own ? readPalette(palette) : QApplication::style()->standardPalette());
     const bool isDark = QApplication::palette().color(QPalette::Midlight).lightnessF() < 0.5;

@@ -5,10 +5,10 @@
 
 namespace sceneeditor
 {
-//! The names of the looks: "system", which is the platform's, and the ones of examples/styles.
+//! The names of the looks: "system", which is the platform's, and those in examples/styles.
 QStringList lookNames();
-//! What the menu calls a look.
+//! The look's title in the menu.
 QString lookTitle(const QString& name);
-//! Style, palette and style sheet of the program. An unknown name counts as "system".
+//! Sets the program's style, palette and style sheet. An unknown name counts as "system".
 void applyLook(const QString& name);
 } // namespace sceneeditor

@@ -37,9 +37,9 @@ namespace
 {
 constexpr int MaximumRecentFiles = 8;
 constexpr int ProgressSteps = 1000;
-constexpr int ReadingTime = 6000;     // milliseconds of a message in the status bar
-constexpr QSize FirstSize(1400, 900); // pixels, where the screen has room
-constexpr double ShareOfScreen = 0.9; // of a smaller one
+constexpr int ReadingTime = 6000;     // milliseconds that the status bar shows a message
+constexpr QSize FirstSize(1400, 900); // pixels, if the screen has room
+constexpr double ShareOfScreen = 0.9; // for smaller screens
 
 QString sceneFilter()
 {
@@ -91,7 +91,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
 
     const QSize available = screen()->availableSize() * ShareOfScreen;
     resize(FirstSize.boundedTo(available));
-    // At first wide enough for all texts, or a third of the window. Where it is narrower, they are cut.
+    // At first wide enough for all texts, but at most a third of the window; then texts are cut.
     const int panelWidth = qMin(m_ui.panel->uncutWidth(), width() / 3);
     m_ui.splitter->setStretchFactor(0, 1);
     m_ui.splitter->setSizes({width() - panelWidth, panelWidth});
@@ -104,7 +104,7 @@ MainWindow::~MainWindow()
 {
     m_opener.disconnect(this);
     m_document.disconnect(this);
-    // Both show the document, which goes before the children of this window.
+    // Both use the document, which is destroyed before this window's children.
     delete m_ui.panel;
     delete m_views;
 }
@@ -133,7 +133,7 @@ bool MainWindow::offerUnsavedChanges()
             copy->clear();
             continue;
         }
-        // Otherwise it is there at the next start again.
+        // After Cancel, the copy is offered again at the next start.
         if (answer == QMessageBox::Open)
         {
             m_askedIndex = m_document.undoStack().index();
@@ -171,11 +171,11 @@ void MainWindow::setSearchText(const QString& text)
 
 QPixmap MainWindow::picture()
 {
-    // As the user would see it a moment later.
+    // Finish the layout first, as the user would see it a moment later.
     m_ui.panel->host()->columns()->align();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     QPixmap picture = grab();
-    // grab() has Qt's widgets only; the engine draws to the view's own window.
+    // grab() captures only Qt's widgets; the engine draws to the view's own window.
     const QWidget* view = m_ui.renderView;
     const QRect area(view->mapTo(this, QPoint(0, 0)), view->size());
     QString error;
@@ -232,7 +232,7 @@ void MainWindow::setUpActions()
     setKeys(m_ui.actionUndo, QKeySequence::Undo, Qt::CTRL | Qt::Key_Z);
     setKeys(m_ui.actionRedo, QKeySequence::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     setKeys(m_ui.actionSelectAll, QKeySequence::SelectAll, Qt::CTRL | Qt::Key_A);
-    // Not the platform's keys for deleting, which on some include the one for duplicating.
+    // Not the standard keys for deleting, which on some platforms include the one for duplicating.
     m_ui.actionDelete->setShortcut(Qt::Key_Delete);
 
     connect(m_ui.actionNew, &QAction::triggered, this, &MainWindow::newScene);
@@ -255,7 +255,7 @@ void MainWindow::setUpActions()
     connect(m_ui.actionFoldAll, &QAction::triggered, this, [this] { m_ui.panel->setSectionsOpen(false); });
     connect(m_ui.actionUnfoldAll, &QAction::triggered, this, [this] { m_ui.panel->setSectionsOpen(true); });
 
-    // One for each thing that an artist does all the time; what a step is called stands in the menu.
+    // A button for each action that artists use all the time; the menu names the step to undo.
     const QVector<QPair<QAction*, Icon>> tools{{m_ui.actionOpen, Icon::Open},       {m_ui.actionSave, Icon::Save},
                                                {m_ui.actionUndo, Icon::Undo},       {m_ui.actionRedo, Icon::Redo},
                                                {m_ui.actionImportMesh, Icon::Add},  {m_ui.actionFrame, Icon::Frame},
@@ -263,7 +263,7 @@ void MainWindow::setUpActions()
     for (const auto& tool : tools)
     {
         tool.first->setIcon(icon(tool.second));
-        // Icons do not learn that their entry is highlighted, and lines in the text's colour would vanish there.
+        // Icons do not change in a highlighted entry, where lines in the text's colour would vanish.
         tool.first->setIconVisibleInMenu(false);
         m_ui.toolBar->addAction(tool.first);
     }
@@ -296,7 +296,7 @@ void MainWindow::setUpActions()
 
 void MainWindow::setUpUndo()
 {
-    // Not the stack's own actions: what is being typed is committed first, and is then the step to be undone.
+    // Not the stack's own actions: text being typed must be committed first, and becomes the step to undo.
     QUndoStack* stack = &m_document.undoStack();
     connect(m_ui.actionUndo, &QAction::triggered, this,
             [this, stack]
@@ -320,7 +320,7 @@ void MainWindow::setUpUndo()
     m_ui.actionRedo->setEnabled(false);
 }
 
-// A menu of which one entry, kept in the settings, is checked: the first one when the stored one is not there.
+// A menu with one checked entry, kept in the settings; the first one if the stored entry does not exist.
 void MainWindow::setUpChoice(QMenu* menu, const QString& key, const QVector<QPair<QString, QString>>& choices)
 {
     auto* group = new QActionGroup(menu);
@@ -451,7 +451,7 @@ bool MainWindow::saveAs()
     return dialog.exec() == QDialog::Accepted && saveScene(dialog.selectedFiles().value(0));
 }
 
-// False when the user wants to go on with the open scene.
+// Returns false if the user wants to keep working on the open scene.
 bool MainWindow::maybeSave()
 {
     commitTyping();
@@ -504,7 +504,7 @@ void MainWindow::updateRecentFiles()
 void MainWindow::onSceneRead(const OpenedScene& opened, const QStringList& warnings)
 {
     hideProgress();
-    // The window stayed usable, so there can be changes that the user has not been asked about.
+    // The window stayed usable, so there may be changes that the user has not been asked about.
     if (m_document.undoStack().index() != m_askedIndex && !maybeSave())
         return;
     m_document.open(opened);
@@ -514,7 +514,7 @@ void MainWindow::onSceneRead(const OpenedScene& opened, const QStringList& warni
     Q_EMIT sceneOpened();
 }
 
-// In place of what the message bar has, about the open scene.
+// Replaces the text of the message bar with warnings about the open scene.
 void MainWindow::showWarnings(QStringList warnings)
 {
     if (m_document.isOpenElsewhere())
@@ -538,7 +538,7 @@ void MainWindow::onMeshesRead(const QHash<QString, MeshPointer>& meshes, const Q
         m_ui.statusBar->showMessage(tr("Imported %1").arg(name), ReadingTime);
         return;
     }
-    // The objects that were selected when the mesh was asked for; the list may be another one now.
+    // The objects that were selected when the mesh was requested; the list may have changed since.
     QVector<int> objects;
     const QVariantList wanted = purpose.toList();
     for (const QVariant& index : wanted)
@@ -555,7 +555,7 @@ void MainWindow::replaceMesh(const QString& fileName)
         return;
     if (fileName.isEmpty() || m_document.mesh(fileName))
         return m_document.setMesh(selection, fileName);
-    // A name without a folder is one beside the scene.
+    // Relative names start at the scene's folder.
     const QString scene = m_document.fileName();
     const QDir folder(scene.isEmpty() ? QDir::currentPath() : QFileInfo(scene).path());
     QVariantList purpose;
@@ -580,7 +580,7 @@ void MainWindow::hideProgress()
     m_cancel->hide();
 }
 
-// A field commits its text when it loses the focus, which a shortcut does not cause by itself.
+// A field commits its text when it loses the focus, and a shortcut alone does not move the focus.
 void MainWindow::commitTyping()
 {
     auto* field = qobject_cast<QLineEdit*>(focusWidget());
@@ -590,7 +590,7 @@ void MainWindow::commitTyping()
     field->setFocus();
 }
 
-// Tab passes the dots that reset.
+// The keyboard's way to reset, as Tab skips the reset dots.
 void MainWindow::resetProperty()
 {
     for (QWidget* widget = focusWidget(); widget && widget != this; widget = widget->parentWidget())

@@ -26,11 +26,11 @@ public:
     //! Whether files are being read.
     bool isLoading() const { return m_opener.isBusy(); }
 
-    //! Reads the scene and all that it names in the background; the open scene stays until everything is there, and for
-    //! good when something is not. Ends in sceneOpened(), or in loadFailed(), or by cancelling in neither.
+    //! Reads the scene and everything it names in the background. The open scene is replaced once all is there, and
+    //! stays if anything fails. Ends with sceneOpened() or loadFailed(), or with neither if cancelled.
     void openScene(const QString& fileName);
-    //! Where a program ended without saving, asks whether to open the copy of its changes, and does so as openScene()
-    //! would. False when there is none or the user does not want it.
+    //! If a program ended without saving, asks whether to open the copy of its changes, and opens it as openScene()
+    //! would. Returns false if there is no copy or the user declines.
     bool offerUnsavedChanges();
     bool saveScene(const QString& fileName);
     //! Adds an object for each mesh once all of them are there.
@@ -38,7 +38,7 @@ public:
     //! Filters the editors as if the text had been typed into the panel's search field.
     void setSearchText(const QString& text);
 
-    //! The whole window with what the engine draws in it, in device pixels.
+    //! A picture of the whole window with the engine's view, in device pixels.
     QPixmap picture();
 
 Q_SIGNALS:
@@ -90,7 +90,7 @@ private:
     SceneOpener m_opener;
     Ui::MainWindow m_ui;
     SceneViews* m_views = nullptr; // a child
-    int m_askedIndex = 0;          // of the undo stack when the user was last asked about changes
+    int m_askedIndex = 0;          // index of the undo stack when the user was last asked about changes
 
     QProgressBar* m_progress = nullptr; // these four belong to the status bar
     QToolButton* m_cancel = nullptr;

@@ -6,7 +6,7 @@ class QLabel;
 
 namespace sceneeditor
 {
-//! A line above the window's contents for what went wrong. It stays until it is dismissed or something went well.
+//! A line above the window's contents for warnings and errors. It stays until it is dismissed or something succeeds.
 class MessageBar final : public QFrame
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 
     explicit MessageBar(QWidget* parent = nullptr);
 
-    //! The text is shown as it is; a newer one takes its place.
+    //! Plain text; it replaces the one shown before.
     void show(Severity severity, const QString& text);
 
 private:

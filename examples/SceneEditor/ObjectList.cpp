@@ -72,7 +72,7 @@ void ObjectList::showObjects()
 {
     const QSignalBlocker blocker(this);
     const std::vector<Object>& objects = m_document->scene().objects;
-    // Items stay where they can, so that the list does not scroll and a field that renames one stays open.
+    // Items are reused, so that the list does not scroll and a field that is renaming one stays open.
     while (count() > int(objects.size()))
         delete takeItem(count() - 1);
     for (int i = 0; i < int(objects.size()); ++i)
@@ -86,7 +86,7 @@ void ObjectList::showObjects()
         item->setText(object.name);
         item->setCheckState(object.visible ? Qt::Checked : Qt::Unchecked);
         item->setData(OldRow, i);
-        // An empty row could not be told from none.
+        // A row without text would look like no row at all.
         const bool isNameless = object.name.trimmed().isEmpty();
         item->setData(Qt::DecorationRole, QVariant());
         if (isNameless)

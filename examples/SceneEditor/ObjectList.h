@@ -7,7 +7,7 @@ namespace sceneeditor
 {
 class Document;
 
-//! The objects of a document: selecting, renaming, showing, hiding and dragging them into another order. Without any it
+//! The objects of a document: selecting, renaming, showing, hiding and dragging them into another order. An empty list
 //! says what to do.
 class ObjectList final : public QListWidget
 {
@@ -15,7 +15,7 @@ class ObjectList final : public QListWidget
 public:
     explicit ObjectList(QWidget* parent = nullptr);
 
-    //! Not owned; must outlive the list. To be called once.
+    //! Not owned; must outlive the list. Call it once.
     void setDocument(Document* document);
 
 protected:

@@ -26,10 +26,10 @@ namespace sceneeditor
 {
 namespace
 {
-constexpr int NarrowestRow = 360;     // that the columns hold in, pixels
+constexpr int NarrowestRow = 360;     // pixels; the columns need this much
 constexpr int ListHeight = 190;       // of the list of objects and its buttons, pixels
-constexpr int PropertiesHeight = 700; // at first, if there is room
-constexpr int SettlingTime = 50;      // milliseconds that new rows may take to find their columns
+constexpr int PropertiesHeight = 700; // pixels at first, if there is room
+constexpr int SettlingTime = 50;      // milliseconds for new rows to be aligned in columns
 } // namespace
 
 ScenePanel::ScenePanel(QWidget* parent) : QWidget(parent)
@@ -48,7 +48,7 @@ ScenePanel::ScenePanel(QWidget* parent) : QWidget(parent)
 
 ScenePanel::~ScenePanel()
 {
-    // A field that loses the focus while the form goes then has nobody to tell.
+    // Delete it first: a field that loses the focus while the form is destroyed must not reach it.
     delete m_inspector;
 }
 
@@ -61,7 +61,7 @@ void ScenePanel::setDocument(Document* document)
 
     m_inspector = new Inspector(m_ui.propertyPanel, &document->undoStack(), this);
     m_inspector->host()->input()->setTabsToReset(false);
-    // Steps know objects by their places, which are the same again when a step is undone.
+    // Steps store the indices of objects, which are the same again when a step is undone.
     m_inspector->setKeys(
         [this](void* object) -> QVariant
         {
@@ -112,7 +112,7 @@ int ScenePanel::uncutWidth() const
            m_ui.scrollArea->verticalScrollBar()->sizeHint().width();
 }
 
-// A row of the panel's own: another mesh is a step only once the file has been read.
+// Not a row of the inspector: a new mesh becomes a step only once its file has been read.
 void ScenePanel::addMesh()
 {
     m_mesh = new QFileEdit;
@@ -139,7 +139,7 @@ void ScenePanel::showGroups()
         selected << &scene.objects[size_t(index)];
     if (selected.isEmpty() != !m_mesh)
     {
-        // New rows are shown once they are in columns, not in pieces for as long as a frame of the view takes.
+        // Show new rows only once they are aligned; otherwise they are seen half done while the view draws.
         m_ui.propertyPanel->setUpdatesEnabled(false);
         QTimer::singleShot(SettlingTime, m_ui.propertyPanel, [this] { m_ui.propertyPanel->setUpdatesEnabled(true); });
     }
@@ -167,7 +167,7 @@ void ScenePanel::showMesh()
         common = file;
     }
     m_mesh->setFilename(isMixed ? QString() : common);
-    // As the inspector marks what differs.
+    // Mark different values as the inspector does.
     auto* field = m_mesh->findChild<QLineEdit*>(QStringLiteral("lineEdit"));
     field->setPlaceholderText(isMixed ? QStringLiteral("—") : QString());
     field->setProperty("mixed", isMixed ? QVariant(true) : QVariant());
@@ -184,7 +184,7 @@ void ScenePanel::onEdited(const QVector<void*>& objects, const QString& property
         m_document->valueChanged(QStringLiteral("scene.") + property);
         return;
     }
-    // Undoing shows what it changes.
+    // Undoing selects the objects that it changes.
     QVector<int> selection;
     for (void* object : objects)
         selection << int(static_cast<Object*>(object) - scene.objects.data());

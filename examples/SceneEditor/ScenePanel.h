@@ -24,9 +24,9 @@ public:
     explicit ScenePanel(QWidget* parent = nullptr);
     ~ScenePanel() override;
 
-    //! Not owned; must outlive the panel. To be called once.
+    //! Not owned; must outlive the panel. Call it once.
     void setDocument(Document* document);
-    //! What serves the properties. Null before setDocument().
+    //! The host of the panel with the properties. Null before setDocument().
     orvek::host::PanelHost* host() const;
     QListWidget* objectList() const { return m_ui.objectList; }
     QSplitter* splitter() const { return m_ui.sideSplitter; }
@@ -39,7 +39,7 @@ public:
 
 Q_SIGNALS:
     void addRequested();
-    //! The user wants another mesh for the selected objects. Empty for none.
+    //! The user chose another mesh for the selected objects; an empty name removes it.
     void meshRequested(const QString& fileName);
 
 private:
@@ -51,6 +51,6 @@ private:
     Ui::ScenePanel m_ui;
     Document* m_document = nullptr;
     orvek::host::Inspector* m_inspector = nullptr; // a child
-    QFileEdit* m_mesh = nullptr;                   // the inspector's, while an object is selected
+    QFileEdit* m_mesh = nullptr;                   // owned by the inspector; null if no object is selected
 };
 } // namespace sceneeditor

@@ -13,7 +13,7 @@ SceneView::SceneView(SurfaceManager* manager, QRenderWidget* widget, QObject* pa
 {
     m_widget->SetPlatformRendererInterface(&m_renderer);
     m_input.setManager(manager);
-    // A held arrow key orbits on.
+    // A held arrow key keeps orbiting.
     m_input.setOmitsRepeats(false);
     m_widget->installEventFilter(this);
     m_controller.setViewportSize(viewport());

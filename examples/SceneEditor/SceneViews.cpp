@@ -56,7 +56,7 @@ SceneViews::SceneViews(Document* document, QRenderWidget* main, QObject* parent)
 SceneViews::~SceneViews()
 {
     closeWindows();
-    // Drawn with the surfaces, which go before the children of this object.
+    // They use m_surfaces, which is destroyed before this object's children.
     delete m_views.takeFirst();
 }
 
@@ -105,7 +105,7 @@ void SceneViews::follow(SceneView* view)
                 QVector<int> selection = m_document->selection();
                 const bool adds = modifiers & (Qt::ControlModifier | Qt::ShiftModifier);
                 if (index < 0)
-                    return; // an empty place is clicked by accident far too often
+                    return; // empty places are clicked by accident far too often
                 if (!adds)
                     selection = {index};
                 else if (!(modifiers & Qt::ControlModifier) || !selection.removeOne(index))

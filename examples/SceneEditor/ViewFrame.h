@@ -5,8 +5,8 @@
 
 namespace sceneeditor
 {
-//! Holds a render widget in a form. The widget makes its ancestors native windows the moment it is created, unless they
-//! refuse, and within a form only their constructors come before that. So this one becomes native and those around it,
+//! Holds a render widget in a form. When created, the widget makes its ancestors native windows, unless they refuse; in
+//! a form only their constructors run early enough for that. So this frame becomes native, and the widgets around it,
 //! with all the editors, do not.
 //!
 //! Its margins show whether the view has the focus, which the view itself cannot show.

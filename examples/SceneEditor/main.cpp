@@ -39,7 +39,7 @@ int fail(const QString& text)
     return usageError;
 }
 
-// Without a display Qt advises to install the program again, and then ends it as if it had crashed.
+// Without a display, Qt advises reinstalling the program and then ends it as if it had crashed.
 void reportStart(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     if (type != QtFatalMsg)
@@ -52,7 +52,7 @@ void reportStart(QtMsgType type, const QMessageLogContext& context, const QStrin
     std::_Exit(startError);
 }
 
-// Qt 5 never exposes a native window within another one on Wayland, and the view would stay black.
+// On Wayland, Qt 5 never exposes a native window inside another, so the view would stay black.
 void preferX11()
 {
     if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -64,7 +64,7 @@ void scaleByTheScreen()
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // otherwise icons are magnified ones
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // otherwise icons are magnified
 #endif
 }
 
@@ -78,7 +78,7 @@ QSize parseSize(const QString& text)
 
 int main(int argc, char* argv[])
 {
-    // Native siblings of the view would mean that every editor has a window of its own.
+    // If the view's siblings became native, every editor would get a window of its own.
     QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     scaleByTheScreen();
     qInstallMessageHandler(reportStart);
@@ -90,11 +90,11 @@ int main(int argc, char* argv[])
     QApplication::setOrganizationName(QStringLiteral("Orvek"));
     QApplication::setApplicationName(QStringLiteral("SceneEditor"));
     QApplication::setApplicationVersion(QStringLiteral(SCENE_EDITOR_VERSION));
-    // Both are there when the program is installed.
+    // Both exist only when the program is installed.
     QGuiApplication::setDesktopFileName(QStringLiteral(SCENE_EDITOR_ID));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(SCENE_EDITOR_ID)));
 
-    // Before the first text: those of the options are translated too.
+    // Before the first text, as those of the options are translated too.
     sceneeditor::installLanguage(QSettings().value(QStringLiteral("language")).toString());
 
     QCommandLineParser parser;
@@ -143,7 +143,7 @@ int main(int argc, char* argv[])
     bool isTaken = false;
     const auto takePicture = [&]
     {
-        // Grabbing the window draws the view, which asks for the next picture before the program has ended.
+        // Grabbing the window draws the view, which calls this again before the program has ended.
         if (std::exchange(isTaken, true))
             return;
         if (window.picture().save(pictureFile, "PNG"))
@@ -154,7 +154,7 @@ int main(int argc, char* argv[])
     const QString scene = parser.positionalArguments().value(0, studioScene());
     const bool hasScreenshot = parser.isSet(screenshot);
     bool isFailed = false;
-    // What is wrong is said by a visible window, otherwise by the program, which ends.
+    // A visible window shows the error; otherwise the program prints it and ends.
     QObject::connect(&window, &sceneeditor::MainWindow::loadFailed, &window,
                      [&](const QString& text)
                      {
@@ -173,7 +173,7 @@ int main(int argc, char* argv[])
     QTimer::singleShot(0, &window,
                        [&]
                        {
-                           // With a picture or a certain scene wanted, recovery is not offered.
+                           // With --screenshot or a scene argument, do not offer recovery.
                            if (parser.positionalArguments().isEmpty() && !hasScreenshot)
                            {
                                window.show();

@@ -18,7 +18,7 @@ namespace sceneeditor
 {
 namespace
 {
-constexpr int CopyDelay = 2000; // milliseconds from a change to the copy that has it
+constexpr int CopyDelay = 2000; // milliseconds from a change to its copy
 constexpr float Beside = 0.5f;  // metres from an object to its duplicate
 constexpr float Gap = 0.25f;    // metres between an imported object and the others
 
@@ -38,7 +38,7 @@ public:
             m_taken << object.name;
     }
 
-    // It is taken from then on.
+    // The returned name counts as taken from then on.
     QString take(const QString& wanted)
     {
         static const QRegularExpression number(QStringLiteral(" [0-9]+$"));
@@ -54,11 +54,11 @@ public:
 
 private:
     QSet<QString> m_taken;
-    QHash<QString, int> m_next; // by what comes before it; all numbers below are taken
+    QHash<QString, int> m_next; // the next number, by the text before it; all lower ones are taken
 };
 } // namespace
 
-// Everything that changes the list of objects itself, or several objects at once.
+// A change of the list of objects itself, or of several objects at once.
 class Document::ObjectsStep : public QUndoCommand
 {
 public:
@@ -87,7 +87,7 @@ private:
     std::vector<Object> m_after;
     const QVector<int> m_selectionBefore;
     const QVector<int> m_selectionAfter;
-    const int m_id; // equal for steps that are one act, -1 for others
+    const int m_id; // equal for steps of one user action, -1 for others
 };
 
 Document::Document(QObject* parent) : QObject(parent)
@@ -101,7 +101,7 @@ Document::Document(QObject* parent) : QObject(parent)
 
 Document::~Document()
 {
-    // It ends empty, which is no reason to give up the copy.
+    // The stack becomes empty as it is destroyed, which must not discard the copy.
     m_undoStack.disconnect(this);
 }
 
@@ -384,7 +384,7 @@ bool Document::readEnvironment(QString* error)
 // Nobody can lose changes in a file that cannot be written.
 void Document::lockFile()
 {
-    m_lock.reset(); // perhaps of the same file
+    m_lock.reset(); // it may be for the same file
     if (QFileInfo(m_fileName).isWritable())
         m_lock = lockOfScene(m_fileName);
 }
@@ -402,7 +402,7 @@ void Document::storeCopy()
 {
     QString error;
     const bool isStored = m_recovery->store(m_scene, m_fileName, &error);
-    // Said once, not with every change.
+    // Reported once, not for every change.
     if (!isStored && !m_copyFailed)
         Q_EMIT failed(tr("Unsaved changes would be lost if the program ended unexpectedly: %1").arg(error));
     m_copyFailed = !isStored;

@@ -19,13 +19,13 @@ class QLockFile;
 
 namespace sceneeditor
 {
-//! What a scene needs to be shown: all that SceneOpener has read.
+//! A scene with everything that SceneOpener has read for it.
 struct OpenedScene
 {
     Scene scene;
-    QString fileName;               //!< it is saved to; empty for one that was never saved
-    std::shared_ptr<Recovery> copy; //!< of changes that the file does not have; null without any
-    QImage environment;             //!< null without one
+    QString fileName;               //!< where it is saved; empty if it never was
+    std::shared_ptr<Recovery> copy; //!< has the changes that the file lacks; null if none
+    QImage environment;             //!< null if none
     QHash<QString, MeshPointer> meshes;
 };
 
@@ -40,7 +40,7 @@ public:
     ~Document() override;
 
     const Scene& scene() const { return m_scene; }
-    //! For whoever writes values into it, and calls valueChanged() then. Not for the list of objects itself.
+    //! For writing values, followed by valueChanged(). The list of objects itself must not be changed.
     Scene& scene() { return m_scene; }
     //! Indices of the selected objects, ascending.
     const QVector<int>& selection() const { return m_selection; }
@@ -50,62 +50,62 @@ public:
 
     //! Empty for a scene that was never saved.
     QString fileName() const { return m_fileName; }
-    //! Whether saving would change the file: by steps, or by a camera that was moved.
+    //! Whether saving would change the file: after steps, or after moving the camera.
     bool isModified() const;
-    //! Returns false with an error of one line if it could not be written.
+    //! Returns false with a one-line error if it could not be written.
     bool save(const QString& fileName, QString* error);
-    //! Whether another window had the file open already when it was opened or last saved here.
+    //! Whether another window already had the file open when it was opened or last saved here.
     bool isOpenElsewhere() const;
     void discardCopy();
     //! An empty scene without a file.
     void clear();
     void open(const OpenedScene& opened);
 
-    //! Null while there is none of this name.
+    //! Null if there is none of this name.
     MeshPointer mesh(const QString& fileName) const { return m_meshes.value(fileName); }
-    //! Also of objects that undoing may bring back.
+    //! Includes those of objects that undoing may bring back.
     const QHash<QString, MeshPointer>& meshes() const { return m_meshes; }
     void addMesh(const QString& fileName, const MeshPointer& mesh);
     const QImage& environment() const { return m_environment; }
 
-    //! A value has been changed: a property of an object, or one of the scene with "scene." before its name. A picture
-    //! of the surroundings that cannot be read is taken back, with failed().
+    //! Call this after changing a value: a property of an object, or one of the scene with "scene." before its name. If
+    //! a picture of the surroundings cannot be read, its name is reset and failed() is emitted.
     void valueChanged(const QString& property);
-    //! Moving about the scene is no step, but it is saved.
+    //! Moving the camera is not an undo step, but it is saved.
     void setCamera(const Camera& camera);
 
     // Steps on the undo stack. Names become unique; indices must exist.
 
-    //! An object for each of these meshes, which must have been added: side by side, behind everything that is there
-    //! along X, standing on the floor. Returns what they are called together.
+    //! Adds an object for each of these meshes, which must be known: side by side, beyond everything else along X,
+    //! standing on the floor. Returns one name for all of them.
     QString addObjectsOf(QStringList meshFiles);
     void duplicateSelection();
     void removeSelection();
     void rename(int object, const QString& name);
     void setVisible(const QVector<int>& objects, bool visible);
-    //! The new order by the old indices, each of them once.
+    //! The new order: each old index once.
     void reorder(const QVector<int>& order);
     void setMesh(const QVector<int>& objects, const QString& fileName);
-    //! Moves the selected objects, within the ranges of the scene: by so much from where they were at beginMove(). All
-    //! until endMove() is one step.
+    //! Moves the selected objects, within the ranges of the scene. The offset is from where they were at beginMove();
+    //! everything until endMove() is one step.
     void beginMove();
     void moveSelection(const QVector3D& delta);
     void endMove();
 
 Q_SIGNALS:
-    //! Another scene: everything is different. Followed by objectsChanged() and selectionChanged().
+    //! The scene was replaced: everything is different. Followed by objectsChanged() and selectionChanged().
     void opened();
-    //! The list of objects, or what a list shows of them. Addresses of objects are others now.
+    //! The list of objects changed, or what it shows of them. The objects' addresses have changed.
     void objectsChanged();
     void selectionChanged();
-    //! Some value, but for the camera's that a view has set.
+    //! A value changed, except the camera's when a view has set it.
     void changed();
     void cameraMoved();
     void meshAdded(const QString& fileName);
     void environmentChanged();
-    //! The file's name or whether there is something to save.
+    //! The file's name changed, or whether there is something to save.
     void stateChanged();
-    //! Something could not be done; a text of one line.
+    //! Something could not be done; the text is one line.
     void failed(const QString& text);
 
 private:
@@ -134,7 +134,7 @@ private:
     QImage m_environment;
 
     std::shared_ptr<Recovery> m_recovery = std::make_shared<Recovery>(); // has a copy while there are unsaved changes
-    QTimer m_copyTimer; // runs from the first change that the copy does not have
+    QTimer m_copyTimer; // started by the first change that the copy lacks
     bool m_copyFailed = false;
 };
 } // namespace sceneeditor

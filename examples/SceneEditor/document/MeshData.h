@@ -26,8 +26,8 @@ inline QStringList meshFilePatterns()
             QStringLiteral("*.glb")};
 }
 
-//! A material of the mesh's file. The pictures are places in MeshData::images, -1 for none; colours and
-//! numbers are multiplied with what the material says.
+//! A material of the mesh's file. The pictures are indices into MeshData::images, -1 for none; their colours and
+//! numbers are multiplied by the material's.
 struct MeshMaterial
 {
     QString name;
@@ -59,7 +59,7 @@ struct MeshData
     std::vector<QVector2D> textureCoordinates; //!< one for each vertex if there are images; 0, 0 is the lower left
 
     int triangleCount() const { return static_cast<int>(indices.size() / 3); }
-    //! The place of the material of most triangles, which an object that shows the mesh has for its own; -1 for none.
+    //! The index of the material with the most triangles; these show the object's own material. -1 for none.
     int mainMaterial() const
     {
         const auto fewer = [](const MeshMaterial& a, const MeshMaterial& b)
@@ -70,7 +70,7 @@ struct MeshData
 };
 
 //! The program that reads meshes writes any number of Progress, then Failure or Mesh. Both programs come from one
-//! build, so numbers are sent as they lie in memory.
+//! build, so numbers are sent in their memory layout.
 struct MeshMessage
 {
     enum Kind : quint32

@@ -15,7 +15,7 @@ namespace sceneeditor
 {
 namespace
 {
-constexpr int pollInterval = 20;                 // milliseconds until a load that is not wanted any more ends
+constexpr int pollInterval = 20;                 // milliseconds, at most, until a cancelled load ends
 constexpr quint32 maximumTextSize = 16 * 1024;   // bytes
 constexpr quint32 maximumSummarySize = 64 << 20; // bytes
 constexpr double readShare = 0.9;                // of the progress; the rest is for handing the mesh over
@@ -25,7 +25,7 @@ struct MeshLoaderText
     Q_DECLARE_TR_FUNCTIONS(MeshLoader)
 };
 
-// Of the texts of the process that reads.
+// The context of the texts that the reader process sends.
 constexpr char context[] = "MeshLoader";
 
 struct Failure
@@ -44,7 +44,7 @@ QString readerProgram()
                            QStringLiteral("/../" SCENE_EDITOR_LIBEXEC "/orvek-mesh-reader"));
 }
 
-// What a broken reader hands over must not break its host.
+// The output of a broken reader must not break this program.
 void check(bool sound)
 {
     if (!sound)
@@ -85,8 +85,8 @@ QString meshFileFilter()
     return MeshLoaderText::tr("Meshes (%1);;All files (*)").arg(meshFilePatterns().join(QLatin1Char(' ')));
 }
 
-// What the loader and the thread share. The loader can go away at any time, so the thread reaches it only under the
-// lock. A thread and not the event loop reads what the process writes: that would be slow while a view is being drawn.
+// Shared by the loader and the thread. The loader may be deleted at any time, so the thread uses it only under the
+// lock. A thread reads the process's output, as the event loop would be slow while a view is being drawn.
 struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
 {
     QMutex mutex;
@@ -95,7 +95,7 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
     QString fileName;
     int patience = 0;
     std::atomic<bool> stop{false};
-    std::unique_ptr<QProcess> process; // of the thread alone, from here on
+    std::unique_ptr<QProcess> process; // from here on for the thread only
     int reported = -1;                 // percent
 
     template <typename Function>
@@ -150,7 +150,7 @@ struct MeshLoader::Job : std::enable_shared_from_this<MeshLoader::Job>
             }
             else if (!process->waitForReadyRead(pollInterval))
             {
-                // What it wrote at its very end has come now.
+                // Its last output has arrived by now.
                 check(process->state() != QProcess::NotRunning || process->bytesAvailable() > 0);
             }
         }
@@ -287,7 +287,7 @@ void MeshLoader::load(const QString& fileName)
     m_job->loader = this;
     m_job->fileName = fileName;
     m_job->patience = m_patience;
-    // The application waits for this pool at its end, so no thread is left over with half of the libraries unloaded.
+    // The application waits for this pool when it ends, so no thread still runs while libraries are unloaded.
     QThreadPool::globalInstance()->start([job = m_job]() { job->run(); });
 }
 

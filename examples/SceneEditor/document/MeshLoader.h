@@ -12,13 +12,13 @@ namespace sceneeditor
 {
 using MeshPointer = std::shared_ptr<const MeshData>;
 
-//! The filters of a dialog that asks for meshes.
+//! The filters for a file dialog that asks for meshes.
 QString meshFileFilter();
 
-//! Reads one mesh at a time. The file is opened by a process of its own (libexec/orvekqtwidgets/orvek-mesh-reader
-//! beside the folder of the program), so that a file that breaks its reader, asks for too much memory or never ends
-//! costs no more than a message. Each load() ends in exactly one of loaded(), failed() and cancelled(); all signals
-//! come on the loader's thread, never from inside load().
+//! Reads one mesh at a time. The file is opened by a separate process (libexec/orvekqtwidgets/orvek-mesh-reader beside
+//! the folder of the program), so a file that crashes its reader, needs too much memory or never ends only causes a
+//! message. Each load() ends in exactly one of loaded(), failed() and cancelled(); all signals come on the loader's
+//! thread, never from inside load().
 class MeshLoader : public QObject
 {
     Q_OBJECT
@@ -27,19 +27,19 @@ public:
     //! Cancels and returns at once; no signal follows.
     ~MeshLoader() override;
 
-    //! How long the reading process may be silent, in milliseconds from 1 on; it tells its progress. 60 seconds at
-    //! first. For loads that come later.
+    //! How long the reader process may send nothing, not even progress: milliseconds, at least 1. 60 seconds by
+    //! default. Applies to later loads.
     void setPatience(int milliseconds);
     //! A load that is still under way is cancelled first.
     void load(const QString& fileName);
-    //! Ends the process that reads. Does nothing when no load is under way.
+    //! Ends the reader process. Does nothing if no load is under way.
     void cancel();
     bool isLoading() const;
-    //! Of the load under way or else the last one.
+    //! Of the load under way, or else of the last one.
     QString fileName() const;
 
 Q_SIGNALS:
-    //! 0..1, rising, at most some hundred times per load.
+    //! 0..1, rising, at most about a hundred times per load.
     void progress(double fraction);
     void loaded(const sceneeditor::MeshPointer& mesh);
     //! The text names the file and what was expected.

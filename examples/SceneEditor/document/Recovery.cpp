@@ -32,7 +32,7 @@ QString folder()
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery");
 }
 
-// Null when somebody has it who is still there.
+// Null while another running process holds the lock.
 std::unique_ptr<QLockFile> lockOf(const QString& base)
 {
     auto lock = std::make_unique<QLockFile>(base + lockSuffix);
@@ -41,7 +41,7 @@ std::unique_ptr<QLockFile> lockOf(const QString& base)
     return lock->tryLock(0) ? std::move(lock) : nullptr;
 }
 
-// What programs left that ended while they stored or cleared a copy: anything old that belongs to no scene.
+// Removes what programs left that ended while storing or clearing a copy: old files that belong to no scene.
 void removeOrphans(const QDir& directory)
 {
     const QDateTime old = QDateTime::currentDateTime().addDays(-OrphanDays);
@@ -99,7 +99,7 @@ void Recovery::clear()
 {
     if (m_base.isEmpty())
         return;
-    // The scene first: without it the others are no copy.
+    // The scene first: without it, the other files do not count as a copy.
     QFile::remove(copyFile());
     QFile::remove(m_base + documentSuffix);
     m_base.clear();

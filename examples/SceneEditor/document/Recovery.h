@@ -10,12 +10,11 @@ class QLockFile;
 
 namespace sceneeditor
 {
-//! For the window that has the file open. Not locked if another window has it, or where locks cannot be written.
+//! The lock of the window that has the file open. Not locked if another window has it or it cannot be written.
 std::unique_ptr<QLockFile> lockOfScene(const QString& fileName);
 
-//! The copy of a scene with changes that were not saved, for when the program does not live to save them. It lies in
-//! the user's folder for the program's data, one for each window; what a program left there that is gone can be taken
-//! over.
+//! A copy of a scene with unsaved changes, in case the program ends unexpectedly. Each window has one, in the user's
+//! folder for the program's data. If a program has ended and left its copy, another one can adopt it.
 class Recovery
 {
 public:
@@ -23,13 +22,13 @@ public:
     //! Leaves the copy where it is.
     ~Recovery();
 
-    //! Replaces the copy. The document is the file that the scene belongs to; empty for one that was never saved. False
-    //! with an error when it could not be written.
+    //! Replaces the copy. The document is the file that the scene belongs to; empty for one that was never saved.
+    //! Returns false with an error if it could not be written.
     bool store(const Scene& scene, const QString& document, QString* error);
     //! Removes the copy, if there is one.
     void clear();
 
-    //! The oldest copy that nobody owns any more; null when there is none.
+    //! The oldest copy whose program has ended; null if there is none.
     static std::shared_ptr<Recovery> takeAbandoned();
 
     //! The scene; empty while there is none.
@@ -41,6 +40,6 @@ private:
     Q_DISABLE_COPY(Recovery)
 
     std::unique_ptr<QLockFile> m_lock; // held as long as there is a copy
-    QString m_base;                    // of the names of its files; empty while there is none
+    QString m_base;                    // what its files' names begin with; empty while there is none
 };
 } // namespace sceneeditor

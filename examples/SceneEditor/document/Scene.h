@@ -20,8 +20,8 @@ struct Range
     }
 };
 
-//! What the mouse in a view and the materials of mesh files keep to, too. All others stand in the description of the
-//! scene alone.
+//! Ranges that the mouse in a view and the materials of mesh files keep to as well. All others are only in the
+//! description of the scene.
 namespace ranges
 {
 constexpr Range coordinate{-1.0e6, 1.0e6};    //!< each component of a position or target, metres
@@ -96,7 +96,7 @@ struct Animation
     bool playing = false;
 };
 
-//! The order is that of the entries in an editor.
+//! In the order of the entries in an editor.
 enum class ShadingMode
 {
     Lit,
@@ -138,7 +138,7 @@ struct Scene
     std::vector<Object> objects;
 };
 
-// All comparisons are exact, and of all that a file has: they come from the description of the scene.
+// All comparisons are exact and cover all that a file has: they use the description of the scene.
 bool operator==(const Camera& a, const Camera& b);
 bool operator==(const Light& a, const Light& b);
 bool operator==(const Object& a, const Object& b);

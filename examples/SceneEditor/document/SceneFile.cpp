@@ -18,7 +18,7 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(SceneFile)
 };
 
-// Names of files are absolute in the scene, and relative to the file's folder in the file.
+// File names are absolute in the scene, and relative to the file's folder in the file.
 void prepare(ObjectFile& file, const QString& fileName)
 {
     const QDir folder(QFileInfo(fileName).absolutePath());

@@ -11,7 +11,7 @@ namespace sceneeditor
 //! Files beyond this size (bytes) are refused before they are parsed.
 constexpr qint64 maximumSceneFileSize = qint64(16) * 1024 * 1024;
 
-//! Reads a scene. Nothing on failure; then the error, of one line, names the file, the place in it (line and column of
+//! Reads a scene. Returns nothing on failure; then a one-line error names the file, the place in it (line and column of
 //! a syntax error, otherwise a path such as objects[1].material.roughness) and what was expected there. Members that
 //! are left out have their defaults. Unknown members are left out of the scene and named in the warnings. File names in
 //! the scene come back absolute; the files themselves are not looked at.

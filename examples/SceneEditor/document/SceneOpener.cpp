@@ -90,7 +90,7 @@ void SceneOpener::start(const QStringList& meshFiles)
     connect(m_loader, &MeshLoader::failed, this,
             [this](const QString& error)
             {
-                // Where the scene asks for the file that could not be read.
+                // The place in the scene that names the unreadable file.
                 const std::vector<Object>& objects = m_opened.scene.objects;
                 for (size_t i = 0; i < objects.size(); ++i)
                     if (objects[i].meshFile == m_meshFiles.first())
@@ -116,7 +116,7 @@ void SceneOpener::next()
         Q_EMIT meshesRead(m_opened.meshes, m_purpose);
 }
 
-// Of the mesh that is being read.
+// The fraction is that of the mesh being read.
 void SceneOpener::report(double fraction)
 {
     const int done = m_meshCount - m_meshFiles.size();

@@ -17,18 +17,18 @@ public:
     explicit SceneOpener(QObject* parent = nullptr);
     ~SceneOpener() override;
 
-    //! Reads the scene and all that it names.
+    //! Reads the scene and everything it names.
     void readScene(const QString& fileName);
-    //! Reads the copy of changes that were not saved.
+    //! Reads a copy of unsaved changes.
     void readScene(const std::shared_ptr<Recovery>& copy);
     //! Reads the meshes only. The purpose comes back with them.
     void readMeshes(const QStringList& fileNames, const QVariant& purpose);
-    //! Does nothing when nothing is under way.
+    //! Does nothing if nothing is under way.
     void cancel();
     bool isBusy() const { return m_isBusy; }
 
 Q_SIGNALS:
-    //! A text for users, and how far it is, from 0 to 1.
+    //! A text for users, and the progress from 0 to 1.
     void progressed(const QString& text, double fraction);
     void sceneRead(const sceneeditor::OpenedScene& opened, const QStringList& warnings);
     void meshesRead(const QHash<QString, sceneeditor::MeshPointer>& meshes, const QVariant& purpose);

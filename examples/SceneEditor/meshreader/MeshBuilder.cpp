@@ -13,10 +13,10 @@ namespace sceneeditor
 {
 namespace
 {
-// Faces that meet at a sharper angle than 40 degrees keep their edge when normals have to be made.
+// Faces that meet at a sharper angle than 40 degrees keep their edge when normals are computed.
 constexpr float creaseCosine = 0.76604444f;
 
-// Qt's is a call into its library, for each pair of faces around a vertex.
+// Inline, as it is called for each pair of faces around a vertex; Qt's is a library call.
 float dot(const QVector3D& a, const QVector3D& b)
 {
     return a.x() * b.x() + a.y() * b.y() + a.z() * b.z();
@@ -27,7 +27,7 @@ bool isFinite(const QVector3D& v)
     return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
 }
 
-// For each position the place of the first one that is equal.
+// For each position, the index of the first equal one.
 std::vector<quint32> firstEqual(const std::vector<QVector3D>& positions)
 {
     constexpr quint32 unused = ~quint32(0);
@@ -60,7 +60,7 @@ std::vector<quint32> firstEqual(const std::vector<QVector3D>& positions)
 struct FaceNormal
 {
     QVector3D unit; // null for a triangle without area
-    float area;     // twice
+    float area;     // twice the area
 
     bool isSmoothWith(const FaceNormal& other) const { return unit.isNull() || dot(unit, other.unit) >= creaseCosine; }
 };
@@ -68,11 +68,11 @@ struct FaceNormal
 QVector3D unit(const QVector3D& normal)
 {
     const float length = std::sqrt(dot(normal, normal));
-    // Where faces cancel each other any normal will do.
+    // If faces cancel each other out, any normal will do.
     return length > 0.0f && std::isfinite(length) ? normal / length : QVector3D(0.0f, 1.0f, 0.0f);
 }
 
-// Whether the triangle turns the way of the normal and none of the points is in it or on its edges.
+// Whether the triangle faces the same way as the normal and no point is in it or on its edges.
 bool isEar(const QVector3D (&triangle)[3], const QVector3D& normal, const std::vector<QVector3D>& points)
 {
     const auto side = [&](int corner, const QVector3D& point)
@@ -111,7 +111,7 @@ void MeshBuilder::addFace(const Corner* corners, int count, int material)
     QVector3D normal;
     for (size_t i = 2; i < points.size(); ++i)
         normal += QVector3D::crossProduct(points[i - 1] - points[0], points[i] - points[0]);
-    // Cuts off a corner at a time. The first one where none will do, as in a face that crosses itself.
+    // Cut off one corner at a time; the first one if none is suitable, as in a face that crosses itself.
     while (left.size() > 3)
     {
         const size_t size = left.size();
@@ -250,7 +250,7 @@ void MeshBuilder::sortByMaterial(MeshData& mesh)
         if (material >= 0)
             ++materials[size_t(material)].triangleCount;
     }
-    // With a single one they are in order.
+    // A single material needs no sorting.
     if (!std::is_sorted(m_triangleMaterials.begin(), m_triangleMaterials.end()))
     {
         std::vector<quint32> order(m_triangleMaterials.size());

@@ -10,8 +10,8 @@
 
 namespace sceneeditor
 {
-//! What is wrong with a file: a text in the language of the source, and what its %1 and so on stand for. The program
-//! that shows it translates it.
+//! What is wrong with a file: an untranslated text, and what its %1 and so on stand for. The program that shows it
+//! translates it.
 struct MeshFailure
 {
     const char* text;
@@ -23,7 +23,7 @@ struct MeshFailure
 class MeshBuilder
 {
 public:
-    //! Places in the three lists below; -1 for none.
+    //! Indices into the three lists below; -1 for none.
     struct Corner
     {
         qint32 position = -1;
@@ -34,12 +34,12 @@ public:
     std::vector<QVector3D> positions;
     std::vector<QVector3D> normals; //!< of any length
     std::vector<QVector2D> coordinates;
-    std::vector<MeshMaterial> materials; //!< those that no triangle uses are left out at the end
+    std::vector<MeshMaterial> materials; //!< unused ones are removed at the end
 
-    //! Faces of one or two corners are ignored. The material is a place in materials, or -1. Throws MeshFailure when a
-    //! corner has no position, or when there are too many triangles.
+    //! Faces of one or two corners are ignored. The material is an index into materials, or -1. Throws MeshFailure if a
+    //! corner has no position, or if there are too many triangles.
     void addFace(const Corner* corners, int count, int material);
-    //! A picture for the materials: a file, or what is encoded under that name. Its place, -1 if it cannot be read.
+    //! Adds a picture for the materials: a file, or encoded data with that name. Its index; -1 if unreadable.
     int addImage(const QString& name, QByteArray encoded = {});
     //! Empties the builder. Throws MeshFailure if it has no faces, or numbers that are not finite.
     MeshData finish();
@@ -64,8 +64,8 @@ void readObj(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& pr
 //! PLY, STL and glTF.
 void readOther(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& progress);
 
-//! For what files give in linear light, each component 0..1; those beyond are clamped.
+//! Converts a colour in linear light, each component 0..1; others are clamped.
 QColor colourFromLinear(float red, float green, float blue);
-//! The brightest component becomes the factor, up to what a scene can have.
+//! The brightest component becomes the factor, up to the scene's maximum.
 void setEmission(Material& material, float red, float green, float blue);
 } // namespace sceneeditor

@@ -12,7 +12,7 @@ namespace sceneeditor
 {
 namespace
 {
-// For the library, which reads from streams only, of names that are not Unicode everywhere.
+// A stream for the library, which cannot open Unicode file names on every platform.
 class Source final : public std::streambuf
 {
 public:
@@ -69,7 +69,7 @@ private:
     const QDir m_folder;
 };
 
-// Places count from 1, or back from the last one so far; 0 stands for none.
+// Indices count from 1, or backwards from the last one so far; 0 means none.
 qint32 placeOf(int index, size_t count)
 {
     return index < 0 ? qint32(qMax(qint64(count) + index, qint64(-1))) : index - 1;
@@ -92,7 +92,7 @@ public:
 
     void setMaterial(int material) { m_material = material; }
 
-    // All of the file so far, each time.
+    // Each call gets all materials of the file so far.
     void setMaterials(const tinyobj::material_t* materials, int count)
     {
         for (int i = int(m_builder.materials.size()); i < count; ++i)
@@ -113,7 +113,7 @@ private:
         MeshMaterial to;
         to.name = QString::fromStdString(from.name);
         to.material.baseColour = QColor::fromRgbF(unit(from.diffuse[0]), unit(from.diffuse[1]), unit(from.diffuse[2]));
-        // Without a roughness, the one whose highlight is as wide as that of the exponent.
+        // Without a roughness, use the one with a highlight as wide as the exponent's.
         to.material.roughness =
             unit(from.roughness > 0.0f ? from.roughness : std::sqrt(2.0f / (from.shininess + 2.0f)));
         to.material.metallic = unit(from.metallic);

@@ -33,7 +33,7 @@ public:
     {
     }
 
-    // The last one is the library's own, of what has none.
+    // The last one is the library's own, for meshes without a material.
     void addMaterials()
     {
         for (unsigned int i = 0; i + 1 < m_scene.mNumMaterials; ++i)
@@ -97,7 +97,7 @@ private:
         const aiTexture* const texture = m_scene.GetEmbeddedTexture(name.C_Str());
         if (!texture)
             return m_builder.addImage(path);
-        // With a height it is plain pixels, which none of the formats has.
+        // A height means plain pixels, which none of the formats has.
         const auto* const data = reinterpret_cast<const char*>(texture->pcData);
         return texture->mHeight > 0 ? -1 : m_builder.addImage(path, QByteArray(data, int(texture->mWidth)));
     }
@@ -122,7 +122,7 @@ private:
             setEmission(to.material, emission.r * factor, emission.g * factor, emission.b * factor);
         }
         to.baseColourImage = image(from, aiTextureType_BASE_COLOR);
-        // Where the library puts a picture of both.
+        // The library puts a picture of both here.
         to.metallicRoughnessImage = image(from, aiTextureType_UNKNOWN);
         to.emissionImage = image(from, aiTextureType_EMISSIVE);
         to.normalImage = image(from, aiTextureType_NORMALS);
@@ -153,9 +153,9 @@ void readOther(const QFileInfo& file, MeshBuilder& builder, const MeshProgress& 
         throw MeshFailure{QT_TRANSLATE_NOOP("MeshLoader", "is not a mesh that can be read, expected %1 (%2)"),
                           {file.suffix().toUpper(), QString::fromUtf8(importer.GetErrorString()).simplified()}};
     }
-    progress(0.8); // the library counts only in some of its formats
+    progress(0.8); // the library reports progress for some formats only
     Converter converter(*scene, file, builder);
-    // The others have no materials, only what the library makes up for them.
+    // The other formats have no materials, only the library's default.
     if (file.suffix().startsWith(QLatin1String("gl"), Qt::CaseInsensitive))
         converter.addMaterials();
     if (scene->mRootNode)

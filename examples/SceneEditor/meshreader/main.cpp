@@ -1,5 +1,5 @@
-// Reads one mesh file, named by its argument, and writes a MeshMessage to the standard output. A program of its own, as
-// files from anywhere can bring down the libraries that read them.
+// Reads one mesh file, named by its argument, and writes a MeshMessage to the standard output. A separate program, as
+// files from anywhere can crash the libraries that read them.
 #include <examples/SceneEditor/meshreader/MeshBuilder.h>
 
 #include <QtCore/QCoreApplication>
@@ -21,8 +21,7 @@
 using namespace sceneeditor;
 
 #ifdef ORVEK_SANITIZE
-// The sanitizers reserve terabytes of addresses, so they have to watch over the memory that is used. The name is
-// theirs.
+// The sanitizers reserve terabytes of addresses, so they must limit the memory in use. The name is theirs.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options()
 {
@@ -33,9 +32,9 @@ extern "C" const char* __asan_default_options()
 namespace
 {
 constexpr quint64 maximumMemory = quint64(3) << 30; // bytes
-constexpr unsigned int maximumSeconds = 600;        // of the processor, should nobody be there to end it
+constexpr unsigned int maximumSeconds = 600;        // of processor time, in case nothing ends it
 
-// macOS does not hold a program to it: there the time is all that is limited.
+// macOS does not enforce the memory limit: only the time is limited there.
 void limitResources()
 {
 #ifdef Q_OS_WIN
@@ -65,7 +64,7 @@ class Output
 public:
     Output() { m_file.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered); }
 
-    // Nobody is there to read it when it fails, and nothing is left to do.
+    // If it fails, nothing is reading any more, and nothing is left to do.
     void write(const void* data, size_t size)
     {
         if (m_file.write(static_cast<const char*>(data), qint64(size)) != qint64(size))
@@ -148,7 +147,7 @@ int main(int argc, char* argv[])
 {
     limitResources();
     const QCoreApplication app(argc, argv);
-    std::setlocale(LC_NUMERIC, "C"); // Qt has set that of the user, who may write numbers with a comma
+    std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's, which may have a decimal comma
     Output output;
     MeshFailure failure{};
     try
