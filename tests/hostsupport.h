@@ -65,8 +65,8 @@ inline void setTitle(QWidget* editor, const QString& title)
     editor->setProperty(qobject_cast<QColourEdit*>(editor) ? "label" : "title", title);
 }
 
-//! Sets a value that its text shows rounded, in a field that was written since it was last left. Each kind of editor
-//! takes the properties that it has.
+//! Sets a value that its text shows rounded, in a field whose text was set since it was last left. Each kind of editor
+//! gets the properties that it has.
 inline void setOddValue(QWidget* editor)
 {
     constexpr double third = 1.0 / 3.0;

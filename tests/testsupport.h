@@ -64,7 +64,7 @@ inline void showActive(QWidget& window)
     QVERIFY(QTest::qWaitForWindowActive(&window));
 }
 
-// A test's table of data. Its data function makes one and calls it for each row, the test asks for the current() one:
+// A test's table of data. The data function makes one and calls it for each row; the test reads the current() row:
 //     const Sizes row;
 //     row("empty", 0, {});
 template <typename... Types>
@@ -95,8 +95,7 @@ private:
     }
 };
 
-// A warning of Qt fails the test function that it comes in: connectSlotsByName and Qt's widgets say in this way what is
-// wrong with them.
+// A warning from Qt fails the running test function: connectSlotsByName and Qt's widgets report mistakes that way.
 namespace warnings
 {
 inline QtMessageHandler log = nullptr; // QTest's
@@ -123,7 +122,7 @@ inline void handle(QtMsgType type, const QMessageLogContext& context, const QStr
 }
 } // namespace warnings
 
-// The test function fails, too, if the warning does not come.
+// The test function also fails if the warning does not come.
 inline void expectWarning(const QString& pattern)
 {
     warnings::expected << QRegularExpression(pattern);
@@ -141,7 +140,7 @@ int runTest(int argc, char** argv)
     return failures;
 }
 
-// As in Qt, but watched.
+// As in Qt, but with warnings watched.
 #undef QTEST_MAIN
 #define QTEST_MAIN(Test)                                                                                               \
     int main(int argc, char** argv)                                                                                    \
