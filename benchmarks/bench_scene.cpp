@@ -1,6 +1,6 @@
 // The scene editor with software OpenGL: its start beside that of an empty main window with the same view and engine,
-// what a large mesh adds to its memory beside the mesh's data, and a frame while the camera orbits, drawn as something
-// that moves, beside a sharp one.
+// what a large mesh adds to its memory beside the mesh's data, and a frame while the camera orbits, drawn as a draft,
+// beside a sharp one.
 #include <benchmarks/spheremesh.h>
 #include <examples/SceneEditor/document/SceneFile.h>
 #include <examples/SceneEditor/document/SceneOpener.h>
@@ -33,7 +33,7 @@ constexpr QSize ViewSize(1400, 900); // pixels
 constexpr int Patience = 120'000;    // milliseconds
 const QString Studio = QStringLiteral(SCENE_EDITOR_ASSETS "/studio.json");
 
-// In seconds so far.
+// Seconds so far.
 double processorTime(__rusage_who who)
 {
     rusage usage{};
@@ -52,7 +52,7 @@ void quitWhenDrawn(QRenderWidget* view)
     QObject::connect(rest, &QTimer::timeout, qApp, &QCoreApplication::quit);
 }
 
-// Bytes that this process has had at most. Not what getrusage() says, which counts what ran before it in its place.
+// The peak memory of this process in bytes. Not from getrusage(), which includes the program before exec().
 qint64 peakMemory()
 {
     QFile file(QStringLiteral("/proc/self/status"));
@@ -62,7 +62,7 @@ qint64 peakMemory()
     return status.mid(status.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong() * 1024;
 }
 
-// Prints the width and height of its view, the bytes of its meshes' vertices and indices, and its peak of memory.
+// Prints the width and height of its view, the bytes of its meshes' vertices and indices, and its peak memory.
 int startEditor(const QString& scene)
 {
     applyLook(QString());
