@@ -20,8 +20,8 @@ else()
     if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
         target_compile_options(OrvekCompiler INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
     endif()
-    # Private classes with members from unnamed namespaces. Of several sources compiled as one, the compiler takes most for
-    # headers, where that would be a mistake.
+    # Private classes with members from unnamed namespaces. If several sources are compiled as one, the compiler takes most
+    # of them for headers, where that would be a mistake.
     if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
         target_compile_options(OrvekCompiler INTERFACE -Wno-subobject-linkage)
     endif()

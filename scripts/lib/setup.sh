@@ -14,7 +14,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # --qt6 comes first, in scripts that set takes_qt6=yes. Qt 6 has its own presets, and so its own folders: release-qt6.
 qt_packages=(qtbase5-dev qttools5-dev qttools5-dev-tools)
-# Of the test of the form in Python.
+# For the test of the form in Python.
 python_packages=(python3-pyside2.qttest python3-pyside2.qtuitools python3-pyside2.qtwidgets)
 qt_version=5
 qt_suffix=
@@ -96,7 +96,7 @@ configure_and_build() {
     mkdir -p build
     cmake --preset "$preset" >"build/$preset-configure.log" 2>&1 || { cat "build/$preset-configure.log" >&2; fail "configuring failed"; }
     say "Building build/$preset"
-    # By the preset, which may set what the compiler finds in its environment.
+    # Through the preset, which may set the compiler's environment.
     cmake --build --preset "$preset" "${targets[@]}" >&2
 }
 
