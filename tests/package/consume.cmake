@@ -52,7 +52,7 @@ foreach(variable IN ITEMS DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_P
 endforeach()
 
 if(MODE STREQUAL "fetch_and_consume")
-    # With what a host may ask for besides: another standard, no type information, several configurations.
+    # With what a host may also ask for: another standard, no RTTI, several configurations, sources compiled as one.
     set(program stranger)
     set(output ${WORK}/build/_deps/orvekqtwidgets-build)
     if(GENERATOR STREQUAL "Ninja")
@@ -61,7 +61,7 @@ if(MODE STREQUAL "fetch_and_consume")
         string(APPEND output /Debug)
     endif()
     build_stranger(${WORK}/build -DSTRANGER_FETCHES=ON -DFETCHCONTENT_SOURCE_DIR_ORVEKQTWIDGETS=${SOURCE}
-        -DORVEK_QT_VERSION=${QT} -DCMAKE_CXX_STANDARD=20 "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -fno-rtti")
+        -DORVEK_QT_VERSION=${QT} -DCMAKE_CXX_STANDARD=20 -DCMAKE_UNITY_BUILD=ON "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -fno-rtti")
     run_stranger(${WORK}/build/${program} ${output}/plugins/designer)
     build_stranger(${WORK}/build -DSTRANGER_USES_HOST=ON)
     run_stranger(${WORK}/build/${program})
