@@ -33,7 +33,7 @@ vulkan_packages=(libvulkan-dev libxcb1-dev glslang-tools mesa-vulkan-drivers)
 ogre_packages=(libogre-1.12-dev libxcb1-dev)
 x_server_packages=(xvfb xauth)
 # The sanitized build is made by clang++ with clazy, which looks for mistakes in the use of Qt.
-sanitizer_packages=(clang clazy)
+sanitizer_packages=(clang libclang-rt-14-dev clazy)
 # Reads the widgets like a screen reader, in a test.
 accessibility_packages=(at-spi2-core python3-pyatspi dbus-daemon)
 # QDoc reads C++ with clang's library and needs its headers, which that package does not include.
